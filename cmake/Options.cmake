@@ -1,0 +1,44 @@
+# SPDX-FileCopyrightText: 2026 the Tidewick authors
+# SPDX-License-Identifier: MIT
+
+# What every target compiles with: standard, warnings, definitions, instrumentation.
+add_library(tidewick_options INTERFACE)
+
+target_compile_features(tidewick_options INTERFACE cxx_std_20)
+
+target_compile_options(tidewick_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+    -Wold-style-cast -Woverloaded-virtual -Wextra-semi -Wundef -Wvla)
+
+# GCC 12 sees overlapping copies in assignments of literals to std::string (GCC bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(tidewick_options INTERFACE -Wno-restrict)
+endif()
+
+target_compile_definitions(tidewick_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH
+    _GLIBCXX_ASSERTIONS)
+
+if(TIDEWICK_SANITIZE)
+    target_compile_options(tidewick_options INTERFACE
+        -fsanitize=${TIDEWICK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(tidewick_options INTERFACE -fsanitize=${TIDEWICK_SANITIZE})
+endif()
+
+if(TIDEWICK_COVERAGE)
+    target_compile_options(tidewick_options INTERFACE --coverage)
+    target_link_options(tidewick_options INTERFACE --coverage)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+
+# One folder of the house is one static library that sees the whole source root; who may know whom is
+# said by its link list and checked by .ci/layers.
+function(tidewick_library name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/Quaymere)
+    target_link_libraries(${name} PUBLIC tidewick_options ${arg_LINK})
+endfunction()
