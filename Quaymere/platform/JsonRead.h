@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QJsonObject>
+#include <QJsonValue>
+
+#include <optional>
+
+// Reading members of messages nobody vouches for: a member that is absent, null or of the wrong
+// type is the same "nothing".
+
+namespace tidewick::JsonRead {
+
+/// The text as a JSON object; nothing when it is not valid JSON or something else.
+std::optional<QJsonObject> parseObject(const QByteArray &text);
+
+std::optional<QString> string(const QJsonValue &value);
+
+std::optional<QJsonObject> object(const QJsonValue &value);
+
+/// A number without a fraction that fits 64 bits; true and false count as 1 and 0.
+std::optional<qint64> integer(const QJsonValue &value);
+
+/// A number; true and false count as 1 and 0.
+std::optional<double> number(const QJsonValue &value);
+
+/// true, false, or exactly 1 or 0.
+std::optional<bool> boolean(const QJsonValue &value);
+
+} // namespace tidewick::JsonRead

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace tidewick::Utf8 {
+
+/// Decodes text that may be damaged: one U+FFFD for each longest piece that could have begun a
+/// character, as Unicode recommends. A byte order mark is kept. (QString::fromUtf8 writes one
+/// U+FFFD a byte and drops the mark.)
+QString decodeLossy(const QByteArray &bytes);
+
+} // namespace tidewick::Utf8

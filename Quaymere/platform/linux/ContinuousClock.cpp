@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Clock.h"
+
+#include <ctime>
+
+namespace tidewick {
+
+// On Linux it is CLOCK_MONOTONIC that stops during sleep and CLOCK_BOOTTIME that does not.
+ContinuousClock::time_point ContinuousClock::now() noexcept
+{
+    timespec time{};
+    clock_gettime(CLOCK_BOOTTIME, &time);
+    return time_point(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
+}
+
+} // namespace tidewick

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Bundle.h"
+#include "support/Surroundings.h"
+#include "support/TestBundle.h"
+
+using namespace tidewick;
+namespace fs = std::filesystem;
+
+class TestBundleLookup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ofExecutable_data();
+    void ofExecutable();
+    void mainIsWhereThisProgramLies();
+    void findsResources();
+};
+
+void TestBundleLookup::ofExecutable_data()
+{
+    QTest::addColumn<QString>("executable");
+    QTest::addColumn<QString>("bundle");
+    const auto row = [](const char *executable, const char *bundle) {
+        QTest::newRow(executable) << QString::fromLatin1(executable) << QString::fromLatin1(bundle);
+    };
+    row("/a/Tidewick.app/Contents/MacOS/Quaymere", "/a/Tidewick.app");
+    row("/a/b/Contents/MacOS/other", "/a/b");
+    row("/Contents/MacOS/Quaymere", "/");
+    row("/usr/bin/quaymere", "/usr/bin");
+    row("/a/MacOS/Quaymere", "/a/MacOS");
+    row("/a/Contents/macos/Quaymere", "/a/Contents/macos");
+}
+
+void TestBundleLookup::ofExecutable()
+{
+    QFETCH(QString, executable);
+    QFETCH(QString, bundle);
+    QCOMPARE(Bundle::ofExecutable(executable.toStdString()).path(), fs::path(bundle.toStdString()));
+}
+
+void TestBundleLookup::mainIsWhereThisProgramLies()
+{
+    QCOMPARE(Bundle::main().path(), fs::path(QCoreApplication::applicationDirPath().toStdString()));
+}
+
+void TestBundleLookup::findsResources()
+{
+    TemporaryFolder folder;
+    const Bundle bundle(folder.path());
+    const fs::path resources = bundle.path() / "Contents" / "Resources";
+    fs::create_directories(resources);
+    writeFile(resources / "node.env", "");
+    writeFile(resources / "build-info", "");
+
+    QCOMPARE(bundle.resource("node", "env"), std::optional(resources / "node.env"));
+    QCOMPARE(bundle.resource("build-info", ""), std::optional(resources / "build-info"));
+    QCOMPARE(bundle.resource("node", ""), std::nullopt);
+    QCOMPARE(bundle.nodeExecutable(), bundle.path() / "Contents/MacOS/xrpld");
+}
+
+TIDEWICK_TEST_MAIN(TestBundleLookup)
+#include "tst_bundle.moc"
