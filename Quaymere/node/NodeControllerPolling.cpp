@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "node/NodeController.h"
+#include "node/ServerInfo.h"
+#include "platform/JsonRead.h"
+#include "platform/ProcessMemory.h"
+
+namespace tidewick {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::seconds pollInterval = 2s;
+/// Counts are asked for, and limits checked, in the first of so many polls.
+constexpr int pollsPerCounts = 5;
+
+} // namespace
+
+void NodeController::startPolling()
+{
+    pollUntilCancelled(m_pollTask.renew());
+}
+
+QCoro::Task<> NodeController::pollUntilCancelled(TaskToken token)
+{
+    for (int cycle = 0; !token.cancelled(); cycle = (cycle + 1) % pollsPerCounts) {
+        co_await poll(cycle == 0, token);
+        if (token.cancelled())
+            co_return;
+        co_await sleepUntil(m_host.clock, m_host.clock->continuousNow() + pollInterval, token);
+    }
+}
+
+/// A run's answers count only in that run: the token tells a later one apart.
+bool NodeController::wantsAnswers(const TaskToken &token) const
+{
+    return !token.cancelled() && m_child && !m_stopRequested;
+}
+
+QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
+{
+    if (!wantsAnswers(token))
+        co_return;
+    const auto answer = co_await m_rpc.call(QStringLiteral("server_info"));
+    std::optional<QJsonObject> counts;
+    if (withCounts && wantsAnswers(token))
+        counts = co_await m_rpc.call(QStringLiteral("get_counts"));
+    if (!wantsAnswers(token))
+        co_return;
+
+    NodeStatus next = m_status;
+    if (counts)
+        takeCounts(next, *counts);
+    if (!m_nodeReportsMemory && !m_host.sandboxed)
+        readProcessMemory(next);
+    if (answer) {
+        if (const auto info = JsonRead::object((*answer)[u"info"]))
+            takeServerInfo(next, *info);
+    }
+    std::optional<QString> reasonToStop;
+    if (withCounts) {
+        reasonToStop = checkLimits(next);
+        refreshDisk(next);
+    }
+    publish(next, "answers");
+    if (reasonToStop)
+        stop(reasonToStop);
+}
+
+void NodeController::takeCounts(NodeStatus &next, const QJsonObject &counts)
+{
+    m_bootstrap.update(counts, m_host.clock->suspendingNow());
+    next.storage.reset();
+    if (const auto maintenance = JsonRead::object(counts[u"mossgrid_maintenance"]))
+        next.storage = m_storage.describe(*maintenance, m_host.clock->wallNow());
+    if (const auto memory = ServerInfo::reportedMemory(counts)) {
+        m_nodeReportsMemory = true;
+        next.memory = *memory;
+    }
+}
+
+void NodeController::readProcessMemory(NodeStatus &next) const
+{
+    if (const auto memory = ProcessMemory::of(m_child->id()))
+        next.memory = ServerInfo::memoryText(memory->footprint, memory->peakFootprint);
+}
+
+void NodeController::takeServerInfo(NodeStatus &next, const QJsonObject &info)
+{
+    m_rpcAnswered = true;
+    m_lastServerInfo = info;
+    next.hasServerInfo = true;
+    ServerInfo::update(next, info, m_bootstrap);
+    if (next.phase == Phase::Full && !m_firstFullAt)
+        m_firstFullAt = m_host.clock->suspendingNow();
+}
+
+} // namespace tidewick

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/Bundle.h"
+#include "platform/ChildProcess.h"
+#include "platform/Clock.h"
+#include "platform/Defaults.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tidewick {
+
+/// What the node controller asks of the host. Real by default; a test puts its own in place.
+struct NodeHost
+{
+    Bundle bundle = Bundle::main();
+    Defaults defaults = Defaults::standard();
+    std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
+
+    /// Probe::freeGB.
+    std::function<std::optional<double>(const std::filesystem::path &)> freeGB;
+    /// Probe::portInUse.
+    std::function<bool(quint16 port, qint32 timeoutMs)> portInUse;
+    /// ChildProcess::start.
+    std::function<std::unique_ptr<ChildProcess>(const ChildSpec &)> spawn;
+    /// Inside an application sandbox the memory of other processes is not to be read.
+    bool sandboxed;
+
+    NodeHost();
+};
+
+} // namespace tidewick

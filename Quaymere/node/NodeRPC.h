@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QCoro/QCoroTask>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace tidewick {
+
+/// Asks the node over its JSON-RPC port on loopback. Main thread only; destroying it answers what
+/// is still being asked with nothing.
+class NodeRPC
+{
+public:
+    /// An answer larger than this is dropped as it arrives.
+    static constexpr qint64 largestAnswer = qint64{16} * 1024 * 1024;
+
+    explicit NodeRPC(quint16 port);
+    NodeRPC(const NodeRPC &) = delete;
+    NodeRPC &operator=(const NodeRPC &) = delete;
+    ~NodeRPC();
+
+    /// The "result" object of the answer, whatever its HTTP status and whether it reports an error
+    /// or not. Nothing when there is no such answer: a refused connection (told at once), 3 s
+    /// without a byte, 5 s in all, half a body, something else than JSON.
+    QCoro::Task<std::optional<QJsonObject>> call(QString method);
+
+private:
+    quint16 m_port;
+    /// Made with the first call.
+    std::unique_ptr<QNetworkAccessManager> m_session;
+};
+
+} // namespace tidewick
