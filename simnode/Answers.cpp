@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "simnode/Answers.h"
+
+#include "simnode/DateText.h"
+#include "simnode/Recordings.h"
+#include "simnode/Version.h"
+
+#include <QJsonArray>
+
+namespace tidewick::sim {
+
+namespace {
+
+/// How many ledgers from before the run the node has.
+constexpr quint32 history = 256;
+
+QString microseconds(Seconds seconds)
+{
+    return QString::number(std::chrono::duration_cast<std::chrono::microseconds>(seconds).count());
+}
+
+QJsonArray portsArray(const std::vector<PortConfiguration> &ports)
+{
+    QJsonArray array;
+    for (const PortConfiguration &port : ports) {
+        const bool http = port.protocol == PortConfiguration::Protocol::Http;
+        const QString protocol = http ? QStringLiteral("http") : QStringLiteral("ws");
+        array.append(QJsonObject{{QStringLiteral("port"), QString::number(port.number)},
+                                 {QStringLiteral("protocol"), QJsonArray{protocol}}});
+    }
+    return array;
+}
+
+QJsonObject accountingObject(const std::map<QString, StateAccount> &accounts)
+{
+    QJsonObject object;
+    for (const auto &[state, account] : accounts) {
+        object[state] =
+            QJsonObject{{QStringLiteral("duration_us"), microseconds(account.duration)},
+                        {QStringLiteral("transitions"), QString::number(account.transitions)}};
+    }
+    return object;
+}
+
+} // namespace
+
+Answers::Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule)
+    : m_configuration(std::move(configuration)), m_scenario(std::move(scenario)),
+      m_course(m_scenario.state, m_scenario.peers), m_maintenance(m_scenario.maintenance),
+      m_ledgers(LedgerSource(m_scenario.transactions.least, m_scenario.transactions.most), schedule)
+{
+}
+
+std::optional<LedgerRange> Answers::validated(const NodeTime &time) const
+{
+    if (!m_course.at(time.elapsed).validates)
+        return std::nullopt;
+    return LedgerRange{m_ledgers.schedule().firstIndex() - history + 1, time.newestLedger};
+}
+
+Reply Answers::answer(const QString &command, const QJsonObject &request,
+                      const NodeTime &time) const
+{
+    if (command == u"server_info")
+        return serverInfo(time);
+    if (command == u"get_counts")
+        return counts(time);
+    if (command == u"ledger")
+        return m_ledgers.answer(request, validated(time));
+    if (command == u"stop")
+        return Recordings::result(QStringLiteral("stop.json"));
+    if (command == u"ping")
+        return QJsonObject();
+    return RpcErrors::unknownCommand;
+}
+
+/// The member "validated_ledger", or "closed_ledger" of a node that has none.
+QJsonObject Answers::ledgerSummary(const NodeTime &time) const
+{
+    static const QJsonObject recorded =
+        Recordings::result(QStringLiteral("server_info.json"))[u"info"][u"validated_ledger"]
+            .toObject();
+    const Seconds age =
+        (time.now - m_ledgers.schedule().closeOf(time.newestLedger)) * m_scenario.speed;
+    QJsonObject summary = recorded;
+    summary[u"age"] = std::max<qint64>(std::chrono::floor<std::chrono::seconds>(age).count(), 0);
+    summary[u"hash"] = m_ledgers.ledger(time.newestLedger).hash;
+    summary[u"seq"] = static_cast<qint64>(time.newestLedger);
+    return summary;
+}
+
+QJsonObject Answers::serverInfo(const NodeTime &time) const
+{
+    static const QJsonObject recorded =
+        Recordings::result(QStringLiteral("server_info_later.json"))[u"info"].toObject();
+    const Moment moment = m_course.at(time.elapsed);
+    const std::optional<LedgerRange> range = validated(time);
+    const Seconds syncing = moment.full ? time.elapsed - *moment.full : time.elapsed;
+
+    QJsonObject info = recorded;
+    info[u"build_version"] = QString::fromLatin1(version);
+    info[u"complete_ledgers"] = range ? range->text() : QStringLiteral("empty");
+    info[u"hostid"] = QStringLiteral("simulated");
+    info[u"initial_sync_duration_us"] = microseconds(syncing);
+    info[u"last_close"] = QJsonObject{{QStringLiteral("converge_time_s"), 3.004},
+                                      {QStringLiteral("proposers"), range ? 35 : 0}};
+    info[u"node_size"] = m_configuration.nodeSize;
+    info[u"peers"] = moment.peers;
+    info[u"ports"] = portsArray(m_configuration.ports);
+    info[u"server_state"] = moment.state;
+    info[u"server_state_duration_us"] = microseconds(moment.inState);
+    info[u"state_accounting"] = accountingObject(m_course.accounts(time.elapsed));
+    info[u"time"] = DateText::human(time.now, 6);
+    info[u"uptime"] = static_cast<qint64>(time.elapsed.count());
+    info[u"validation_quorum"] = 28;
+
+    info.remove(u"validated_ledger");
+    info[range ? u"validated_ledger" : u"closed_ledger"] = ledgerSummary(time);
+    if (moment.waitsForNetwork)
+        info[u"network_ledger"] = QStringLiteral("waiting");
+    if (m_scenario.amendmentBlocked)
+        info[u"amendment_blocked"] = true;
+    return {{QStringLiteral("info"), info}};
+}
+
+} // namespace tidewick::sim

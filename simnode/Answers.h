@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "simnode/Course.h"
+#include "simnode/LedgerMessages.h"
+#include "simnode/MaintenanceCourse.h"
+#include "simnode/NodeConfiguration.h"
+#include "simnode/Scenario.h"
+
+#include <QJsonObject>
+
+#include <optional>
+
+namespace tidewick::sim {
+
+/// What changes from one answer to the next.
+struct NodeTime
+{
+    /// Simulated, since the ports were opened.
+    Seconds elapsed;
+    WallTime now;
+    quint32 newestLedger;
+    qint64 storeBytes;
+};
+
+/// Answers commands. What it says follows from the configuration, the scenario and the time; only
+/// the memory it reports is its own process's, as of now.
+class Answers
+{
+public:
+    Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule);
+
+    const Course &course() const { return m_course; }
+    const MaintenanceCourse &maintenance() const { return m_maintenance; }
+    const LedgerMessages &ledgers() const { return m_ledgers; }
+
+    /// The validated ledgers at that time; nothing before there are any.
+    std::optional<LedgerRange> validated(const NodeTime &time) const;
+
+    /// Answers server_info, get_counts, stop, ledger and ping. Stopping is left to the caller.
+    Reply answer(const QString &command, const QJsonObject &request, const NodeTime &time) const;
+
+private:
+    QJsonObject serverInfo(const NodeTime &time) const;
+    QJsonObject ledgerSummary(const NodeTime &time) const;
+    QJsonObject counts(const NodeTime &time) const;
+
+    NodeConfiguration m_configuration;
+    Scenario m_scenario;
+    Course m_course;
+    MaintenanceCourse m_maintenance;
+    LedgerMessages m_ledgers;
+};
+
+/// A time as get_counts words it: "1 minute, 2 seconds"; empty for nothing.
+QString uptimeText(std::chrono::seconds uptime);
+
+} // namespace tidewick::sim

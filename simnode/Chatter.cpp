@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "simnode/Chatter.h"
+
+#include "platform/StandardStreams.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+#include <thread>
+
+#include <unistd.h>
+
+namespace tidewick::sim::Chatter {
+
+namespace {
+
+constexpr std::size_t blockSize = 64UL * 1024;
+
+/// Gathers text to print it in large blocks.
+class Printer
+{
+public:
+    Printer() { m_block.reserve(2 * blockSize); }
+    Printer(const Printer &) = delete;
+    Printer &operator=(const Printer &) = delete;
+    ~Printer() { flush(); }
+
+    void print(std::string_view text)
+    {
+        m_block += text;
+        if (m_block.size() >= blockSize)
+            flush();
+    }
+
+private:
+    void flush()
+    {
+        StandardStreams::printError(m_block);
+        m_block.clear();
+    }
+
+    std::string m_block;
+};
+
+} // namespace
+
+void printLines(qint64 count)
+{
+    Printer printer;
+    for (qint64 number = 1; number <= count; ++number)
+        printer.print("line " + std::to_string(number) + '\n');
+}
+
+void printBytes(qint64 bytes)
+{
+    constexpr std::string_view title = "output line ";
+    constexpr std::size_t lineLength = 100;
+    std::string line = std::string(title) + std::string(lineLength - title.size() - 1, '.') + '\n';
+
+    Printer printer;
+    qint64 left = bytes;
+    for (qint64 number = 1; left > 0; ++number) {
+        // A longer number overwrites all of a shorter one, so the dots need no restoring.
+        std::to_chars(line.data() + title.size(), line.data() + lineLength, number);
+        const auto length = std::min(left, static_cast<qint64>(lineLength));
+        printer.print({line.data() + lineLength - length, static_cast<std::size_t>(length)});
+        left -= length;
+    }
+}
+
+void startGrandchild(Seconds lifetime)
+{
+    if (::fork() != 0)
+        return;
+    ::setsid();
+    std::this_thread::sleep_for(lifetime);
+    ::_exit(0);
+}
+
+} // namespace tidewick::sim::Chatter

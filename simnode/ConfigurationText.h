@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayList>
+
+#include <map>
+
+/// The form that a node's configuration and its validators file share: lines under "[section]"
+/// headings. Bytes, since lines may hold file names.
+namespace tidewick::sim::ConfigurationText {
+
+using Sections = std::map<QByteArray, QByteArrayList>;
+using Values = std::map<QByteArray, QByteArray>;
+
+/// The lines of each section, without the blanks around them, empty lines and lines that begin with
+/// "#". Line ends may be LF or CR LF. A section that comes again is continued.
+Sections sections(const QByteArray &text);
+
+/// The lines of the form "key = value" among these; of equal keys the last counts.
+Values values(const QByteArrayList &lines);
+
+} // namespace tidewick::sim::ConfigurationText

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/Files.h"
+#include "simnode/DebugLog.h"
+#include "simnode/NodeConfiguration.h"
+#include "simnode/Reply.h"
+#include "simnode/RpcFault.h"
+#include "simnode/Transmission.h"
+
+#include <QTcpServer>
+
+#include <chrono>
+#include <deque>
+#include <functional>
+
+namespace tidewick::sim {
+
+/// The JSON-RPC port: answers POST requests, each as the faults ask for. Destroying it closes the
+/// port and all connections.
+class HttpServer final : public QTcpServer
+{
+    Q_OBJECT
+
+public:
+    using Command = std::function<Reply(const QString &method, const QJsonObject &parameters)>;
+
+    /// `command` carries out what is asked for; the log outlives the server.
+    HttpServer(Command command, RpcFaults faults, DebugLog &log, QObject *parent = nullptr);
+
+    /// Opens the port. False with errorString() set on failure.
+    bool open(const PortConfiguration &port);
+
+protected:
+    void incomingConnection(qintptr descriptor) override;
+
+private:
+    bool misbehaves() const;
+    Transmission answer(const HttpRequest &request);
+    Transmission answerCall(const QJsonObject &call);
+
+    Command m_command;
+    RpcFaults m_faults;
+    DebugLog &m_log;
+    std::chrono::steady_clock::time_point m_openedAt;
+    int m_connections = 0;
+    /// Accepted and never read.
+    std::deque<UniqueDescriptor> m_unread;
+};
+
+} // namespace tidewick::sim

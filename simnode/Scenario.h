@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "simnode/Ending.h"
+#include "simnode/RpcFault.h"
+#include "simnode/Seconds.h"
+
+#include <QString>
+
+#include <optional>
+#include <stdexcept>
+
+namespace tidewick::sim {
+
+/// A scenario that says nothing the node understands. The text is one line.
+class ScenarioError : public std::runtime_error
+{
+    using std::runtime_error::runtime_error;
+};
+
+/// How a run departs from its usual course. README.md lists the keys and what they do.
+struct Scenario
+{
+    struct Range
+    {
+        int least;
+        int most;
+    };
+
+    /// Simulated seconds in a real one.
+    double speed = 1;
+    std::optional<QString> state;
+    std::optional<int> peers;
+    bool amendmentBlocked = false;
+    std::optional<QString> maintenance;
+    Range transactions{20, 200};
+    /// Simulated.
+    Seconds ledgerInterval{4};
+
+    std::optional<Ending> ending;
+    /// From the start of the process; zero is before the store and the ports are opened.
+    Seconds endingAfter{0};
+    bool listens = true;
+    std::optional<Seconds> startDelay;
+    Seconds stopDelay{0.4};
+    bool stopHangs = false;
+    bool ignoresSigterm = false;
+    std::optional<Seconds> grandchild;
+
+    qint64 outputBytes = 0;
+    qint64 outputLines = 0;
+
+    RpcFaults faults;
+    /// Each of these objects can be left out of the answer to get_counts.
+    bool countsBootstrap = true;
+    bool countsMaintenance = true;
+    bool countsProcess = true;
+
+    /// Reads "key=value" pairs with blanks, line ends or commas between; "#" begins a comment.
+    /// Throws ScenarioError.
+    static Scenario parse(const QString &text);
+
+    /// The scenario in the environment variable TIDEWICK_SIMNODE, or in the file it names after an
+    /// "@"; the usual course without one. Throws ScenarioError.
+    static Scenario fromEnvironment();
+
+    /// Real time between two ledgers.
+    Seconds realLedgerInterval() const { return ledgerInterval / speed; }
+};
+
+} // namespace tidewick::sim

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "simnode/Simulation.h"
+
+#include <algorithm>
+
+namespace tidewick::sim {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds observeInterval = 100ms;
+
+LedgerSchedule scheduleOf(const Scenario &scenario, const Store &store)
+{
+    return {std::chrono::system_clock::now(), scenario.realLedgerInterval(), store.newestLedger()};
+}
+
+bool isPhase(const MaintenanceStage &stage, const char *phase)
+{
+    return QLatin1String(stage.phase) == QLatin1String(phase);
+}
+
+} // namespace
+
+Simulation::Simulation(const NodeConfiguration &configuration, const Scenario &scenario,
+                       DebugLog &log, QObject *parent)
+    : QObject(parent), m_scenario(scenario), m_log(log), m_store(configuration.storePath),
+      m_answers(configuration, scenario, scheduleOf(scenario, m_store)),
+      m_newestLedger(m_answers.ledgers().schedule().firstIndex())
+{
+    m_ledgerTimer.setSingleShot(true);
+    m_ledgerTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_ledgerTimer, &QTimer::timeout, this, &Simulation::closeNextLedger);
+    connect(&m_observeTimer, &QTimer::timeout, this, &Simulation::observe);
+}
+
+void Simulation::start()
+{
+    m_startedAt = std::chrono::steady_clock::now();
+    observe();
+    m_observeTimer.start(observeInterval);
+    awaitNextLedger();
+}
+
+NodeTime Simulation::now() const
+{
+    const Seconds real = std::chrono::steady_clock::now() - m_startedAt;
+    return {real * m_scenario.speed, std::chrono::system_clock::now(), m_newestLedger,
+            m_store.bytes()};
+}
+
+Reply Simulation::answer(const QString &command, const QJsonObject &request) const
+{
+    return m_answers.answer(command, request, now());
+}
+
+void Simulation::awaitNextLedger()
+{
+    const auto due = ledgers().schedule().closeOf(m_newestLedger + 1);
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(due - std::chrono::system_clock::now());
+    m_ledgerTimer.start(std::max(left, 0ms));
+}
+
+/// One at a time even when several are due, so that clients are heard in between.
+void Simulation::closeNextLedger()
+{
+    ++m_newestLedger;
+    try {
+        m_store.append(m_newestLedger);
+    } catch (const FileError &error) {
+        emit storeFailed(QString::fromUtf8(error.what()));
+        return;
+    }
+    emit ledgerClosed(m_newestLedger);
+    awaitNextLedger();
+}
+
+/// Looks at all that has come since the last time, of which a fast run may have several steps.
+void Simulation::observe()
+{
+    const NodeTime time = now();
+    observeState(time.elapsed);
+    try {
+        const Moment moment = m_answers.course().at(time.elapsed);
+        observeMaintenance(m_answers.maintenance().at(time.elapsed, moment.full));
+    } catch (const FileError &error) {
+        emit storeFailed(QString::fromUtf8(error.what()));
+    }
+}
+
+void Simulation::observeState(Seconds elapsed)
+{
+    const QStringList states = m_answers.course().statesUntil(elapsed);
+    for (; m_statesNoted < states.size(); ++m_statesNoted)
+        m_log.info("NetworkOPs", QLatin1String("STATE->") + states[m_statesNoted]);
+}
+
+/// What comes before the first stage seen, which may be pinned, never happened.
+void Simulation::observeMaintenance(const MaintenanceMoment &moment)
+{
+    if (m_maintenanceStage < 0)
+        m_maintenanceStage = moment.number - 1;
+    for (; m_maintenanceStage < moment.number; ++m_maintenanceStage) {
+        const MaintenanceStage &stage = MaintenanceCourse::stage(m_maintenanceStage + 1);
+        m_log.info("Mossgrid", QStringLiteral("maintenance: %1").arg(QLatin1String(stage.name)));
+        if (isPhase(stage, "building"))
+            m_store.beginCopy();
+        else if (isPhase(stage, "switched"))
+            m_store.switchToCopy();
+        else if (isPhase(stage, "idle"))
+            m_store.tidy();
+    }
+}
+
+} // namespace tidewick::sim

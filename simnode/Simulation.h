@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "simnode/Answers.h"
+#include "simnode/DebugLog.h"
+#include "simnode/Store.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <optional>
+
+namespace tidewick::sim {
+
+/// The course of a run in real time: ledgers are closed, the store is written and rebuilt, and what
+/// happens is noted in the debug log.
+class Simulation final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Opens the store; throws FileError. The log outlives the simulation.
+    Simulation(const NodeConfiguration &configuration, const Scenario &scenario, DebugLog &log,
+               QObject *parent = nullptr);
+
+    /// Lets time begin to pass.
+    void start();
+
+    Reply answer(const QString &command, const QJsonObject &request) const;
+
+    const LedgerMessages &ledgers() const { return m_answers.ledgers(); }
+    std::optional<LedgerRange> validated() const { return m_answers.validated(now()); }
+
+signals:
+    void ledgerClosed(quint32 index);
+    /// The store cannot be written any more, with the reason.
+    void storeFailed(const QString &text);
+
+private:
+    NodeTime now() const;
+    void awaitNextLedger();
+    void closeNextLedger();
+    void observe();
+    void observeState(Seconds elapsed);
+    void observeMaintenance(const MaintenanceMoment &moment);
+
+    Scenario m_scenario;
+    DebugLog &m_log;
+    Store m_store;
+    Answers m_answers;
+    std::chrono::steady_clock::time_point m_startedAt;
+    quint32 m_newestLedger;
+    QTimer m_ledgerTimer;
+    QTimer m_observeTimer;
+    /// How many states have been noted, and which stage of the maintenance was the last.
+    qsizetype m_statesNoted = 0;
+    int m_maintenanceStage = -1;
+};
+
+} // namespace tidewick::sim

@@ -1,0 +1,169 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "simnode/StreamServer.h"
+
+#include "platform/JsonRead.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QWebSocket>
+
+#include <algorithm>
+#include <array>
+
+namespace tidewick::sim {
+
+namespace {
+
+/// More clients at a time are turned away.
+constexpr std::size_t mostClients = 256;
+/// Of a command's name, this much is logged.
+constexpr qsizetype loggedName = 64;
+constexpr quint64 largestRequest = 1024ULL * 1024;
+/// A client is dropped that lets more than this wait for it.
+constexpr qint64 mostWaiting = 64LL * 1024 * 1024;
+
+QString textOf(const QJsonObject &object)
+{
+    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+/// Messages that are no answers end in a line feed.
+QString messageText(const QJsonObject &object)
+{
+    return textOf(object) + u'\n';
+}
+
+QString notJsonText(const QString &request)
+{
+    return messageText({{QStringLiteral("error"), QStringLiteral("jsonInvalid")},
+                        {QStringLiteral("type"), QStringLiteral("error")},
+                        {QStringLiteral("value"), request}});
+}
+
+} // namespace
+
+StreamServer::StreamServer(Source source, DebugLog &log, QObject *parent)
+    : QObject(parent), m_source(std::move(source)), m_log(log),
+      m_server(QStringLiteral("simulated-xrpld"), QWebSocketServer::NonSecureMode)
+{
+    connect(&m_server, &QWebSocketServer::newConnection, this, &StreamServer::accept);
+}
+
+StreamServer::~StreamServer()
+{
+    for (const auto &[client, subscription] : m_clients) {
+        client->disconnect(this);
+        client->close();
+        delete client;
+    }
+}
+
+bool StreamServer::open(const PortConfiguration &port)
+{
+    return m_server.listen(port.address, port.number);
+}
+
+void StreamServer::accept()
+{
+    while (QWebSocket *client = m_server.nextPendingConnection()) {
+        if (m_clients.size() >= mostClients) {
+            client->abort();
+            client->deleteLater();
+            continue;
+        }
+        client->setMaxAllowedIncomingMessageSize(largestRequest);
+        client->setMaxAllowedIncomingFrameSize(largestRequest);
+        m_clients[client] = {};
+        connect(client, &QWebSocket::textMessageReceived, this,
+                [this, client](const QString &text) { receive(client, text); });
+        connect(client, &QWebSocket::disconnected, this, [this, client] {
+            m_clients.erase(client);
+            client->deleteLater();
+        });
+    }
+}
+
+void StreamServer::receive(QWebSocket *client, const QString &text)
+{
+    const auto request = JsonRead::parseObject(text.toUtf8());
+    if (!request)
+        return send(client, notJsonText(text));
+    m_log.info("RPCHandler", (*request)[u"command"].toString().left(loggedName));
+    const Reply reply = run(*request, m_clients.at(client));
+    send(client, textOf(webSocketEnvelope(reply, *request)));
+}
+
+Reply StreamServer::run(const QJsonObject &request, Subscription &subscription) const
+{
+    const QString command = request[u"command"].toString();
+    if (command == u"subscribe" || command == u"unsubscribe")
+        return subscribe(request, subscription);
+    return m_source.command(command, request);
+}
+
+/// Of several streams, either all are known or nothing is changed.
+Reply StreamServer::subscribe(const QJsonObject &request, Subscription &subscription) const
+{
+    const bool wanted = request[u"command"] == QLatin1String("subscribe");
+    Subscription changed = subscription;
+    for (const QJsonValue stream : request[u"streams"].toArray()) {
+        if (stream == QLatin1String("ledger"))
+            changed.ledger = wanted;
+        else if (stream == QLatin1String("transactions"))
+            changed.transactions = wanted;
+        else
+            return RpcErrors::malformedStream;
+    }
+    if (wanted)
+        changed.form = apiFormOf(request);
+    const bool tellsLedger = wanted && changed.ledger && !subscription.ledger;
+    subscription = changed;
+    const auto validated = m_source.validated();
+    return tellsLedger && validated ? m_source.ledgers.subscribed(*validated) : QJsonObject();
+}
+
+QStringList StreamServer::transactionTexts(const Ledger &ledger, ApiForm form) const
+{
+    QStringList texts;
+    for (std::size_t i = 0; i < ledger.transactions.size(); ++i)
+        texts += messageText(m_source.ledgers.transaction(ledger, i, form));
+    return texts;
+}
+
+void StreamServer::publish(quint32 index)
+{
+    const auto validated = m_source.validated();
+    if (!validated || m_clients.empty())
+        return;
+    const Ledger ledger = m_source.ledgers.ledger(index);
+    const QString closed = messageText(m_source.ledgers.closed(ledger, *validated));
+
+    std::map<ApiForm, QStringList> transactions;
+    // Sending can drop a client, and with it its entry.
+    const std::map<QWebSocket *, Subscription> clients = m_clients;
+    for (const auto &[client, subscription] : clients) {
+        if (subscription.ledger)
+            send(client, closed);
+        if (!subscription.transactions)
+            continue;
+        const auto [texts, isNew] = transactions.try_emplace(subscription.form);
+        if (isNew)
+            texts->second = transactionTexts(ledger, subscription.form);
+        for (const QString &text : texts->second)
+            send(client, text);
+    }
+}
+
+void StreamServer::send(QWebSocket *client, const QString &text)
+{
+    client->sendTextMessage(text);
+    if (client->bytesToWrite() > mostWaiting) {
+        m_log.write("Server", DebugLog::Severity::Warning,
+                    QStringLiteral("a WebSocket client reads too slowly and is dropped"));
+        client->abort();
+    }
+}
+
+} // namespace tidewick::sim

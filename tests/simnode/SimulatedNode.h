@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "support/TestFiles.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QProcess>
+
+#include <filesystem>
+
+namespace tidewick {
+
+/// A simulated node as a process of its own, with a data folder and ports of its own. It is killed
+/// with this object if need be.
+class SimulatedNode
+{
+public:
+    struct Ending
+    {
+        int number;
+        bool signaled;
+
+        bool operator==(const Ending &) const = default;
+    };
+
+    SimulatedNode();
+    SimulatedNode(const SimulatedNode &) = delete;
+    SimulatedNode &operator=(const SimulatedNode &) = delete;
+    ~SimulatedNode();
+
+    /// What start() writes as the configuration.
+    QByteArray configuration;
+
+    quint16 rpcPort() const { return m_rpcPort; }
+    quint16 streamPort() const { return m_streamPort; }
+    const std::filesystem::path &folder() const { return m_folder.path(); }
+    std::filesystem::path store() const { return folder() / "db"; }
+
+    /// Runs it with the configuration and this scenario.
+    void start(const QByteArray &scenario = {});
+    /// Runs it with other arguments.
+    void startWith(const QStringList &arguments, const QByteArray &scenario = {});
+
+    /// Waits until the JSON-RPC port answers connections. False when it does not in time.
+    bool waitUntilOpen();
+    /// Waits until the port refuses connections.
+    bool waitUntilRefused();
+    /// Waits until the debug log has this text.
+    bool waitForLog(const QByteArray &text);
+
+    pid_t id() const { return static_cast<pid_t>(m_process.processId()); }
+    void signal(int number) const;
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    Ending waitForEnd();
+
+    /// The "result" of what the node answers to this method over HTTP; empty without one.
+    QJsonObject ask(const QByteArray &method) const;
+
+    QByteArray debugLog() const;
+    QByteArray standardOutput() { return m_process.readAllStandardOutput(); }
+    QByteArray standardError() { return m_process.readAllStandardError(); }
+
+private:
+    TemporaryFolder m_folder;
+    quint16 m_rpcPort;
+    quint16 m_streamPort;
+    QProcess m_process;
+};
+
+/// For messages of failed comparisons.
+char *toString(const SimulatedNode::Ending &ending);
+
+} // namespace tidewick
