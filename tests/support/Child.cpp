@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+// A program for tests to start as a child. Its first argument says what it does:
+//   exit N       ends with status N
+//   signal N     ends by signal N
+//   report       prints what it was given, a line each, and ends
+//   wait         prints "ready" and runs until it is ended
+//   ignore-terminate   the same, and SIGTERM does not end it
+//   parent FILE  starts another of its kind with "wait", writes its process id to FILE and waits
+
+#include "platform/ChildProcess.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+std::string openDescriptors()
+{
+    std::string list;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        if (::fcntl(descriptor, F_GETFD) >= 0)
+            list += ' ' + std::to_string(descriptor);
+    }
+    return list;
+}
+
+std::string signalsNotDefault()
+{
+    std::string list;
+    for (int number = 1; number < NSIG; ++number) {
+        struct sigaction action
+        {
+        };
+        if (::sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_DFL)
+            list += ' ' + std::to_string(number);
+    }
+    return list;
+}
+
+std::string signalsBlocked()
+{
+    sigset_t mask;
+    ::sigprocmask(SIG_SETMASK, nullptr, &mask);
+    std::string list;
+    for (int number = 1; number < NSIG; ++number) {
+        if (sigismember(&mask, number) == 1)
+            list += ' ' + std::to_string(number);
+    }
+    return list;
+}
+
+void report(int argc, char **argv)
+{
+    int parentDeathSignal = 0;
+    ::prctl(PR_GET_PDEATHSIG, &parentDeathSignal);
+    char byte = 0;
+    const bool inputEnds = ::read(STDIN_FILENO, &byte, 1) == 0;
+
+    std::cout << "descriptors:" << openDescriptors() << "\n";
+    std::cout << "not default:" << signalsNotDefault() << "\n";
+    std::cout << "blocked:" << signalsBlocked() << "\n";
+    std::cout << "parent death: " << parentDeathSignal << "\n";
+    std::cout << "leads its group: " << (::getpgrp() == ::getpid()) << "\n";
+    std::cout << "input ends: " << inputEnds << "\n";
+    std::cout << "folder: " << std::string(::get_current_dir_name()) << "\n";
+    for (int i = 0; i < argc; ++i)
+        std::cout << "argument: " << argv[i] << "\n";
+    for (char **entry = environ; *entry != nullptr; ++entry)
+        std::cout << "environment: " << *entry << "\n";
+    std::cerr << "on standard error\n";
+}
+
+[[noreturn]] void waitForEver()
+{
+    while (true)
+        ::pause();
+}
+
+[[noreturn]] void beParent(char **argv)
+{
+    tidewick::ChildSpec spec;
+    spec.executable = argv[0];
+    spec.arguments = {"wait"};
+    const auto child = tidewick::ChildProcess::start(spec);
+    std::ofstream(argv[2]) << child->id() << std::flush;
+    waitForEver();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const std::string what = argc > 1 ? argv[1] : "";
+    if (what == "exit")
+        return std::atoi(argv[2]);
+    if (what == "signal") {
+        const rlimit noCore{};
+        ::setrlimit(RLIMIT_CORE, &noCore);
+        ::raise(std::atoi(argv[2]));
+    }
+    if (what == "report") {
+        report(argc, argv);
+        return EXIT_SUCCESS;
+    }
+    if (what == "ignore-terminate")
+        ::signal(SIGTERM, SIG_IGN);
+    if (what == "wait" || what == "ignore-terminate") {
+        std::cout << "ready" << std::endl;
+        waitForEver();
+    }
+    if (what == "parent")
+        beParent(argv);
+    return EXIT_FAILURE;
+}

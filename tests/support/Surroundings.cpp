@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/Surroundings.h"
+
+#include "platform/Files.h"
+
+#include <cstring>
+#include <fstream>
+
+#include <fcntl.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace tidewick {
+
+TestHome::TestHome()
+{
+    for (const auto &[variable, name] :
+         {std::pair("HOME", "home"), std::pair("XDG_CONFIG_HOME", "config"),
+          std::pair("XDG_DATA_HOME", "data"), std::pair("TMPDIR", "tmp")}) {
+        const std::filesystem::path folder = m_folder.path() / name;
+        std::filesystem::create_directory(folder);
+        qputenv(variable, QByteArray::fromStdString(folder.string()));
+    }
+    qunsetenv("APP_SANDBOX_CONTAINER_ID");
+    qunsetenv("TIDEWICK_SIMNODE");
+}
+
+namespace {
+
+/// Inside a new user namespace, files keep their owner only if the user is mapped to itself.
+bool mapUser(uid_t user, gid_t group)
+{
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream users("/proc/self/uid_map");
+    users << user << ' ' << user << " 1" << std::flush;
+    std::ofstream groups("/proc/self/gid_map");
+    groups << group << ' ' << group << " 1" << std::flush;
+    return users.good() && groups.good();
+}
+
+bool bringLoopbackUp()
+{
+    const UniqueDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    ifreq request{};
+    std::strcpy(request.ifr_name, "lo");
+    request.ifr_flags = IFF_UP | IFF_RUNNING;
+    return socket && ::ioctl(socket.get(), SIOCSIFFLAGS, &request) == 0;
+}
+
+bool unshareNetwork()
+{
+    if (::unshare(CLONE_NEWNET) == 0)
+        return true;
+    const uid_t user = ::getuid();
+    const gid_t group = ::getgid();
+    return ::unshare(CLONE_NEWUSER | CLONE_NEWNET) == 0 && mapUser(user, group);
+}
+
+/// Held until the process ends.
+void waitForSharedLoopback()
+{
+    const int lock =
+        ::open("/tmp/tidewick-tests-loopback.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (lock < 0 || ::flock(lock, LOCK_EX) != 0)
+        qFatal("No lock for the loopback network");
+}
+
+} // namespace
+
+void enterPrivateLoopback()
+{
+    if (!unshareNetwork())
+        waitForSharedLoopback();
+    else if (!bringLoopbackUp())
+        qFatal("The private loopback network cannot be brought up");
+}
+
+} // namespace tidewick

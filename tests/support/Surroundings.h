@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "support/TestFiles.h"
+
+#include <QCoreApplication>
+#include <QtTest>
+
+namespace tidewick {
+
+/// A home of its own for a test program: HOME, the XDG folders and TMPDIR lie in a temporary
+/// folder, which is removed at the end, so that nothing of the user's is read or written.
+class TestHome
+{
+public:
+    TestHome();
+
+private:
+    TemporaryFolder m_folder;
+};
+
+/// Gives this process and its children a loopback network of their own, so that the node's fixed
+/// ports are free whatever runs on the machine, other tests included. Where the kernel does not
+/// allow that, the process waits its turn for the shared loopback instead. Call before any thread
+/// exists.
+void enterPrivateLoopback();
+
+} // namespace tidewick
+
+/// The main function of a test program that talks to nobody over the network.
+#define TIDEWICK_TEST_MAIN(TestClass)             \
+    int main(int argc, char *argv[])              \
+    {                                             \
+        const tidewick::TestHome home;            \
+        QCoreApplication application(argc, argv); \
+        TestClass test;                           \
+        return QTest::qExec(&test, argc, argv);   \
+    }
+
+/// The same for one that does, on loopback.
+#define TIDEWICK_LOOPBACK_TEST_MAIN(TestClass)    \
+    int main(int argc, char *argv[])              \
+    {                                             \
+        tidewick::enterPrivateLoopback();         \
+        const tidewick::TestHome home;            \
+        QCoreApplication application(argc, argv); \
+        TestClass test;                           \
+        return QTest::qExec(&test, argc, argv);   \
+    }

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/TestFiles.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace tidewick {
+
+namespace fs = std::filesystem;
+
+TemporaryFolder::TemporaryFolder()
+{
+    std::string name = (fs::temp_directory_path() / "tidewick-test-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr)
+        qFatal("No temporary folder %s", name.c_str());
+    m_path = name;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code error;
+    fs::remove_all(m_path, error);
+    if (error)
+        qWarning("%s stays: %s", m_path.c_str(), error.message().c_str());
+}
+
+void writeFile(const fs::path &path, const QByteArray &content)
+{
+    std::ofstream file(path, std::ios::binary);
+    file.write(content.constData(), content.size());
+    file.close();
+    if (!file)
+        qFatal("%s cannot be written", path.c_str());
+}
+
+QByteArray contentOf(const fs::path &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        qFatal("%s cannot be read", path.c_str());
+    return QByteArray::fromStdString({std::istreambuf_iterator(file), {}});
+}
+
+} // namespace tidewick

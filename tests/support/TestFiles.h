@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+
+#include <filesystem>
+
+namespace tidewick {
+
+/// A folder that goes with its object, whatever its files are called.
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder &) = delete;
+    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
+    ~TemporaryFolder();
+
+    const std::filesystem::path &path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// Writes a file whole; ends the program where it cannot.
+void writeFile(const std::filesystem::path &path, const QByteArray &content);
+
+/// The file's content; ends the program where there is none.
+QByteArray contentOf(const std::filesystem::path &path);
+
+} // namespace tidewick
