@@ -1,0 +1,73 @@
+# SPDX-FileCopyrightText: 2026 the Tidewick authors
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+
+# What run, test and .ci/run share. All of it talks on standard error, so that the standard output
+# of a command line mode is that of the program alone.
+
+root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
+
+say() {
+    printf '%s\n' "$*" >&2
+}
+
+fail() {
+    say "tidewick: $*"
+    exit 1
+}
+
+# What it takes to build and test, for the scripts that source this one.
+# shellcheck disable=SC2034
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-websockets-dev qcoro-qt6-dev)
+
+# Installs the Debian packages named that are not installed yet.
+need_packages() {
+    command -v dpkg-query >/dev/null || fail "this is no Debian system: install the counterparts of" \
+        "$* by hand, then build with 'cmake --preset release && cmake --build build'"
+    local package missing=()
+    for package in "$@"; do
+        [[ $(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null) == installed ]] \
+            || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+
+    local as_root=()
+    if ((EUID != 0)); then
+        command -v sudo >/dev/null || fail "these packages are missing, and there is no sudo to" \
+            "install them: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    say "tidewick: installing ${missing[*]}"
+    "${as_root[@]}" apt-get -q update >&2 \
+        || say "tidewick: the lists of packages could not be renewed; trying with the old ones"
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q install -y --no-install-recommends "${missing[@]}" >&2 \
+        || fail "the packages could not be installed"
+}
+
+# Builds the targets named as release into build/. One build at a time, whoever
+# asks; silent when it goes well.
+build() {
+    local log
+    mkdir -p "$root/build"
+    {
+        flock 9
+        log=$(configure 2>&1) || { say "$log"; fail "the build could not be configured"; }
+        log=$(cmake --build "$root/build" --target "$@" 2>&1) \
+            || { say "$log"; fail "the build failed"; }
+    } 9>"$root/build/.lock"
+}
+
+# Configures anew where nothing is configured yet, or for another node or store than asked for now.
+configure() {
+    local wanted="${TIDEWICK_XRPLD:-}|${TIDEWICK_STORE:-Mossgrid}"
+    if [[ -f $root/build/build.ninja && -f $root/build/.wanted
+        && $(<"$root/build/.wanted") == "$wanted" ]]; then
+        return
+    fi
+    rm -f "$root/build/.wanted"
+    cd "$root" || return
+    cmake --preset release \
+        -D TIDEWICK_XRPLD="${TIDEWICK_XRPLD:-}" -D TIDEWICK_STORE="${TIDEWICK_STORE:-Mossgrid}" \
+        && printf '%s' "$wanted" >"$root/build/.wanted"
+}
