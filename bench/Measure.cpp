@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "bench/Measure.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+namespace tidewick::bench {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+Duration timeOf(const std::function<void()> &work)
+{
+    const Clock::time_point begin = Clock::now();
+    work();
+    return Clock::now() - begin;
+}
+
+/// Of all children that have ended.
+Duration childrensTime()
+{
+    rusage usage{};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    const auto seconds = [](const timeval &time) {
+        return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+} // namespace
+
+Duration median(std::vector<Duration> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+Pair measure(int rounds, const std::function<void()> &first, const std::function<void()> &second)
+{
+    std::vector<Duration> firstTimes;
+    std::vector<Duration> secondTimes;
+    for (int round = 0; round < rounds; ++round) {
+        firstTimes.push_back(timeOf(first));
+        secondTimes.push_back(timeOf(second));
+    }
+    return {median(firstTimes), median(secondTimes)};
+}
+
+Duration processorTime(ChildSpec spec)
+{
+    const UniqueDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    spec.standardInput = spec.standardOutput = spec.standardError = nothing.get();
+    const Duration before = childrensTime();
+    if (ChildProcess::start(spec)->wait().status != 0)
+        qFatal("%s failed", spec.executable.c_str());
+    return childrensTime() - before;
+}
+
+void print(const std::string &what, const Pair &pair, const std::string &goal)
+{
+    std::printf("%-58s %10.3f ms %10.3f ms %8.2f   %s\n", what.c_str(), pair.first.count() * 1e3,
+                pair.second.count() * 1e3, pair.ratio(), goal.c_str());
+    std::fflush(stdout);
+}
+
+} // namespace tidewick::bench

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/ChildProcess.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tidewick::bench {
+
+using Duration = std::chrono::duration<double>;
+
+/// The middle of the values.
+Duration median(std::vector<Duration> values);
+
+/// The times of two pieces of work, by turns, so that whatever else the machine does falls on both.
+struct Pair
+{
+    Duration first;
+    Duration second;
+
+    double ratio() const { return first / second; }
+};
+
+/// Medians of the wall time over so many rounds.
+Pair measure(int rounds, const std::function<void()> &first, const std::function<void()> &second);
+
+/// Processor time, user and system, of running a program to its end with its output discarded.
+Duration processorTime(ChildSpec spec);
+
+/// One line of the table: what was compared, both figures, the ratio and the goal for it.
+void print(const std::string &what, const Pair &pair, const std::string &goal);
+
+} // namespace tidewick::bench
