@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/ChildProcess.h"
+#include "support/NoDescriptorsLeft.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
@@ -235,13 +236,7 @@ void TestChildProcess::failures()
 
 void TestChildProcess::failsWithoutDescriptors()
 {
-    std::vector<UniqueDescriptor> taken;
-    while (true) {
-        UniqueDescriptor next(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-        if (!next)
-            break;
-        taken.push_back(std::move(next));
-    }
+    NoDescriptorsLeft exhausted;
     // From none free up to enough: each time it either starts or says why, and leaves nothing.
     int failures = 0;
     while (true) {
@@ -253,7 +248,7 @@ void TestChildProcess::failsWithoutDescriptors()
             QVERIFY(QByteArray(error.what()).endsWith(": Too many open files"));
             QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1);
             ++failures;
-            taken.pop_back();
+            exhausted.giveBackOne();
         }
     }
     QVERIFY(failures > 0);
@@ -307,7 +302,9 @@ void TestChildProcess::outlivesItsObject()
 void TestChildProcess::endsWithItsParent()
 {
     const fs::path idFile = m_folder.path() / "grandchild";
-    const auto parent = ChildProcess::start(specOf({"parent", idFile.string()}));
+    ChildSpec spec = specOf({TIDEWICK_CHILD_PATH, idFile.string()});
+    spec.executable = TIDEWICK_PARENT_PATH;
+    const auto parent = ChildProcess::start(spec);
     QTRY_VERIFY(fs::exists(idFile) && !contentOf(idFile).isEmpty());
     const pid_t grandchild = contentOf(idFile).toInt();
     QVERIFY(grandchild > 0 && exists(grandchild));

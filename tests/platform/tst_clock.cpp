@@ -3,16 +3,10 @@
 
 #include "platform/Clock.h"
 #include "platform/ContinuousTimer.h"
-#include "platform/Files.h"
+#include "support/NoDescriptorsLeft.h"
 #include "support/Surroundings.h"
 
-#include <QElapsedTimer>
-
 #include <ctime>
-#include <vector>
-
-#include <fcntl.h>
-#include <sys/resource.h>
 
 using namespace tidewick;
 using namespace std::chrono_literals;
@@ -25,29 +19,6 @@ std::chrono::nanoseconds read(clockid_t clock)
     clock_gettime(clock, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
-
-/// Takes every descriptor the process may still have, while it lives.
-class NoDescriptorsLeft
-{
-public:
-    NoDescriptorsLeft()
-    {
-        ::getrlimit(RLIMIT_NOFILE, &m_before);
-        const rlimit limit{64, m_before.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &limit);
-        while (true) {
-            UniqueDescriptor taken(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-            if (!taken)
-                break;
-            m_taken.push_back(std::move(taken));
-        }
-    }
-    ~NoDescriptorsLeft() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
-
-private:
-    rlimit m_before{};
-    std::vector<UniqueDescriptor> m_taken;
-};
 
 } // namespace
 

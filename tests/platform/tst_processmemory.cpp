@@ -4,8 +4,9 @@
 #include "platform/ProcessMemory.h"
 #include "support/Surroundings.h"
 
-#include <vector>
+#include <cstring>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 using namespace tidewick;
@@ -24,9 +25,11 @@ void TestProcessMemory::seesMemoryComeAndGo()
     constexpr qint64 size = qint64{64} * 1024 * 1024;
     const auto before = ProcessMemory::of(::getpid());
     QVERIFY(before && before->footprint > 0);
-    auto block = std::make_unique<std::vector<char>>(size, 'x');
+    void *block = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    QVERIFY(block != MAP_FAILED);
+    std::memset(block, 'x', size);
     const auto during = ProcessMemory::of(::getpid());
-    block.reset();
+    ::munmap(block, size);
     const auto after = ProcessMemory::of(::getpid());
 
     // The kernel keeps these figures in portions for each processor.

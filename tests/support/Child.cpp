@@ -7,18 +7,14 @@
 //   report       prints what it was given, a line each, and ends
 //   wait         prints "ready" and runs until it is ended
 //   ignore-terminate   the same, and SIGTERM does not end it
-//   parent FILE  starts another of its kind with "wait", writes its process id to FILE and waits
-
-#include "platform/ChildProcess.h"
+// Nothing is linked to it, so that it sees what it was given and not what a library made of it.
 
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -74,7 +70,7 @@ void report(int argc, char **argv)
     std::cout << "parent death: " << parentDeathSignal << "\n";
     std::cout << "leads its group: " << (::getpgrp() == ::getpid()) << "\n";
     std::cout << "input ends: " << inputEnds << "\n";
-    std::cout << "folder: " << std::string(::get_current_dir_name()) << "\n";
+    std::cout << "folder: " << std::filesystem::current_path().string() << "\n";
     for (int i = 0; i < argc; ++i)
         std::cout << "argument: " << argv[i] << "\n";
     for (char **entry = environ; *entry != nullptr; ++entry)
@@ -86,16 +82,6 @@ void report(int argc, char **argv)
 {
     while (true)
         ::pause();
-}
-
-[[noreturn]] void beParent(char **argv)
-{
-    tidewick::ChildSpec spec;
-    spec.executable = argv[0];
-    spec.arguments = {"wait"};
-    const auto child = tidewick::ChildProcess::start(spec);
-    std::ofstream(argv[2]) << child->id() << std::flush;
-    waitForEver();
 }
 
 } // namespace
@@ -120,7 +106,5 @@ int main(int argc, char **argv)
         std::cout << "ready" << std::endl;
         waitForEver();
     }
-    if (what == "parent")
-        beParent(argv);
     return EXIT_FAILURE;
 }
