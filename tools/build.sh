@@ -46,9 +46,10 @@ need_packages() {
 }
 
 # Builds the targets named as release into build/. One build at a time, whoever
-# asks; silent when it goes well.
+# asks; silent when it goes well, but for a word to who waits for the first one.
 build() {
     local log
+    [[ -f $root/build/build.ninja ]] || say "tidewick: building; the first time takes some minutes"
     mkdir -p "$root/build"
     {
         flock 9
