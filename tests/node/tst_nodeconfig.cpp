@@ -8,7 +8,7 @@
 #include "support/TestBundle.h"
 
 #include <QDir>
-
+#include <QRegularExpression>
 #include <optional>
 
 using namespace tidewick;
@@ -72,6 +72,7 @@ private slots:
     void dataDirectory();
     void dataDirectoryThatCannotBeRenamed();
 
+    void shippedValidatorsAreKeys();
     void shippedTemplateIsComplete_data();
     void shippedTemplateIsComplete();
 
@@ -351,6 +352,23 @@ void TestNodeConfig::dataDirectoryThatCannotBeRenamed()
     fs::create_symlink("nothing", m_path / "Tidewick");
     QCOMPARE(NodeConfig::chooseDataDirectory(m_path), m_path / "quaymere");
     QVERIFY(fs::is_directory(m_path / "quaymere"));
+}
+
+/// A real node refuses to start with a publisher's key that is not one.
+void TestNodeConfig::shippedValidatorsAreKeys()
+{
+    const QByteArrayList lines = contentOf(TIDEWICK_RESOURCES "/validators.txt").split('\n');
+    const qsizetype begin = lines.indexOf("[validator_list_keys]");
+    QVERIFY(begin >= 0);
+    static const QRegularExpression key(QStringLiteral("^ED[0-9A-F]{64}$"));
+    int keys = 0;
+    for (qsizetype at = begin + 1; at < lines.size() && !lines[at].startsWith('['); ++at) {
+        if (lines[at].isEmpty() || lines[at].startsWith('#'))
+            continue;
+        QVERIFY2(key.match(QString::fromLatin1(lines[at])).hasMatch(), lines[at].constData());
+        ++keys;
+    }
+    QCOMPARE(keys, 2);
 }
 
 void TestNodeConfig::shippedTemplateIsComplete_data()
