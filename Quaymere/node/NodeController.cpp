@@ -55,13 +55,6 @@ void NodeController::publish(const NodeStatus &next, const char *why)
     emit statusChanged();
 }
 
-void NodeController::fail(const QString &text)
-{
-    NodeStatus next = m_status;
-    fail(next, text);
-    publish(next, qUtf8Printable(next.detail));
-}
-
 void NodeController::fail(NodeStatus &next, const QString &text)
 {
     next.phase = Phase::Error;
@@ -76,39 +69,42 @@ void NodeController::start()
     NodeStatus next = m_status;
     if (m_startBlocked) {
         next.detail = *m_startBlocked;
-        publish(next, "start blocked");
-        return;
+    } else {
+        next.errorText.reset();
+        m_stopReason.reset();
+        Defaults defaults = m_host.defaults;
+        defaults.refresh();
+        m_limits = RunLimits::read(defaults);
+        if (const auto refusal = reasonToRefuse())
+            fail(next, *refusal);
+        else
+            launch(next);
     }
-    next.errorText.reset();
-    publish(next, "start");
-    m_stopReason.reset();
-    Defaults defaults = m_host.defaults;
-    defaults.refresh();
-    m_limits = RunLimits::read(defaults);
 
-    if (!isStartRefused())
-        launch();
+    const QPointer<NodeController> alive(this);
+    const bool started = m_child != nullptr;
+    publish(next, qUtf8Printable(next.detail));
+    if (alive && !started)
+        emit endedOnItsOwn();
 }
 
-bool NodeController::isStartRefused()
+std::optional<QString> NodeController::reasonToRefuse() const
 {
     if (m_host.portInUse(NodePorts::rpc, portProbeMs)
         || m_host.portInUse(NodePorts::webSocket, portProbeMs)) {
-        fail(QStringLiteral("Port %1 or %2 is in use. Another node may be running.")
-                 .arg(NodePorts::rpc)
-                 .arg(NodePorts::webSocket));
-        return true;
+        return QStringLiteral("Port %1 or %2 is in use. Another node may be running.")
+            .arg(NodePorts::rpc)
+            .arg(NodePorts::webSocket);
     }
     const std::optional<double> free = m_host.freeGB(m_data);
     if (free && m_limits.diskGuardGB > *free) {
-        fail(QStringLiteral("Only %1 GB free; the disk guard needs %2 GB.")
-                 .arg(NumberText::fixed(*free, 1), NumberText::fixed(m_limits.diskGuardGB, 0)));
-        return true;
+        return QStringLiteral("Only %1 GB free; the disk guard needs %2 GB.")
+            .arg(NumberText::fixed(*free, 1), NumberText::fixed(m_limits.diskGuardGB, 0));
     }
-    return false;
+    return std::nullopt;
 }
 
-void NodeController::launch()
+void NodeController::launch(NodeStatus &next)
 {
     try {
         const std::filesystem::path configuration = m_config.render(m_data);
@@ -127,13 +123,13 @@ void NodeController::launch()
         spec.standardOutput = log.get();
         spec.standardError = log.get();
         spec.ownProcessGroup = true;
-        beginRun(m_host.spawn(spec));
+        beginRun(next, m_host.spawn(spec));
     } catch (const std::exception &error) {
-        fail(QLatin1String("Could not start the node: ") + messageOf(error));
+        fail(next, QLatin1String("Could not start the node: ") + messageOf(error));
     }
 }
 
-void NodeController::beginRun(std::unique_ptr<ChildProcess> child)
+void NodeController::beginRun(NodeStatus &next, std::unique_ptr<ChildProcess> child)
 {
     m_child = std::move(child);
     connect(m_child.get(), &ChildProcess::exited, this, &NodeController::exited);
@@ -143,13 +139,12 @@ void NodeController::beginRun(std::unique_ptr<ChildProcess> child)
     m_lastServerInfo.reset();
     m_bootstrap = {};
     m_stopRequested = false;
+    m_stopIsAutomatic = false;
 
-    NodeStatus next = m_status;
     next.hasProcess = true;
     next.hasServerInfo = false;
     next.phase = Phase::Starting;
     next.detail = QStringLiteral("Opening the store");
-    publish(next, "launched");
     startPolling();
 }
 
@@ -165,6 +160,7 @@ void NodeController::exited(int status, bool signaled)
     next.ledgerSeq.reset();
     next.timeLeft.reset();
     next.ledger = next.uptime = next.memory = NodeStatus::unknown();
+    const bool unasked = !m_stopRequested || m_stopIsAutomatic;
     if (std::exchange(m_stopRequested, false)) {
         next.phase = Phase::Stopped;
         next.detail = m_stopReason.value_or(QStringLiteral("Stopped"));
@@ -176,12 +172,15 @@ void NodeController::exited(int status, bool signaled)
     if (std::exchange(m_clearAfterStop, false))
         removeDatabase(next);
     refreshDisk(next);
-    publish(next, qUtf8Printable(next.detail));
 
-    // A waiter may do anything, such as destroy this controller.
+    // From here on others may do anything, such as start a new run or destroy this controller.
     const QPointer<NodeController> alive(this);
-    for (OneShot<bool> *waiter : std::exchange(m_stopWaiters, {}))
+    const std::vector<OneShot<bool> *> waiters = std::exchange(m_stopWaiters, {});
+    publish(next, qUtf8Printable(next.detail));
+    for (OneShot<bool> *waiter : waiters)
         waiter->resolve(true);
+    if (alive && unasked)
+        emit endedOnItsOwn();
     if (alive && m_terminateWhenStopped)
         emit readyToTerminate();
 }

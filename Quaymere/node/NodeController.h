@@ -45,8 +45,8 @@ struct Confirmation
 ///                                                        the process ends: Error
 ///   Stopping                    running  yes             the process ends: Stopped
 ///
-/// A stop is asked for over RPC once the node has answered anything, else by SIGTERM, which is sent
-/// at most once in a run: a node that gets two at short distance dies without closing its store.
+/// A stop is asked for over RPC once server_info was answered, else by SIGTERM, which is sent at
+/// most once in a run: a node that gets two at short distance dies without closing its store.
 /// SIGKILL follows after 90 s. Destroying the controller leaves a running node to the kernel, which
 /// terminates it when this program ends.
 class NodeController final : public QObject
@@ -93,8 +93,13 @@ public:
     void clearStorage();
 
 signals:
-    /// The status is another one now.
+    /// The status is another one now, and so is everything else the controller tells. Slots may
+    /// give any command, and may destroy the controller.
     void statusChanged();
+
+    /// A node that nobody asked to stop has ended, or has been stopped at a limit, or was not
+    /// started when that was asked for. The status says why.
+    void endedOnItsOwn();
 
     /// The node has ended after setTerminateWhenStopped, all waiters being resumed.
     void readyToTerminate();
@@ -102,13 +107,12 @@ signals:
 private:
     // An event changes a copy of the status and publishes it once, whole.
     void publish(const NodeStatus &next, const char *why);
-    void fail(const QString &text);
     static void fail(NodeStatus &next, const QString &text);
 
     // A run of the process.
-    bool isStartRefused();
-    void launch();
-    void beginRun(std::unique_ptr<ChildProcess> child);
+    std::optional<QString> reasonToRefuse() const;
+    void launch(NodeStatus &next);
+    void beginRun(NodeStatus &next, std::unique_ptr<ChildProcess> child);
     void exited(int status, bool signaled);
 
     // Polling.
@@ -158,6 +162,8 @@ private:
     BootstrapProgress m_bootstrap;
     bool m_stopRequested = false;
     std::optional<QString> m_stopReason;
+    /// The stop requested is the controller's own, at a limit.
+    bool m_stopIsAutomatic = false;
     bool m_clearAfterStop = false;
 
     // Destroyed first, so that no task goes on in what is left of the controller.

@@ -65,8 +65,12 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
         refreshDisk(next);
     }
     publish(next, "answers");
-    if (reasonToStop)
+    if (token.cancelled())
+        co_return;
+    if (reasonToStop && wantsAnswers(token)) {
+        m_stopIsAutomatic = true;
         stop(reasonToStop);
+    }
 }
 
 void NodeController::takeCounts(NodeStatus &next, const QJsonObject &counts)

@@ -43,10 +43,9 @@ void NodeController::stop(const std::optional<QString> &reason)
     next.phase = Phase::Stopping;
     next.detail = reason.value_or(QStringLiteral("Stopping"));
     next.timeLeft.reset();
-    publish(next, "stop requested");
-
     requestStop(m_stopTask.renew());
     killAfterTimeout(m_killTask.renew());
+    publish(next, "stop requested");
 }
 
 QCoro::Task<> NodeController::requestStop(TaskToken token)
@@ -94,7 +93,9 @@ QCoro::Task<> NodeController::confirmAndClear(TaskToken token)
                         .arg(ByteCount::text(m_store.size()), Files::display(m_store.path()));
     question.acceptLabel = QStringLiteral("Delete");
     question.rejectLabel = QStringLiteral("Cancel");
-    const bool confirmed = co_await m_confirm(std::move(question));
+    // A copy: what the callback captured lasts until it has answered.
+    const Confirm confirm = m_confirm;
+    const bool confirmed = co_await confirm(std::move(question));
     if (token.cancelled())
         co_return;
     m_clearTask.cancel(); // the question is no longer open

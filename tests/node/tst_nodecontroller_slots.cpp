@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "node/NodeController.h"
+#include "node/Settings.h"
+#include "support/NodeRig.h"
+#include "support/Surroundings.h"
+
+#include <QSignalSpy>
+
+#include <csignal>
+
+using namespace tidewick;
+using namespace std::chrono_literals;
+
+/// What the controller tells its owner, and what the owner may do about it then and there.
+class TestNodeControllerSlots : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_rig = std::make_unique<NodeRig>(); }
+    void cleanup() { m_rig.reset(); }
+
+    void everyStatusIsWhole();
+    void restartedFromTheChange();
+    void destroyedFromTheChange_data();
+    void destroyedFromTheChange();
+    void destroyedWithAQuestionOpen();
+
+    void unexpectedEndIsItsOwn();
+    void refusedStartIsItsOwn_data();
+    void refusedStartIsItsOwn();
+    void limitIsItsOwn_data();
+    void limitIsItsOwn();
+    void whatTheUserAskedForIsNot();
+    void automaticStopDoesNotMarkTheNextRun();
+
+private:
+    bool start(Phase phase)
+    {
+        m_rig->node().start();
+        return m_rig->waitForPhase(phase);
+    }
+
+    std::unique_ptr<NodeRig> m_rig;
+};
+
+/// No half of a change is ever seen: an error has its text, a start its process.
+void TestNodeControllerSlots::everyStatusIsWhole()
+{
+    m_rig->setScenario("exit=3");
+    connect(&m_rig->node(), &NodeController::statusChanged, this, [this] {
+        const NodeStatus &status = m_rig->status();
+        QCOMPARE(status.phase == Phase::Error, status.errorText.has_value());
+        QCOMPARE(status.hasProcess, status.phase == Phase::Starting);
+    });
+    const QSignalSpy changes(&m_rig->node(), &NodeController::statusChanged);
+    QVERIFY(start(Phase::Error));
+    QVERIFY(start(Phase::Error));
+    QCOMPARE(changes.size(), 4); // Starting, Error, and both again
+}
+
+void TestNodeControllerSlots::restartedFromTheChange()
+{
+    m_rig->setScenario("exit=3");
+    connect(&m_rig->node(), &NodeController::statusChanged, this, [this] {
+        if (m_rig->status().phase != Phase::Error)
+            return;
+        m_rig->setScenario("speed=50 state=full");
+        m_rig->node().start();
+        m_rig->node().start(); // there is one by now
+    });
+    QVERIFY(start(Phase::Full));
+    QCOMPARE(m_rig->spawned().size(), 2U);
+    QVERIFY(m_rig->status().hasProcess);
+}
+
+void TestNodeControllerSlots::destroyedFromTheChange_data()
+{
+    QTest::addColumn<Phase>("phase");
+    for (const Phase phase : {Phase::Starting, Phase::Full, Phase::Stopping, Phase::Stopped})
+        QTest::addRow("%s", phaseName(phase)) << phase;
+}
+
+void TestNodeControllerSlots::destroyedFromTheChange()
+{
+    QFETCH(Phase, phase);
+    bool destroyed = false;
+    connect(&m_rig->node(), &NodeController::statusChanged, this, [this, phase, &destroyed] {
+        if (m_rig->status().phase == phase) {
+            destroyed = true;
+            m_rig->destroyNode();
+        } else if (m_rig->status().phase == Phase::Full) {
+            m_rig->node().stop();
+        }
+    });
+    m_rig->node().start();
+    QVERIFY(m_rig->runUntil([&] { return destroyed; }));
+}
+
+void TestNodeControllerSlots::destroyedWithAQuestionOpen()
+{
+    const auto answer = std::make_shared<OneShot<bool>>();
+    const QString captured(1000, u'x');
+    QString seen;
+    m_rig->node().setConfirm([answer, captured, &seen](Confirmation) -> QCoro::Task<bool> {
+        const bool yes = co_await *answer;
+        seen = captured;
+        co_return yes;
+    });
+    m_rig->node().clearStorage();
+    m_rig->destroyNode();
+    answer->resolve(true);
+    QCOMPARE(seen, captured);
+}
+
+void TestNodeControllerSlots::unexpectedEndIsItsOwn()
+{
+    const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
+    QVERIFY(start(Phase::Full));
+    QCOMPARE(spy.size(), 0);
+    ::kill(m_rig->lastChild(), SIGKILL);
+    QVERIFY(m_rig->waitForPhase(Phase::Error));
+    QCOMPARE(spy.size(), 1);
+}
+
+void TestNodeControllerSlots::refusedStartIsItsOwn_data()
+{
+    QTest::addColumn<QByteArray>("cause");
+    for (const char *cause : {"port", "disk", "executable", "blocked"})
+        QTest::newRow(cause) << QByteArray(cause);
+}
+
+void TestNodeControllerSlots::refusedStartIsItsOwn()
+{
+    QFETCH(QByteArray, cause);
+    if (cause == "port")
+        m_rig->setPortInUse([](quint16) { return true; });
+    else if (cause == "disk")
+        m_rig->setFreeGB(1);
+    else if (cause == "executable")
+        m_rig->setNode(m_rig->data() / "none", {});
+    else
+        m_rig->node().setStartBlocked(QStringLiteral("not here"));
+
+    QString detail;
+    const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
+    connect(&m_rig->node(), &NodeController::endedOnItsOwn, this,
+            [&] { detail = m_rig->status().detail; });
+    m_rig->node().start();
+    QCOMPARE(spy.size(), 1);
+    QVERIFY(!detail.isEmpty());
+    m_rig->node().start();
+    QCOMPARE(spy.size(), 2);
+}
+
+void TestNodeControllerSlots::limitIsItsOwn_data()
+{
+    QTest::addColumn<bool>("disk");
+    QTest::newRow("time") << false;
+    QTest::newRow("disk") << true;
+}
+
+void TestNodeControllerSlots::limitIsItsOwn()
+{
+    QFETCH(bool, disk);
+    m_rig->defaults().setInteger(Settings::autoStopHardCapMinutes.key, 60);
+    const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
+    QVERIFY(start(Phase::Full));
+    if (disk)
+        m_rig->setFreeGB(1);
+    else
+        m_rig->clock().advance(61min);
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QCOMPARE(spy.size(), 1);
+    QVERIFY(m_rig->status().detail.startsWith(disk ? QLatin1String("Stopped: only")
+                                                   : QLatin1String("Stopped automatically")));
+}
+
+void TestNodeControllerSlots::whatTheUserAskedForIsNot()
+{
+    const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
+    QVERIFY(start(Phase::Full));
+    m_rig->node().stop();
+    m_rig->setFreeGB(1); // a limit that comes too late to be the reason
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QCOMPARE(spy.size(), 0);
+}
+
+void TestNodeControllerSlots::automaticStopDoesNotMarkTheNextRun()
+{
+    const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
+    QVERIFY(start(Phase::Full));
+    m_rig->setFreeGB(1);
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    m_rig->setFreeGB(100);
+    QVERIFY(start(Phase::Full));
+    m_rig->node().stop();
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QCOMPARE(spy.size(), 1);
+}
+
+TIDEWICK_LOOPBACK_TEST_MAIN(TestNodeControllerSlots)
+#include "tst_nodecontroller_slots.moc"
