@@ -53,18 +53,19 @@ bool Defaults::contains(const QString &key) const
     return m_settings->contains(storedKey(key));
 }
 
+/// A hand may have edited the file: QSettings takes what has a comma for a list, and there are no
+/// booleans but those somebody wrote.
 QString Defaults::text(const QString &key) const
 {
-    return m_settings->value(storedKey(key)).toString();
+    const QVariant value = m_settings->value(storedKey(key));
+    const QString text = value.typeId() == QMetaType::QStringList ? value.toStringList().join(u',')
+                                                                  : value.toString();
+    return text == QLatin1String("true") ? QStringLiteral("1") : text;
 }
 
 qint64 Defaults::integer(const QString &key) const
 {
-    const QString stored = text(key);
-    // There are no booleans in the file, but a hand may have written one.
-    if (stored == QLatin1String("true"))
-        return 1;
-    return NumberText::leadingInteger(stored);
+    return NumberText::leadingInteger(text(key));
 }
 
 double Defaults::real(const QString &key) const

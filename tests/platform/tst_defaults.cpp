@@ -53,7 +53,7 @@ void TestDefaults::readsWhatIsStored_data()
     row("12.34", 12, 12.34);
     row("12.9", 12, 12.9);
     row("-12.9", -12, -12.9);
-    row("true", 1, 0);
+    row("true", 1, 1);
     row("false", 0, 0);
     row("12abc", 12, 12);
     row("abc", 0, 0);
@@ -66,7 +66,8 @@ void TestDefaults::readsWhatIsStored_data()
     row("0x10", 0, 0);
     row("1.2.3.4", 1, 1.2);
     row(".e12", 0, 0);
-    row("1, 5", 0, 0);
+    row("1, 5", 1, 1);
+    row("20,5", 20, 20);
     row("@Invalid()", 0, 0);
     row("@ByteArray(12)", 12, 12);
     row("999999999999999999999999999999", std::numeric_limits<qint64>::max(), 1e30);
