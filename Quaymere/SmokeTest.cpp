@@ -62,8 +62,11 @@ QCoro::Task<> SmokeTest::waitWhile(std::function<bool()> condition, std::chrono:
 QCoro::Task<> SmokeTest::pass(TaskToken token)
 {
     print(QStringLiteral("smoke: server_info answered (%1)").arg(m_node.status().detail));
-    co_await waitWhile([this] { return m_node.status().memory == NodeStatus::unknown(); },
-                       memoryLimit, token);
+    co_await waitWhile(
+        [this] {
+            return m_node.status().memory == NodeStatus::unknown() && !m_node.status().errorText;
+        },
+        memoryLimit, token);
     if (token.cancelled())
         co_return;
     print(QLatin1String("smoke: memory ") + m_node.status().memory);

@@ -33,7 +33,7 @@ QByteArray readAt(int file, qint64 offset, qint64 size)
     while (got < size) {
         const ssize_t count =
             ::pread(file, bytes.data() + got, static_cast<std::size_t>(size - got), offset + got);
-        if (count <= 0 && errno != EINTR)
+        if (count == 0 || (count < 0 && errno != EINTR))
             break;
         got += std::max<ssize_t>(count, 0);
     }
@@ -77,7 +77,6 @@ void NodeLog::rotate(const fs::path &log)
         return;
     fs::path old = log;
     old += ".1";
-    fs::remove(old, error);
     fs::rename(log, old, error);
 }
 

@@ -60,6 +60,7 @@ bool isComplete(QNetworkReply::NetworkError error)
     case QNetworkReply::ContentOperationNotPermittedError:
     case QNetworkReply::ContentNotFoundError:
     case QNetworkReply::AuthenticationRequiredError:
+    case QNetworkReply::ProxyAuthenticationRequiredError:
     case QNetworkReply::ContentConflictError:
     case QNetworkReply::ContentGoneError:
     case QNetworkReply::UnknownContentError:
@@ -109,6 +110,7 @@ public:
 private:
     void checkLength()
     {
+        m_idle.start();
         const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
         if (length.toLongLong() > NodeRPC::largestAnswer)
             m_reply->abort();

@@ -11,6 +11,7 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -89,6 +90,9 @@ bool writeAll(int descriptor, const char *data, std::size_t size)
         if (count >= 0) {
             data += count;
             size -= static_cast<std::size_t>(count);
+        } else if (errno == EAGAIN) {
+            pollfd room{descriptor, POLLOUT, 0};
+            ::poll(&room, 1, -1);
         } else if (errno != EINTR) {
             return false;
         }

@@ -69,7 +69,8 @@ QString readText(const std::filesystem::path &path);
 /// Throws FileError.
 void writeAtomically(const std::filesystem::path &path, const QByteArray &content);
 
-/// Writes all of it, however many calls that takes. False with errno set on failure.
+/// Writes all of it, however many calls that takes, waiting where a descriptor that does not block
+/// has no room. False with errno set on failure.
 bool writeAll(int descriptor, const char *data, std::size_t size);
 
 } // namespace Files

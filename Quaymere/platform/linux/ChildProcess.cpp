@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -92,7 +93,8 @@ bool closeOthersOnExec()
     constexpr unsigned closeOnExec = 1U << 2; // CLOSE_RANGE_CLOEXEC
     if (::syscall(SYS_close_range, 3U, ~0U, closeOnExec) == 0)
         return true;
-    const long limit = ::sysconf(_SC_OPEN_MAX); // kernels before 5.11
+    // Kernels before 5.11. The limit may be a billion; nobody has that many open.
+    const long limit = std::min(::sysconf(_SC_OPEN_MAX), 1L << 20);
     for (long descriptor = 3; descriptor < limit; ++descriptor)
         ::fcntl(static_cast<int>(descriptor), F_SETFD, FD_CLOEXEC);
     return limit > 0;
@@ -295,6 +297,7 @@ std::optional<ChildProcess::Ending> collect(int process, int options)
 
 ChildProcess::Ending ChildProcess::wait()
 {
+    m_notifier.reset();
     return *collect(m_process.get(), 0);
 }
 
