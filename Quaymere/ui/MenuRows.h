@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "node/NodeStatus.h"
+
+#include <QList>
+#include <QUrl>
+
+namespace tidewick {
+
+/// What a row of the menu does when it is chosen.
+enum class MenuCommand {
+    None,
+    OpenLedger,
+    StartNode,
+    StopNode,
+    ClearStorage,
+    OpenDataFolder,
+    OpenLog,
+    CopyServerInfo,
+    ShowError,
+    LiveLedger,
+    Settings,
+    About,
+    Quit,
+};
+
+/// The places of the menu from top to bottom. A row keeps its place when others come and go.
+enum class MenuPlace {
+    Title,
+    Detail,
+    AfterHeader,
+    Ledger,
+    Peers,
+    Uptime,
+    Memory,
+    TimeLeft,
+    Store,
+    Storage,
+    AfterFigures,
+    StartOrStop,
+    ClearStorage,
+    AfterNode,
+    OpenDataFolder,
+    OpenLog,
+    CopyServerInfo,
+    ShowError,
+    LiveLedger,
+    Settings,
+    About,
+    BeforeQuit,
+    Quit,
+};
+
+inline constexpr int menuPlaceCount = int(MenuPlace::Quit) + 1;
+
+/// One row of the menu. Its text is plain, whole and unescaped, whatever the node put into it.
+struct MenuRow
+{
+    enum class Kind { Text, Separator, Command };
+
+    MenuPlace place;
+    Kind kind;
+    QString text;
+    bool enabled = true;
+    MenuCommand command = MenuCommand::None;
+
+    bool operator==(const MenuRow &) const = default;
+};
+
+/// The rows that every face of the application shows: tray menu, node panel, terminal.
+QList<MenuRow> menuRows(const NodeStatus &status);
+
+/// The title row's text.
+QString phaseTitle(Phase phase);
+
+/// The public explorer's page on the validated ledger; nothing while none is known.
+std::optional<QUrl> ledgerLink(const NodeStatus &status);
+
+} // namespace tidewick
