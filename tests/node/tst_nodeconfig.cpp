@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QRegularExpression>
+
 #include <optional>
 
 using namespace tidewick;
