@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
+#include "platform/DisplayText.h"
 #include "support/Surroundings.h"
-#include "ui/DisplayText.h"
 
 using namespace tidewick;
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "ui/DisplayText.h"
+#include "platform/DisplayText.h"
 
 #include <QTextBoundaryFinder>
 
