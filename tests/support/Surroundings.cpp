@@ -31,6 +31,15 @@ TestHome::TestHome()
     qunsetenv("TIDEWICK_SIMNODE");
 }
 
+void drawOffscreen()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    for (const char *variable :
+         {"QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
+          "QT_ENABLE_HIGHDPI_SCALING", "QT_FONT_DPI"})
+        qunsetenv(variable);
+}
+
 namespace {
 
 /// Inside a new user namespace, files keep their owner only if the user is mapped to itself.

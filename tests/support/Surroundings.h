@@ -27,6 +27,10 @@ private:
 /// exists.
 void enterPrivateLoopback();
 
+/// Lets this process draw into memory, at ratio 1, whatever desktop it runs on. Call before the
+/// application object exists.
+void drawOffscreen();
+
 } // namespace tidewick
 
 /// The main function of a test program that talks to nobody over the network.
@@ -39,7 +43,18 @@ void enterPrivateLoopback();
         return QTest::qExec(&test, argc, argv);   \
     }
 
-/// The same for one that does, on loopback.
+/// The same for one that draws. It includes QApplication and links Qt6::Widgets itself.
+#define TIDEWICK_GUI_TEST_MAIN(TestClass)           \
+    int main(int argc, char *argv[])                \
+    {                                               \
+        const tidewick::TestHome home;              \
+        tidewick::drawOffscreen();                  \
+        const QApplication application(argc, argv); \
+        TestClass test;                             \
+        return QTest::qExec(&test, argc, argv);     \
+    }
+
+/// The same for one that talks on loopback.
 #define TIDEWICK_LOOPBACK_TEST_MAIN(TestClass)    \
     int main(int argc, char *argv[])              \
     {                                             \
