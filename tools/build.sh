@@ -18,7 +18,8 @@ fail() {
 
 # What it takes to build and test, for the scripts that source this one.
 # shellcheck disable=SC2034
-build_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev qt6-websockets-dev qcoro-qt6-dev)
+build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
+    qcoro-qt6-dev libxcb-xfixes0-dev)
 
 # Installs the Debian packages named that are not installed yet.
 need_packages() {

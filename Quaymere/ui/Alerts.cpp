@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/Alerts.h"
+
+#include "ui/ErrorAlert.h"
+#include "ui/Windows.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace tidewick {
+
+Alerts::Alerts() = default;
+
+Alerts::~Alerts()
+{
+    delete m_error;
+    delete m_question;
+}
+
+void Alerts::showError(const QString &text)
+{
+    if (!m_error)
+        m_error = new ErrorAlert;
+    m_error->setText(text);
+    Windows::bringForward(*m_error);
+}
+
+QCoro::Task<bool> Alerts::confirm(Confirmation question)
+{
+    auto *alert = new QMessageBox;
+    m_question = alert;
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setIcon(QMessageBox::Warning);
+    alert->setWindowTitle(QStringLiteral("Tidewick"));
+    alert->setTextFormat(Qt::PlainText);
+    alert->setText(question.title);
+    alert->setInformativeText(question.text);
+    // The format set above is for the text alone; a path may well look like markup.
+    if (auto *informative =
+            alert->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")))
+        informative->setTextFormat(Qt::PlainText);
+    const auto *accept = alert->addButton(question.acceptLabel, QMessageBox::DestructiveRole);
+    auto *reject = alert->addButton(question.rejectLabel, QMessageBox::RejectRole);
+    alert->setDefaultButton(reject);
+    alert->setEscapeButton(reject);
+
+    OneShot<bool> answer;
+    QObject::connect(alert, &QDialog::finished, alert, [&answer, alert, accept] {
+        answer.resolve(alert->clickedButton() == accept);
+    });
+    QObject::connect(alert, &QObject::destroyed, [&answer] { answer.resolve(false); });
+    Windows::bringForward(*alert);
+    const bool accepted = co_await answer;
+    // The alert may still have to go, the answer goes now.
+    if (m_question)
+        m_question->disconnect();
+    co_return accepted;
+}
+
+} // namespace tidewick

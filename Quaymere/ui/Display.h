@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace tidewick::Display {
+
+/// Whether there is a window system to connect to. Qt ends the program where it finds none, so this
+/// is asked first.
+bool isThere();
+
+} // namespace tidewick::Display

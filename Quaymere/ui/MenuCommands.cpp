@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/MenuCommands.h"
+
+#include "platform/Files.h"
+#include "platform/JsonWrite.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+
+namespace tidewick {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcMenu, "tidewick.menu", QtWarningMsg)
+
+} // namespace
+
+MenuCommands::MenuCommands(NodeController &node, Windows &windows, Alerts &alerts, OpenUrl openUrl)
+    : m_node(node), m_windows(windows), m_alerts(alerts), m_openUrl(std::move(openUrl))
+{
+}
+
+void MenuCommands::run(MenuCommand command)
+{
+    switch (command) {
+    case MenuCommand::None:
+        return;
+    case MenuCommand::OpenLedger:
+        if (const auto link = ledgerLink(m_node.status()))
+            open(*link);
+        return;
+    case MenuCommand::StartNode:
+        return m_node.start();
+    case MenuCommand::StopNode:
+        return m_node.stop();
+    case MenuCommand::ClearStorage:
+        return m_node.clearStorage();
+    case MenuCommand::OpenDataFolder:
+        return openPath(m_node.dataDirectory());
+    case MenuCommand::OpenLog:
+        return openPath(m_node.dataDirectory() / "debug.log");
+    case MenuCommand::CopyServerInfo:
+        return copyServerInfo();
+    case MenuCommand::ShowError:
+        if (const auto error = m_node.status().errorText)
+            m_alerts.showError(*error);
+        return;
+    case MenuCommand::LiveLedger:
+        return m_windows.open(QStringLiteral("ledger"));
+    case MenuCommand::Settings:
+        return m_windows.open(QStringLiteral("settings"));
+    case MenuCommand::About:
+        return m_windows.open(QStringLiteral("about"));
+    case MenuCommand::Quit:
+        emit quitRequested();
+    }
+}
+
+void MenuCommands::open(const QUrl &url) const
+{
+    if (!m_openUrl(url))
+        qCWarning(lcMenu, "nothing on this desktop opens %s", qUtf8Printable(url.toString()));
+}
+
+void MenuCommands::openPath(const std::filesystem::path &path) const
+{
+    open(QUrl::fromLocalFile(Files::display(path)));
+}
+
+void MenuCommands::copyServerInfo() const
+{
+    if (const auto &info = m_node.lastServerInfo())
+        QGuiApplication::clipboard()->setText(JsonWrite::pretty(*info));
+}
+
+} // namespace tidewick

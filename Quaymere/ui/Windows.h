@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <map>
+
+class QWidget;
+
+namespace tidewick {
+
+/// The application's windows by identifier: each is made when it is first asked for, and there is
+/// one of each at most. Closing one destroys it. Main thread only.
+class Windows final : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Make = std::function<QWidget *()>;
+
+    Windows();
+    ~Windows() override;
+
+    /// Opens the window of that identifier, or brings it forward where it is open already. One of
+    /// "settings", "ledger" and "about".
+    void open(const QString &identifier);
+
+    /// The open window of that identifier; null when it is not open.
+    QWidget *window(const QString &identifier) const;
+
+    /// Shows a window in front of those of other programs, with the keyboard's focus.
+    static void bringForward(QWidget &window);
+
+private:
+    struct Scene
+    {
+        Make make;
+        QPointer<QWidget> window;
+    };
+
+    std::map<QString, Scene> m_scenes;
+};
+
+} // namespace tidewick
