@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/SingleInstance.h"
+
+#include "platform/Folders.h"
+
+#include <QDBusAbstractAdaptor>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QFile>
+#include <QLockFile>
+#include <QVariantMap>
+
+#include <unistd.h>
+
+namespace tidewick {
+
+namespace {
+
+constexpr const char *objectPath = "/org/tidewick/Tidewick";
+constexpr const char *interfaceName = "org.freedesktop.Application";
+/// A first instance whose main thread does not answer for so long is of no use to who waits.
+constexpr int answerLimitMs = 800;
+
+/// What a launcher gave this process so that a window of the first one may take the focus.
+QVariantMap platformData()
+{
+    QVariantMap data;
+    for (const auto &[key, variable] : {std::pair("activation-token", "XDG_ACTIVATION_TOKEN"),
+                                        std::pair("desktop-startup-id", "DESKTOP_STARTUP_ID")}) {
+        if (const QByteArray value = qgetenv(variable); !value.isEmpty())
+            data.insert(QLatin1String(key), QString::fromUtf8(value));
+    }
+    return data;
+}
+
+/// Qt takes the token for the next window that asks for the focus from the environment.
+void takeActivationToken(const QVariantMap &platformData)
+{
+    const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+std::filesystem::path lockFile()
+{
+    if (const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR"); runtime.startsWith('/'))
+        return std::filesystem::path(runtime.toStdString()) / "tidewick.lock";
+    return Folders::temporary() / ("tidewick-" + std::to_string(::getuid()) + ".lock");
+}
+
+} // namespace
+
+/// The interface of a desktop application that is there once, for the bus.
+class ApplicationAdaptor final : public QDBusAbstractAdaptor
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit ApplicationAdaptor(SingleInstance *instance)
+        : QDBusAbstractAdaptor(instance), m_instance(instance)
+    {
+    }
+
+public slots:
+    void Activate(const QVariantMap &platformData) { m_instance->activate(platformData); }
+
+    /// There is nothing to open; coming forward is the next best.
+    void Open(const QStringList &, const QVariantMap &platformData)
+    {
+        m_instance->activate(platformData);
+    }
+
+    void ActivateAction(const QString &action, const QVariantList &,
+                        const QVariantMap &platformData)
+    {
+        m_instance->activateAction(action, platformData);
+    }
+
+private:
+    SingleInstance *m_instance;
+};
+
+SingleInstance::SingleInstance()
+{
+    new ApplicationAdaptor(this);
+}
+
+SingleInstance::~SingleInstance() = default;
+
+SingleInstance::Claim SingleInstance::claim()
+{
+    bool ownsName = false;
+    if (hasSessionBus()) {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        // Before the name is owned, so that no call is answered with "no such object".
+        bus.registerObject(QLatin1String(objectPath), this);
+        if (bus.isConnected()) {
+            ownsName = bus.registerService(QLatin1String(name));
+            if (!ownsName)
+                return tellFirst();
+        }
+    }
+    // The name is enough where the lock cannot be had for want of a place for it.
+    return takeLock(ownsName) ? Claim::First : Claim::Refused;
+}
+
+/// Where none is told of, the bus library would start one of its own, which nobody else is on.
+bool SingleInstance::hasSessionBus()
+{
+    if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
+        return true;
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    return !runtime.isEmpty() && QFile::exists(QFile::decodeName(runtime + "/bus"));
+}
+
+bool SingleInstance::takeLock(bool isOptional)
+{
+    m_lock = std::make_unique<QLockFile>(QFile::decodeName(lockFile().c_str()));
+    m_lock->setStaleLockTime(0); // only when its owner is gone, however old
+    if (m_lock->tryLock())
+        return true;
+    if (m_lock->error() != QLockFile::LockFailedError) {
+        m_reason = QStringLiteral("Cannot tell whether Tidewick is running already: %1 cannot be "
+                                  "locked.")
+                       .arg(QFile::decodeName(lockFile().c_str()));
+        return isOptional;
+    }
+    qint64 owner = 0;
+    QString host;
+    QString application;
+    m_lock->getLockInfo(&owner, &host, &application);
+    m_reason = QStringLiteral("Tidewick is running already, as process %1, and cannot be reached "
+                              "from here.")
+                   .arg(owner);
+    return false;
+}
+
+SingleInstance::Claim SingleInstance::tellFirst()
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(QLatin1String(name), QLatin1String(objectPath),
+                                       QLatin1String(interfaceName), QStringLiteral("Activate"));
+    call.setArguments({platformData()});
+    const QDBusMessage answer =
+        QDBusConnection::sessionBus().call(call, QDBus::Block, answerLimitMs);
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        return Claim::ToldFirst;
+    m_reason = QStringLiteral("Tidewick is running already, but did not come forward: %1")
+                   .arg(answer.errorMessage());
+    return Claim::Refused;
+}
+
+void SingleInstance::activate(const QVariantMap &platformData)
+{
+    if (!m_hasWindows)
+        return refuseCall();
+    takeActivationToken(platformData);
+    emit activated();
+}
+
+void SingleInstance::activateAction(const QString &action, const QVariantMap &platformData)
+{
+    if (!m_hasWindows && action != QLatin1String("quit"))
+        return refuseCall();
+    takeActivationToken(platformData);
+    emit actionActivated(action);
+}
+
+void SingleInstance::refuseCall()
+{
+    sendErrorReply(QDBusError::NotSupported, QStringLiteral("it runs without a display"));
+}
+
+} // namespace tidewick
+
+#include "SingleInstance.moc"
