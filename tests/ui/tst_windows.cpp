@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/Surroundings.h"
+#include "ui/Windows.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+
+using namespace tidewick;
+
+class TestWindows : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_windows = std::make_unique<Windows>(); }
+    void cleanup() { m_windows.reset(); }
+
+    void openOnce_data();
+    void openOnce();
+    void comeBackFromMinimised();
+    void openAnewAfterClosing();
+    void ledgerHasItsSize();
+    void closingTheLastIsNoEnd();
+
+private:
+    std::unique_ptr<Windows> m_windows;
+};
+
+namespace {
+
+qsizetype visibleWindows()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::count_if(windows.begin(), windows.end(),
+                         [](const QWidget *window) { return window->isVisible(); });
+}
+
+} // namespace
+
+void TestWindows::openOnce_data()
+{
+    QTest::addColumn<QString>("identifier");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("settings") << QStringLiteral("settings") << QStringLiteral("Tidewick Settings");
+    QTest::newRow("ledger") << QStringLiteral("ledger") << QStringLiteral("Live Ledger");
+    QTest::newRow("about") << QStringLiteral("about") << QStringLiteral("About Tidewick");
+}
+
+void TestWindows::openOnce()
+{
+    QFETCH(QString, identifier);
+    QFETCH(QString, title);
+    QVERIFY(!m_windows->window(identifier));
+    m_windows->open(identifier);
+    QWidget *window = m_windows->window(identifier);
+    QVERIFY(window && window->isVisible());
+    QCOMPARE(window->windowTitle(), title);
+    m_windows->open(identifier);
+    QCOMPARE(m_windows->window(identifier), window);
+    QCOMPARE(visibleWindows(), 1);
+    QVERIFY(QTest::qWaitForWindowActive(window));
+}
+
+void TestWindows::comeBackFromMinimised()
+{
+    m_windows->open(QStringLiteral("about"));
+    QWidget *window = m_windows->window(QStringLiteral("about"));
+    window->showMinimized();
+    m_windows->open(QStringLiteral("about"));
+    QVERIFY(!window->isMinimized());
+}
+
+void TestWindows::openAnewAfterClosing()
+{
+    m_windows->open(QStringLiteral("about"));
+    const QPointer<QWidget> window = m_windows->window(QStringLiteral("about"));
+    window->close();
+    QTRY_VERIFY(!window);
+    QVERIFY(!m_windows->window(QStringLiteral("about")));
+    m_windows->open(QStringLiteral("about"));
+    QVERIFY(m_windows->window(QStringLiteral("about"))->isVisible());
+}
+
+void TestWindows::ledgerHasItsSize()
+{
+    m_windows->open(QStringLiteral("ledger"));
+    QCOMPARE(m_windows->window(QStringLiteral("ledger"))->size(), QSize(800, 780));
+}
+
+void TestWindows::closingTheLastIsNoEnd()
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    const QSignalSpy ends(qApp, &QCoreApplication::aboutToQuit);
+    m_windows->open(QStringLiteral("settings"));
+    m_windows->window(QStringLiteral("settings"))->close();
+    QTRY_VERIFY(!m_windows->window(QStringLiteral("settings")));
+    QCOMPARE(ends.size(), 0);
+}
+
+TIDEWICK_GUI_TEST_MAIN(TestWindows)
+#include "tst_windows.moc"
