@@ -70,10 +70,10 @@ void printBytes(qint64 bytes)
     }
 }
 
-void startGrandchild(Seconds lifetime)
+pid_t startGrandchild(Seconds lifetime)
 {
-    if (::fork() != 0)
-        return;
+    if (const pid_t grandchild = ::fork(); grandchild != 0)
+        return grandchild;
     ::setsid();
     std::this_thread::sleep_for(lifetime);
     ::_exit(0);

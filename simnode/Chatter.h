@@ -7,6 +7,8 @@
 
 #include <QtGlobal>
 
+#include <sys/types.h>
+
 /// What a scenario has the process do with its standard streams before anything else.
 namespace tidewick::sim::Chatter {
 
@@ -19,7 +21,7 @@ void printBytes(qint64 bytes);
 
 /// Leaves a process behind that keeps the standard streams open, in a session of its own so that no
 /// signal to the node's group reaches it, and ends by itself after that long. To be called before
-/// anything is opened, for it would keep that open as well.
-void startGrandchild(Seconds lifetime);
+/// anything is opened, for it would keep that open as well. Its process id.
+pid_t startGrandchild(Seconds lifetime);
 
 } // namespace tidewick::sim::Chatter

@@ -58,12 +58,14 @@ bool playPrelude(const Scenario &scenario)
 int run(const std::filesystem::path &file, const Scenario &scenario, int &argc, char **argv)
 {
     const NodeConfiguration configuration = NodeConfiguration::read(file);
-    if (scenario.grandchild)
-        Chatter::startGrandchild(*scenario.grandchild);
+    const pid_t grandchild =
+        scenario.grandchild ? Chatter::startGrandchild(*scenario.grandchild) : 0;
     DebugLog log(configuration.debugLog);
     log.info("Application", QStringLiteral("Process starting: a SIMULATED node, xrpld-%1, on no "
                                            "network")
                                 .arg(QLatin1String(version)));
+    if (grandchild > 0)
+        log.info("Application", QStringLiteral("grandchild %1").arg(grandchild));
     if (playPrelude(scenario))
         return scenario.ending->number;
     makeFolder(configuration.databasePath);
