@@ -5,8 +5,10 @@
 
 #include "platform/Files.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <string>
 
 #include <fcntl.h>
 #include <net/if.h>
@@ -14,6 +16,7 @@
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tidewick {
@@ -71,11 +74,23 @@ bool unshareNetwork()
     return ::unshare(CLONE_NEWUSER | CLONE_NEWNET) == 0 && mapUser(user, group);
 }
 
-/// Held until the process ends.
+/// Tried in a child, since what works only in part leaves a process in a network without anything.
+bool canHavePrivateLoopback()
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(unshareNetwork() && bringLoopbackUp() ? EXIT_SUCCESS : EXIT_FAILURE);
+    int status = EXIT_FAILURE;
+    return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status)
+           && WEXITSTATUS(status) == EXIT_SUCCESS;
+}
+
+/// Held until the process ends. Each user has a file of their own: nobody may open another's in a
+/// folder open to all.
 void waitForSharedLoopback()
 {
-    const int lock =
-        ::open("/tmp/tidewick-tests-loopback.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    const std::string path = "/tmp/tidewick-tests-loopback-" + std::to_string(::getuid()) + ".lock";
+    const int lock = ::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (lock < 0 || ::flock(lock, LOCK_EX) != 0)
         qFatal("No lock for the loopback network");
 }
@@ -84,9 +99,9 @@ void waitForSharedLoopback()
 
 void enterPrivateLoopback()
 {
-    if (!unshareNetwork())
+    if (!canHavePrivateLoopback())
         waitForSharedLoopback();
-    else if (!bringLoopbackUp())
+    else if (!unshareNetwork() || !bringLoopbackUp())
         qFatal("The private loopback network cannot be brought up");
 }
 
