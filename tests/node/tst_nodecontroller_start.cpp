@@ -5,8 +5,11 @@
 #include "node/NodePorts.h"
 #include "node/Settings.h"
 #include "support/NodeRig.h"
+#include "support/RpcCall.h"
 #include "support/Surroundings.h"
 
+#include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTcpServer>
 
 #include <csignal>
@@ -44,7 +47,7 @@ private slots:
     void endsByItself_data();
     void endsByItself();
     void tailOfThisRunOnly();
-    void tailOfGigabytes();
+    void tailOfALargeLog();
     void grandchildKeepsTheLog();
     void startAfterAFailure();
     void destroyedWhileTheNodeRuns();
@@ -315,22 +318,29 @@ void TestNodeControllerStart::tailOfThisRunOnly()
              QStringLiteral("The node exited unexpectedly (exit status 4).\n\n"));
 }
 
-void TestNodeControllerStart::tailOfGigabytes()
+void TestNodeControllerStart::tailOfALargeLog()
 {
-    m_rig->setScenario("output=300000000 lines=2 exit=1");
+    m_rig->setScenario("output=3000000 lines=2 exit=1");
     m_rig->node().start();
     QVERIFY(m_rig->waitForPhase(Phase::Error));
-    QVERIFY(fs::file_size(m_rig->data() / "xrpld.stdout.log") > 300'000'000U);
+    QVERIFY(fs::file_size(m_rig->data() / "xrpld.stdout.log") > 3'000'000U);
     QVERIFY(m_rig->status().errorText->endsWith(QLatin1String("line 1\nline 2\n")));
 }
 
 void TestNodeControllerStart::grandchildKeepsTheLog()
 {
-    m_rig->setScenario("grandchild=5 exit=3");
+    m_rig->setScenario("grandchild=60 exit=3");
     m_rig->node().start();
+    const auto grandchild = [&] {
+        static const QRegularExpression note(QStringLiteral("NFO grandchild (\\d+)\n"));
+        return note.match(QString::fromUtf8(m_rig->debugLog())).captured(1).toInt();
+    };
+    QVERIFY(m_rig->waitUntil([&] { return grandchild() > 0; }));
+    const auto end = qScopeGuard([&] { ::kill(grandchild(), SIGKILL); });
     QVERIFY(m_rig->waitUntil([&] { return !m_rig->status().hasProcess; }));
     QCOMPARE(m_rig->status().detail,
              QStringLiteral("The node exited unexpectedly (exit status 3)."));
+    QCOMPARE(::kill(grandchild(), 0), 0); // it had the log open until then
 }
 
 void TestNodeControllerStart::startAfterAFailure()
@@ -352,7 +362,10 @@ void TestNodeControllerStart::destroyedWhileTheNodeRuns()
     QVERIFY(m_rig->waitForPhase(Phase::Full));
     const pid_t child = m_rig->lastChild();
     m_rig->destroyNode();
-    QCOMPARE(::kill(child, 0), 0); // it is the kernel that ends it, with this program
+    // It is the kernel that ends it, with this program; until then it answers.
+    QVERIFY(rpcResult(NodePorts::rpc, QStringLiteral("ping")));
+    QVERIFY(m_rig->noted("RPCHandler:NFO ping") == 1);
+    QCOMPARE(::waitpid(child, nullptr, WNOHANG), 0);
 }
 
 TIDEWICK_LOOPBACK_TEST_MAIN(TestNodeControllerStart)

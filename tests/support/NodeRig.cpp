@@ -62,6 +62,13 @@ std::unique_ptr<ChildProcess> NodeRig::spawn(const ChildSpec &spec)
     return child;
 }
 
+/// Between two questions the controller waits for the clock. An alarm of a stopping one is the
+/// limit that its node is killed at.
+bool NodeRig::awaitsTheClock() const
+{
+    return m_clock->alarms() > 0 && !(m_node && status().phase == Phase::Stopping);
+}
+
 bool NodeRig::poll(const std::function<bool()> &condition, std::chrono::milliseconds fakeStep)
 {
     constexpr qint64 ampleMs = 30'000;
@@ -70,8 +77,9 @@ bool NodeRig::poll(const std::function<bool()> &condition, std::chrono::millisec
     while (!condition()) {
         if (timer.hasExpired(ampleMs))
             return false;
+        if (awaitsTheClock())
+            m_clock->advance(fakeStep);
         QTest::qWait(5);
-        m_clock->advance(fakeStep);
     }
     return true;
 }
@@ -89,6 +97,20 @@ bool NodeRig::waitUntil(const std::function<bool()> &condition)
 bool NodeRig::waitForPhase(Phase phase)
 {
     return runUntil([&] { return status().phase == phase; });
+}
+
+bool NodeRig::startUntil(Phase phase)
+{
+    const qsizetype before = timesUp();
+    m_node->start();
+    return waitUntil([&] { return timesUp() > before || !status().hasProcess; })
+           && waitForPhase(phase);
+}
+
+/// How many nodes so far have said that they run. The child that stands in for one prints it.
+qsizetype NodeRig::timesUp() const
+{
+    return m_otherNode ? log().count("ready\n") : noted("Application starting");
 }
 
 QByteArray NodeRig::log() const

@@ -48,11 +48,16 @@ public:
     pid_t lastChild() const { return m_children.back(); }
 
     /// Lets fake time pass, forty times as fast as real time, until the condition holds. False when
-    /// it does not within a real time that is ample.
-    bool runUntil(const std::function<bool()> &condition);
+    /// it does not within a real time that is ample. While a question to the node is open or the
+    /// node is stopping, the clocks stand still: real delays do not become fake minutes.
+    [[nodiscard]] bool runUntil(const std::function<bool()> &condition);
     /// The same with the fake clocks standing still.
-    bool waitUntil(const std::function<bool()> &condition);
-    bool waitForPhase(Phase phase);
+    [[nodiscard]] bool waitUntil(const std::function<bool()> &condition);
+    [[nodiscard]] bool waitForPhase(Phase phase);
+
+    /// Starts the node, waits with the clocks standing still until it has come up, and lets time
+    /// pass until it is in this phase.
+    [[nodiscard]] bool startUntil(Phase phase);
 
     QByteArray log() const;
     QByteArray debugLog() const;
@@ -62,6 +67,8 @@ public:
 private:
     std::unique_ptr<ChildProcess> spawn(const ChildSpec &spec);
     bool poll(const std::function<bool()> &condition, std::chrono::milliseconds fakeStep);
+    bool awaitsTheClock() const;
+    qsizetype timesUp() const;
 
     TemporaryFolder m_folder;
     TestBundle m_bundle;

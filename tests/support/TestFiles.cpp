@@ -3,10 +3,16 @@
 
 #include "support/TestFiles.h"
 
+#include "platform/Files.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tidewick {
 
@@ -35,6 +41,17 @@ void writeFile(const fs::path &path, const QByteArray &content)
     file.close();
     if (!file)
         qFatal("%s cannot be written", path.c_str());
+}
+
+qint64 allocatedBytes(const fs::path &path)
+{
+    const UniqueDescriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status
+    {
+    };
+    if (!file || ::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
+        qFatal("%s is not there", path.c_str());
+    return status.st_blocks * 512;
 }
 
 QByteArray contentOf(const fs::path &path)

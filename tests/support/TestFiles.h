@@ -27,6 +27,10 @@ private:
 /// Writes a file whole; ends the program where it cannot.
 void writeFile(const std::filesystem::path &path, const QByteArray &content);
 
+/// What the file takes on disk, in bytes, links not followed. The file is brought to disk first,
+/// since some file systems settle that only then.
+qint64 allocatedBytes(const std::filesystem::path &path);
+
 /// The file's content; ends the program where there is none.
 QByteArray contentOf(const std::filesystem::path &path);
 
