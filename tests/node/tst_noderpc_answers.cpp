@@ -2,91 +2,21 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeRPC.h"
-#include "platform/ProcessMemory.h"
 #include "support/RawServer.h"
+#include "support/RpcCall.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTcpSocket>
-#include <QTimer>
-
-#include <unistd.h>
 
 using namespace tidewick;
-using namespace std::chrono_literals;
 
 using Result = std::optional<QJsonObject>;
 
-namespace {
-
-/// The outcome of one call: none while it is under way.
-class Call
-{
-public:
-    Call(NodeRPC &rpc, const QString &method) { run(rpc, method); }
-
-    bool finished() const { return m_finished; }
-    const Result &result() const { return m_result; }
-    qint64 elapsed() const { return m_elapsed; }
-
-private:
-    QCoro::Task<> run(NodeRPC &rpc, QString method)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        m_result = co_await rpc.call(method);
-        m_elapsed = timer.elapsed();
-        m_finished = true;
-    }
-
-    bool m_finished = false;
-    Result m_result;
-    qint64 m_elapsed = 0;
-};
-
-/// Longer than any call may take.
-constexpr int patience = 9'000;
-
-Result resultOf(quint16 port, const QString &method = QStringLiteral("server_info"))
-{
-    NodeRPC rpc(port);
-    const Call call(rpc, method);
-    [&] { QTRY_VERIFY_WITH_TIMEOUT(call.finished(), patience); }();
-    return call.result();
-}
-
-/// Writes bytes as fast as they are taken, up to a number of them; stops when nobody takes them.
-void pour(QTcpSocket *connection, qint64 bytes)
-{
-    const auto left = std::make_shared<qint64>(bytes);
-    const auto more = [connection, left] {
-        while (*left > 0 && connection->bytesToWrite() < 1'000'000) {
-            const QByteArray block(qMin<qint64>(*left, 100'000), 'x');
-            *left -= connection->write(block);
-        }
-    };
-    QObject::connect(connection, &QTcpSocket::bytesWritten, connection, more);
-    more();
-}
-
-/// Writes one byte, then another each time the period has passed.
-void drip(QTcpSocket *connection, const QByteArray &bytes, std::chrono::milliseconds period)
-{
-    auto *timer = new QTimer(connection);
-    const auto at = std::make_shared<qsizetype>(0);
-    QObject::connect(timer, &QTimer::timeout, connection, [connection, bytes, at] {
-        if (*at < bytes.size())
-            connection->write(bytes.mid((*at)++, 1));
-    });
-    timer->start(period);
-}
-
-} // namespace
-
-class TestNodeRPC : public QObject
+/// What is asked, and what counts as an answer.
+class TestNodeRPCAnswers : public QObject
 {
     Q_OBJECT
 
@@ -96,12 +26,6 @@ private slots:
     void answers();
     void recordedAnswers_data();
     void recordedAnswers();
-    void refusedIsToldAtOnce();
-    void limits_data();
-    void limits();
-    void largestAnswer();
-    void tooLarge_data();
-    void tooLarge();
     void redirectsAreNotFollowed_data();
     void redirectsAreNotFollowed();
     void keepsNothingBetweenCalls();
@@ -111,10 +35,10 @@ private slots:
     void destroyedWhileAsking();
 };
 
-void TestNodeRPC::sendsTheEnvelope()
+void TestNodeRPCAnswers::sendsTheEnvelope()
 {
     RawServer server([](QTcpSocket *c) { c->write(RawServer::http("{\"result\":{}}")); });
-    QVERIFY(resultOf(server.port(), QStringLiteral("get \"counts\" é")));
+    QVERIFY(rpcResult(server.port(), QStringLiteral("get \"counts\" é")));
     QCOMPARE(server.requests().size(), 1);
     const QByteArray request = server.requests()[0];
     QVERIFY(request.startsWith("POST / HTTP/1.1\r\n"));
@@ -127,7 +51,7 @@ void TestNodeRPC::sendsTheEnvelope()
     QCOMPARE(QJsonDocument::fromJson(body).object(), expected);
 }
 
-void TestNodeRPC::answers_data()
+void TestNodeRPCAnswers::answers_data()
 {
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<Result>("expected");
@@ -169,7 +93,7 @@ void TestNodeRPC::answers_data()
     }
 }
 
-void TestNodeRPC::answers()
+void TestNodeRPCAnswers::answers()
 {
     QFETCH(QByteArray, answer);
     QFETCH(Result, expected);
@@ -177,10 +101,10 @@ void TestNodeRPC::answers()
         connection->write(answer);
         connection->disconnectFromHost();
     });
-    QCOMPARE(resultOf(server.port()), expected);
+    QCOMPARE(rpcResult(server.port()), expected);
 }
 
-void TestNodeRPC::recordedAnswers_data()
+void TestNodeRPCAnswers::recordedAnswers_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QString>("member");
@@ -191,7 +115,7 @@ void TestNodeRPC::recordedAnswers_data()
     QTest::newRow("not understood") << QByteArray("bad_json.txt") << QString();
 }
 
-void TestNodeRPC::recordedAnswers()
+void TestNodeRPCAnswers::recordedAnswers()
 {
     QFETCH(QByteArray, file);
     QFETCH(QString, member);
@@ -199,125 +123,13 @@ void TestNodeRPC::recordedAnswers()
     RawServer server([&](QTcpSocket *connection) {
         connection->write(RawServer::http(body, member.isEmpty() ? "400 Bad Request" : "200 OK"));
     });
-    const Result result = resultOf(server.port());
+    const Result result = rpcResult(server.port());
     QCOMPARE(result.has_value(), !member.isEmpty());
     if (result)
         QVERIFY(result->contains(member));
 }
 
-void TestNodeRPC::refusedIsToldAtOnce()
-{
-    quint16 port = 0;
-    {
-        const RawServer server([](QTcpSocket *) {});
-        port = server.port();
-    }
-    NodeRPC rpc(port);
-    { // the first call makes the session
-        const Call warm(rpc, QStringLiteral("x"));
-        QTRY_VERIFY(warm.finished());
-    }
-    qint64 quickest = patience;
-    for (int i = 0; i < 5; ++i) {
-        const Call call(rpc, QStringLiteral("x"));
-        QTRY_VERIFY(call.finished());
-        QVERIFY(!call.result());
-        quickest = qMin(quickest, call.elapsed());
-    }
-    QVERIFY2(quickest < 100, qPrintable(QString::number(quickest)));
-}
-
-void TestNodeRPC::limits_data()
-{
-    QTest::addColumn<RawServer::Answer>("answer");
-    QTest::addColumn<int>("atLeast");
-    QTest::addColumn<int>("atMost");
-    const QByteArray whole = RawServer::http("{\"result\":{}}" + QByteArray(100, ' '));
-    const QByteArray headers = whole.left(whole.indexOf("\r\n\r\n") + 4);
-    const QByteArray body = whole.mid(headers.size());
-
-    QTest::newRow("no answer") << RawServer::Answer([](QTcpSocket *) {}) << 2'990 << 4'500;
-    QTest::newRow("a byte of the headers a second")
-        << RawServer::Answer([=](QTcpSocket *c) { drip(c, whole, 1s); }) << 2'990 << 5'500;
-    QTest::newRow("a byte of the body a second") << RawServer::Answer([=](QTcpSocket *c) {
-        c->write(headers);
-        drip(c, body, 1s);
-    }) << 4'990 << 6'500;
-    QTest::newRow("stops in the middle")
-        << RawServer::Answer([=](QTcpSocket *c) { c->write(headers + body.left(5)); }) << 2'990
-        << 4'500;
-}
-
-void TestNodeRPC::limits()
-{
-    QFETCH(RawServer::Answer, answer);
-    QFETCH(int, atLeast);
-    QFETCH(int, atMost);
-    RawServer server(answer);
-    NodeRPC rpc(server.port());
-    const Call call(rpc, QStringLiteral("server_info"));
-    QTRY_VERIFY_WITH_TIMEOUT(call.finished(), patience);
-    QVERIFY(!call.result());
-    QVERIFY2(call.elapsed() >= atLeast && call.elapsed() <= atMost,
-             qPrintable(QString::number(call.elapsed())));
-}
-
-void TestNodeRPC::largestAnswer()
-{
-    const QByteArray begin = "{\"result\":{}";
-    const QByteArray body =
-        begin + QByteArray(NodeRPC::largestAnswer - begin.size() - 1, ' ') + '}';
-    RawServer server([&](QTcpSocket *connection) { connection->write(RawServer::http(body)); });
-    QVERIFY(resultOf(server.port()));
-    const QByteArray more = begin + ' ' + body.mid(begin.size());
-    RawServer moreServer([&](QTcpSocket *connection) {
-        connection->write("HTTP/1.0 200 OK\r\n\r\n" + more);
-        connection->disconnectFromHost();
-    });
-    QVERIFY(!resultOf(moreServer.port()));
-}
-
-void TestNodeRPC::tooLarge_data()
-{
-    QTest::addColumn<QByteArray>("headers");
-    QTest::newRow("announced") << QByteArray(
-        "HTTP/1.1 200 OK\r\nContent-Length: 200000000\r\n\r\n");
-    QTest::newRow("not announced") << QByteArray("HTTP/1.0 200 OK\r\n\r\n");
-    QTest::newRow("one header") << QByteArray("HTTP/1.1 200 OK\r\nX: ");
-    QTest::newRow("status line") << QByteArray("HTTP/1.1 200 ");
-    QTest::newRow("chunk size") << QByteArray(
-        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n");
-}
-
-namespace {
-
-/// Begins a new count of the largest footprint of this process.
-qint64 resetPeak()
-{
-    writeFile("/proc/self/clear_refs", "5");
-    return ProcessMemory::of(::getpid())->footprint;
-}
-
-} // namespace
-
-/// What is too large is let go of as it comes: memory stays far below what was sent.
-void TestNodeRPC::tooLarge()
-{
-    QFETCH(QByteArray, headers);
-    const qint64 before = resetPeak();
-    RawServer server([&](QTcpSocket *connection) {
-        connection->write(headers);
-        pour(connection, 200'000'000);
-    });
-    QSignalSpy disconnected(&server, &RawServer::disconnected);
-    QVERIFY(!resultOf(server.port()));
-    QTRY_VERIFY(disconnected.count() > 0);
-    const qint64 grown = ProcessMemory::of(::getpid())->peakFootprint - before;
-    QVERIFY2(grown < 4 * NodeRPC::largestAnswer, qPrintable(QString::number(grown)));
-    QVERIFY(server.sent() < 200'000'000);
-}
-
-void TestNodeRPC::redirectsAreNotFollowed_data()
+void TestNodeRPCAnswers::redirectsAreNotFollowed_data()
 {
     QTest::addColumn<QByteArray>("status");
     for (const char *status :
@@ -325,7 +137,7 @@ void TestNodeRPC::redirectsAreNotFollowed_data()
         QTest::newRow(status) << QByteArray(status);
 }
 
-void TestNodeRPC::redirectsAreNotFollowed()
+void TestNodeRPCAnswers::redirectsAreNotFollowed()
 {
     QFETCH(QByteArray, status);
     RawServer target([](QTcpSocket *c) { c->write(RawServer::http("{\"result\":{}}")); });
@@ -333,11 +145,11 @@ void TestNodeRPC::redirectsAreNotFollowed()
         "Location: http://127.0.0.1:" + QByteArray::number(target.port()) + "/\r\n";
     RawServer server(
         [&](QTcpSocket *c) { c->write(RawServer::http("see there", status, location)); });
-    QVERIFY(!resultOf(server.port()));
+    QVERIFY(!rpcResult(server.port()));
     QCOMPARE(target.connections(), 0);
 }
 
-void TestNodeRPC::keepsNothingBetweenCalls()
+void TestNodeRPCAnswers::keepsNothingBetweenCalls()
 {
     RawServer server([](QTcpSocket *c) {
         c->write(RawServer::http("{\"result\":{}}", "200 OK",
@@ -346,7 +158,7 @@ void TestNodeRPC::keepsNothingBetweenCalls()
     });
     NodeRPC rpc(server.port());
     for (int i = 0; i < 3; ++i) {
-        const Call call(rpc, QStringLiteral("server_info"));
+        const RpcCall call(rpc, QStringLiteral("server_info"));
         QTRY_VERIFY(call.finished());
         QVERIFY(call.result());
     }
@@ -358,27 +170,27 @@ void TestNodeRPC::keepsNothingBetweenCalls()
     }
 }
 
-void TestNodeRPC::usesNoProxy()
+void TestNodeRPCAnswers::usesNoProxy()
 {
     RawServer proxy([](QTcpSocket *c) { c->write(RawServer::http("{\"result\":{}}")); });
     RawServer server([](QTcpSocket *c) { c->write(RawServer::http("{\"result\":{}}")); });
     const QByteArray address = "http://127.0.0.1:" + QByteArray::number(proxy.port());
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy"})
         qputenv(variable, address);
-    QVERIFY(resultOf(server.port()));
+    QVERIFY(rpcResult(server.port()));
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy"})
         qunsetenv(variable);
     QCOMPARE(server.connections(), 1);
     QCOMPARE(proxy.connections(), 0);
 }
 
-void TestNodeRPC::callsMayOverlap()
+void TestNodeRPCAnswers::callsMayOverlap()
 {
     QList<QTcpSocket *> waiting;
     RawServer server([&](QTcpSocket *connection) { waiting += connection; });
     NodeRPC rpc(server.port());
-    const Call first(rpc, QStringLiteral("server_info"));
-    const Call second(rpc, QStringLiteral("stop"));
+    const RpcCall first(rpc, QStringLiteral("server_info"));
+    const RpcCall second(rpc, QStringLiteral("stop"));
     QTRY_COMPARE(waiting.size(), 2);
     waiting[1]->write(RawServer::http("{\"result\":{}}"));
     waiting[0]->write(RawServer::http("{\"result\":[]}"));
@@ -386,7 +198,7 @@ void TestNodeRPC::callsMayOverlap()
     QVERIFY(first.result().has_value() != second.result().has_value());
 }
 
-void TestNodeRPC::survivesAServerThatComesAndGoes()
+void TestNodeRPCAnswers::survivesAServerThatComesAndGoes()
 {
     auto server = std::make_unique<RawServer>([](QTcpSocket *c) {
         c->write(RawServer::http("{\"result\":{}}"));
@@ -394,28 +206,28 @@ void TestNodeRPC::survivesAServerThatComesAndGoes()
     });
     NodeRPC rpc(server->port());
     for (int i = 0; i < 5; ++i) {
-        const Call call(rpc, QStringLiteral("server_info"));
+        const RpcCall call(rpc, QStringLiteral("server_info"));
         QTRY_VERIFY(call.finished());
         QVERIFY(call.result());
     }
     server.reset();
-    const Call call(rpc, QStringLiteral("server_info"));
+    const RpcCall call(rpc, QStringLiteral("server_info"));
     QTRY_VERIFY(call.finished());
     QVERIFY(!call.result());
 }
 
-void TestNodeRPC::destroyedWhileAsking()
+void TestNodeRPCAnswers::destroyedWhileAsking()
 {
     RawServer server([](QTcpSocket *) {});
     auto rpc = std::make_unique<NodeRPC>(server.port());
-    const Call waiting(*rpc, QStringLiteral("server_info"));
+    const RpcCall waiting(*rpc, QStringLiteral("server_info"));
     QTRY_COMPARE(server.requests().size(), 1);
-    const Call fresh(*rpc, QStringLiteral("stop"));
+    const RpcCall fresh(*rpc, QStringLiteral("stop"));
     QVERIFY(!waiting.finished());
     rpc.reset();
     QVERIFY(waiting.finished() && !waiting.result());
     QVERIFY(fresh.finished() && !fresh.result());
 }
 
-TIDEWICK_TEST_MAIN(TestNodeRPC)
-#include "tst_noderpc.moc"
+TIDEWICK_LOOPBACK_TEST_MAIN(TestNodeRPCAnswers)
+#include "tst_noderpc_answers.moc"

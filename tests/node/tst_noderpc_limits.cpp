@@ -1,0 +1,183 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "node/NodeRPC.h"
+#include "support/PeakMemory.h"
+#include "support/RawServer.h"
+#include "support/RpcCall.h"
+#include "support/Surroundings.h"
+
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+
+using namespace tidewick;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Writes bytes as fast as they are taken, up to a number of them; stops when nobody takes them.
+void pour(QTcpSocket *connection, qint64 bytes)
+{
+    const auto left = std::make_shared<qint64>(bytes);
+    const auto more = [connection, left] {
+        while (*left > 0 && connection->bytesToWrite() < 1'000'000) {
+            const QByteArray block(qMin<qint64>(*left, 100'000), 'x');
+            *left -= connection->write(block);
+        }
+    };
+    QObject::connect(connection, &QTcpSocket::bytesWritten, connection, more);
+    more();
+}
+
+/// Writes one byte, then another each time the period has passed.
+void drip(QTcpSocket *connection, const QByteArray &bytes, std::chrono::milliseconds period)
+{
+    auto *timer = new QTimer(connection);
+    const auto at = std::make_shared<qsizetype>(0);
+    QObject::connect(timer, &QTimer::timeout, connection, [connection, bytes, at] {
+        if (*at < bytes.size())
+            connection->write(bytes.mid((*at)++, 1));
+    });
+    timer->start(period);
+}
+
+} // namespace
+
+/// How long a call may take, and how large its answer may be.
+class TestNodeRPCLimits : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void refusedIsToldAtOnce();
+    void limits_data();
+    void limits();
+    void largestAnswer();
+    void tooLarge_data();
+    void tooLarge();
+};
+
+void TestNodeRPCLimits::refusedIsToldAtOnce()
+{
+    quint16 port = 0;
+    {
+        const RawServer server([](QTcpSocket *) {});
+        port = server.port();
+    }
+    NodeRPC rpc(port);
+    { // the first call makes the session
+        const RpcCall warm(rpc, QStringLiteral("x"));
+        QTRY_VERIFY(warm.finished());
+    }
+    std::array<std::chrono::milliseconds, 5> times{};
+    for (auto &time : times) {
+        const RpcCall call(rpc, QStringLiteral("x"));
+        QTRY_VERIFY(call.finished());
+        QVERIFY(!call.result());
+        time = call.elapsed();
+    }
+    auto *const median = times.begin() + times.size() / 2;
+    std::nth_element(times.begin(), median, times.end());
+    QVERIFY2(*median < 100ms, qPrintable(QString::number(median->count())));
+}
+
+void TestNodeRPCLimits::limits_data()
+{
+    QTest::addColumn<RawServer::Answer>("answer");
+    QTest::addColumn<std::chrono::milliseconds>("atLeast");
+    QTest::addColumn<std::chrono::milliseconds>("atMost");
+    const QByteArray whole = RawServer::http("{\"result\":{}}" + QByteArray(100, ' '));
+    const QByteArray headers = whole.left(whole.indexOf("\r\n\r\n") + 4);
+    const QByteArray body = whole.mid(headers.size());
+    const auto row = [](const char *name, const RawServer::Answer &answer,
+                        std::chrono::milliseconds atLeast, std::chrono::milliseconds atMost) {
+        QTest::newRow(name) << answer << atLeast << atMost;
+    };
+
+    row(
+        "no answer", [](QTcpSocket *) {}, 2990ms, 4500ms);
+    row(
+        "the headers byte by byte", [=](QTcpSocket *c) { drip(c, whole, 500ms); }, 2990ms, 6500ms);
+    row(
+        "the body byte by byte",
+        [=](QTcpSocket *c) {
+            c->write(headers);
+            drip(c, body, 500ms);
+        },
+        4990ms, 6500ms);
+    row(
+        "stops in the middle", [=](QTcpSocket *c) { c->write(headers + body.left(5)); }, 2990ms,
+        4500ms);
+}
+
+/// The upper bound is a timer beside those of the call: when the whole program is held up, the one
+/// that is due first still comes first.
+void TestNodeRPCLimits::limits()
+{
+    QFETCH(RawServer::Answer, answer);
+    QFETCH(std::chrono::milliseconds, atLeast);
+    QFETCH(std::chrono::milliseconds, atMost);
+    RawServer server(answer);
+    NodeRPC rpc(server.port());
+    const RpcCall call(rpc, QStringLiteral("server_info"));
+    bool late = false;
+    QTimer bound;
+    bound.setSingleShot(true);
+    bound.setTimerType(Qt::PreciseTimer);
+    connect(&bound, &QTimer::timeout, this, [&] { late = !call.finished(); });
+    bound.start(atMost);
+    QTRY_VERIFY_WITH_TIMEOUT(call.finished() || late, 60'000);
+    QVERIFY(!late);
+    QVERIFY(!call.result());
+    QVERIFY2(call.elapsed() >= atLeast, qPrintable(QString::number(call.elapsed().count())));
+}
+
+void TestNodeRPCLimits::largestAnswer()
+{
+    const QByteArray begin = "{\"result\":{}";
+    const QByteArray body =
+        begin + QByteArray(NodeRPC::largestAnswer - begin.size() - 1, ' ') + '}';
+    RawServer server([&](QTcpSocket *connection) { connection->write(RawServer::http(body)); });
+    QVERIFY(rpcResult(server.port()));
+    const QByteArray more = begin + ' ' + body.mid(begin.size());
+    RawServer moreServer([&](QTcpSocket *connection) {
+        connection->write("HTTP/1.0 200 OK\r\n\r\n" + more);
+        connection->disconnectFromHost();
+    });
+    QVERIFY(!rpcResult(moreServer.port()));
+}
+
+void TestNodeRPCLimits::tooLarge_data()
+{
+    QTest::addColumn<QByteArray>("headers");
+    QTest::newRow("announced") << QByteArray(
+        "HTTP/1.1 200 OK\r\nContent-Length: 200000000\r\n\r\n");
+    QTest::newRow("not announced") << QByteArray("HTTP/1.0 200 OK\r\n\r\n");
+    QTest::newRow("one header") << QByteArray("HTTP/1.1 200 OK\r\nX: ");
+    QTest::newRow("status line") << QByteArray("HTTP/1.1 200 ");
+    QTest::newRow("chunk size") << QByteArray(
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n");
+}
+
+/// What is too large is let go of as it comes: memory stays far below what was sent.
+void TestNodeRPCLimits::tooLarge()
+{
+    QFETCH(QByteArray, headers);
+    const PeakMemory memory;
+    RawServer server([&](QTcpSocket *connection) {
+        connection->write(headers);
+        pour(connection, 200'000'000);
+    });
+    QSignalSpy disconnected(&server, &RawServer::disconnected);
+    QVERIFY(!rpcResult(server.port()));
+    QTRY_VERIFY(disconnected.count() > 0);
+    QVERIFY2(memory.grown() < 4 * NodeRPC::largestAnswer,
+             qPrintable(QString::number(memory.grown())));
+    QVERIFY(server.sent() < 200'000'000);
+}
+
+TIDEWICK_LOOPBACK_TEST_MAIN(TestNodeRPCLimits)
+#include "tst_noderpc_limits.moc"
