@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeLog.h"
+#include "support/PeakMemory.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
@@ -28,6 +29,8 @@ private slots:
     void tailIsThatOfReadingItAll();
     void tailBeginsAtTheRun();
     void tailOfLongLines();
+    void tailOfGigabytes_data();
+    void tailOfGigabytes();
     void tailWithoutALog();
     void tailOfAShortenedLog();
     void appends();
@@ -154,6 +157,32 @@ void TestNodeLog::tailOfLongLines()
     const QString tail = m_log->tail(0);
     QVERIFY(tail.startsWith(u'€'));
     QVERIFY(tail.endsWith(u"xy"));
+}
+
+void TestNodeLog::tailOfGigabytes_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    QTest::newRow("lines at the end") << QByteArray('\n' + numberedLines(1, 20));
+    QTest::newRow("no line feed anywhere") << QByteArray();
+}
+
+/// Whatever the length of a log, only its end is read.
+void TestNodeLog::tailOfGigabytes()
+{
+    QFETCH(QByteArray, end);
+    writeFile(m_path, {});
+    fs::resize_file(m_path, 2'000'000'000); // takes no room on the disk
+    {
+        const UniqueDescriptor log = m_log->open();
+        QVERIFY(Files::writeAll(log.get(), end.constData(), static_cast<std::size_t>(end.size())));
+    }
+    const PeakMemory memory;
+    const QString tail = m_log->tail(0);
+    QVERIFY2(memory.grown() < 50'000'000, qPrintable(QString::number(memory.grown())));
+    if (end.isEmpty())
+        QCOMPARE(tail, QString(qsizetype{1024} * 1024, u'\0'));
+    else
+        QCOMPARE(tail, QString::fromUtf8(end.mid(1)));
 }
 
 void TestNodeLog::tailWithoutALog()
