@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/Files.h"
+#include "support/Failures.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
@@ -17,23 +18,6 @@ using namespace tidewick;
 namespace fs = std::filesystem;
 
 namespace {
-
-/// What the action throws, as text.
-template <typename Action>
-QString failureOf(Action action)
-{
-    try {
-        action();
-    } catch (const FileError &error) {
-        return QString::fromUtf8(error.what());
-    }
-    return QStringLiteral("no failure");
-}
-
-QString named(const fs::path &path, const char *reason)
-{
-    return QString::fromStdString(path.string()) + QLatin1String(": ") + QLatin1String(reason);
-}
 
 /// As on a full disk, writing fails beyond so many bytes of a file while this lives.
 class FileSizeLimit
@@ -88,16 +72,17 @@ void TestFiles::readsWhatWasWritten()
 void TestFiles::namesFileAndReason()
 {
     const fs::path missing = m_path / "missing";
-    QCOMPARE(failureOf([&] { Files::read(missing); }), named(missing, "No such file or directory"));
-    QCOMPARE(failureOf([&] { Files::read(m_path); }), named(m_path, "Is a directory"));
+    QCOMPARE(failureOf([&] { Files::read(missing); }),
+             failureWith(missing, "No such file or directory"));
+    QCOMPARE(failureOf([&] { Files::read(m_path); }), failureWith(m_path, "Is a directory"));
     QCOMPARE(failureOf([&] { Files::writeAtomically(missing / "file", "x"); }),
-             named(missing / "file", "No such file or directory"));
+             failureWith(missing / "file", "No such file or directory"));
     writeFile(m_path / "file", "x");
     QCOMPARE(failureOf([&] { Files::writeAtomically(m_path / "file" / "below", "x"); }),
-             named(m_path / "file" / "below", "Not a directory"));
+             failureWith(m_path / "file" / "below", "Not a directory"));
     fs::create_directory(m_path / "folder");
     QCOMPARE(failureOf([&] { Files::writeAtomically(m_path / "folder", "x"); }),
-             named(m_path / "folder", "Is a directory"));
+             failureWith(m_path / "folder", "Is a directory"));
 }
 
 void TestFiles::readTextRefusesWhatIsNotUtf8_data()
@@ -113,7 +98,7 @@ void TestFiles::readTextRefusesWhatIsNotUtf8()
     QFETCH(QByteArray, content);
     const fs::path path = m_path / "text";
     writeFile(path, content);
-    QCOMPARE(failureOf([&] { Files::readText(path); }), named(path, "not UTF-8 text"));
+    QCOMPARE(failureOf([&] { Files::readText(path); }), failureWith(path, "not UTF-8 text"));
 }
 
 void TestFiles::readTextKeepsTheByteOrderMark()
@@ -150,7 +135,7 @@ void TestFiles::failedWriteLeavesTheOldContent()
     {
         const FileSizeLimit limit(4096);
         QCOMPARE(failureOf([&] { Files::writeAtomically(path, QByteArray(10'000, 'x')); }),
-                 named(path, "File too large"));
+                 failureWith(path, "File too large"));
     }
     QCOMPARE(contentOf(path), QByteArray("old"));
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
