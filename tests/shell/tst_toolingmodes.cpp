@@ -31,6 +31,7 @@ private slots:
     void renderUsesTheSettings();
     void renderFailures();
     void renderWinsOverSmoke();
+    void firstOfTwoCounts();
     void bundleMayMoveAndBeLinkedTo();
     void nodeVersion();
     void nodeVersionPassesTheStatusOn_data();
@@ -192,6 +193,14 @@ void TestToolingModes::renderWinsOverSmoke()
     QCOMPARE(run({"--smoke", "--render-config", "x"}).output,
              bytes(m_path / "x" / "xrpld.cfg") + '\n');
     QVERIFY(!fs::exists(fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / "Tidewick-smoke"));
+}
+
+void TestToolingModes::firstOfTwoCounts()
+{
+    QVERIFY(run({"--render-config", "a", "--render-config", "b"})
+            == (Outcome{bytes(m_path / "a" / "xrpld.cfg") + '\n', "", 0, false}));
+    QVERIFY(fs::exists(m_path / "a" / "xrpld.cfg"));
+    QVERIFY(!fs::exists(m_path / "b"));
 }
 
 void TestToolingModes::bundleMayMoveAndBeLinkedTo()
