@@ -52,11 +52,11 @@ void RawClient::send(const QByteArray &bytes)
         m_state = State::Closed;
 }
 
-void RawClient::call(const QByteArray &method, const QByteArray &headers)
+QByteArray RawClient::request(const QByteArray &method, const QByteArray &headers)
 {
     const QByteArray body = R"({"method":")" + method + R"(","params":[{}]})";
-    send("POST / HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: " + QByteArray::number(body.size())
-         + "\r\n" + headers + "\r\n" + body);
+    return "POST / HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: "
+           + QByteArray::number(body.size()) + "\r\n" + headers + "\r\n" + body;
 }
 
 /// What has come, if anything comes in time while the connection is open.

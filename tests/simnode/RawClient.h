@@ -40,8 +40,13 @@ public:
 
     void send(const QByteArray &bytes);
 
-    /// Sends a call of this method over HTTP, with more header lines, each with its line end.
-    void call(const QByteArray &method, const QByteArray &headers = {});
+    /// A call of this method over HTTP, with more header lines, each with its line end.
+    static QByteArray request(const QByteArray &method, const QByteArray &headers = {});
+    /// Sends one.
+    void call(const QByteArray &method, const QByteArray &headers = {})
+    {
+        send(request(method, headers));
+    }
 
     /// Reads until there is enough, the other end has closed, or the time is up; gives all that was
     /// read since the last time.

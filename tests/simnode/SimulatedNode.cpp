@@ -6,8 +6,6 @@
 #include "RawClient.h"
 #include "platform/JsonRead.h"
 
-#include <QRandomGenerator>
-#include <QTcpServer>
 #include <QtTest>
 
 #include <csignal>
@@ -18,30 +16,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A port nobody listens on, from below the range that the kernel gives to clients, and not
-/// `taken`.
-quint16 freePort(quint16 taken = 0)
-{
-    constexpr int attempts = 1000;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        QTcpServer server;
-        const auto port = static_cast<quint16>(QRandomGenerator::global()->bounded(20'000, 32'000));
-        if (port != taken && server.listen(QHostAddress::LocalHost, port))
-            return port;
-    }
-    qFatal("No free port");
-}
+/// Below the range from which the kernel takes the ports of clients. Nobody else is on the loopback
+/// network of these tests.
+constexpr quint16 firstPort = 20'001;
 
 template <typename Condition>
-bool waitFor(Condition &&condition)
+bool waitFor(Condition &&condition, std::chrono::milliseconds limit = SimulatedNode::patience)
 {
-    return QTest::qWaitFor(condition,
-                           static_cast<int>(RawClient::patience / std::chrono::milliseconds(1)));
+    return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
 }
 
 } // namespace
 
-SimulatedNode::SimulatedNode() : m_rpcPort(freePort()), m_streamPort(freePort(m_rpcPort))
+SimulatedNode::SimulatedNode(quint16 number)
+    : m_rpcPort(static_cast<quint16>(firstPort + 2 * number)),
+      m_streamPort(static_cast<quint16>(m_rpcPort + 1))
 {
     configuration = "[server]\nport_rpc\nport_ws\n"
                     "[port_rpc]\nip = 127.0.0.1\nport = @RPC@\nprotocol = http\n"
@@ -89,9 +78,9 @@ bool SimulatedNode::waitUntilRefused()
     return waitFor([this] { return RawClient(m_rpcPort).state() == RawClient::State::Refused; });
 }
 
-bool SimulatedNode::waitForLog(const QByteArray &text)
+bool SimulatedNode::waitForLog(const QByteArray &text, std::chrono::milliseconds limit)
 {
-    return waitFor([this, &text] { return debugLog().contains(text); });
+    return waitFor([this, &text] { return debugLog().contains(text); }, limit);
 }
 
 void SimulatedNode::signal(int number) const

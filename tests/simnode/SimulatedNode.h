@@ -9,12 +9,13 @@
 #include <QJsonObject>
 #include <QProcess>
 
+#include <chrono>
 #include <filesystem>
 
 namespace tidewick {
 
-/// A simulated node as a process of its own, with a data folder and ports of its own. It is killed
-/// with this object if need be.
+/// A simulated node as a process of its own, with a data folder of its own. It is killed with this
+/// object if need be.
 class SimulatedNode
 {
 public:
@@ -26,7 +27,10 @@ public:
         bool operator==(const Ending &) const = default;
     };
 
-    SimulatedNode();
+    static constexpr std::chrono::seconds patience{10};
+
+    /// Nodes that run at the same time need different numbers, for their ports.
+    explicit SimulatedNode(quint16 number = 0);
     SimulatedNode(const SimulatedNode &) = delete;
     SimulatedNode &operator=(const SimulatedNode &) = delete;
     ~SimulatedNode();
@@ -49,7 +53,7 @@ public:
     /// Waits until the port refuses connections.
     bool waitUntilRefused();
     /// Waits until the debug log has this text.
-    bool waitForLog(const QByteArray &text);
+    bool waitForLog(const QByteArray &text, std::chrono::milliseconds limit = patience);
 
     pid_t id() const { return static_cast<pid_t>(m_process.processId()); }
     void signal(int number) const;

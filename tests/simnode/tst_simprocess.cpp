@@ -293,5 +293,5 @@ void TestSimProcess::goesOnWithItsStore()
     QVERIFY(newest(node) > last);
 }
 
-TIDEWICK_TEST_MAIN(TestSimProcess)
+TIDEWICK_LOOPBACK_TEST_MAIN(TestSimProcess)
 #include "tst_simprocess.moc"
