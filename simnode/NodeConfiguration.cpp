@@ -7,6 +7,9 @@
 #include "platform/NumberText.h"
 #include "simnode/ConfigurationText.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace tidewick::sim {
 
 namespace fs = std::filesystem;
@@ -105,6 +108,16 @@ NodeConfiguration::Store storeOf(const QByteArray &type)
     throw abortion("unknown store type '" + type.toStdString() + "' in [node_db]");
 }
 
+/// The key of who publishes a list of validators: 33 bytes, the first of which tells its kind.
+bool isPublisherKey(const QByteArray &text)
+{
+    constexpr qsizetype digits = 66;
+    return text.size() == digits && text.toUpper().startsWith("ED")
+           && std::all_of(text.begin(), text.end(), [](char digit) {
+                  return std::isxdigit(static_cast<unsigned char>(digit)) != 0;
+              });
+}
+
 void checkValidators(const fs::path &file)
 {
     if (file.empty())
@@ -113,6 +126,11 @@ void checkValidators(const fs::path &file)
         const Sections sections = ConfigurationText::sections(Files::read(file));
         if (!sections.contains("validators") && !sections.contains("validator_list_keys"))
             throw refusal("no section [validators] or [validator_list_keys] in " + file.string());
+        for (const QByteArray &key : linesOf(sections, "validator_list_keys")) {
+            if (!isPublisherKey(key))
+                throw refusal("'" + key.toStdString() + "' in [validator_list_keys] of "
+                              + file.string() + " is no publisher's key");
+        }
     } catch (const FileError &error) {
         throw refusal(std::string("the validators file cannot be read: ") + error.what());
     }

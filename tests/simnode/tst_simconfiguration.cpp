@@ -221,7 +221,19 @@ void TestSimConfiguration::validators_data()
     QTest::addColumn<bool>("accepted");
 
     QTest::newRow("validators") << QByteArray("[validators]\n") << true;
-    QTest::newRow("list keys") << QByteArray("[validator_list_keys]\nED\n") << true;
+    const QByteArray key = "ED" + QByteArray(64, '7');
+    const auto keys = [](const char *name, const QByteArray &lines, bool accepted) {
+        QTest::newRow(name) << "[validator_list_keys]\n" + lines + '\n' << accepted;
+    };
+    keys("list key", key, true);
+    keys("list key in small letters", key.toLower(), true);
+    keys("two list keys", key + '\n' + key, true);
+    keys("second list key damaged", key + "\nED77", false);
+    keys("list key too short", key.chopped(1), false);
+    keys("list key too long", key + '7', false);
+    keys("list key of another kind", "02" + key.mid(2), false);
+    keys("list key with a letter", key.chopped(1) + 'G', false);
+    keys("list key with more", key + " # mine", false);
     QTest::newRow("sites only") << QByteArray("[validator_list_sites]\nhttps://x\n") << false;
     QTest::newRow("empty") << QByteArray() << false;
 }

@@ -147,6 +147,7 @@ void TestSimProcess::refusesConfigurations_data()
     refused("open to all", "ip = 127.0.0.1", "ip = 0.0.0.0");
     refused("no validators file", "validators.txt", "none.txt");
     refused("no validators", "validators.txt", "xrpld.cfg");
+    refused("damaged list key", "validators.txt\n", "xrpld.cfg\n[validator_list_keys]\nEDkey\n");
     aborted("unknown store", "Mossgrid", "Leveler");
     aborted("no store", "[node_db]", "[x]");
 }
