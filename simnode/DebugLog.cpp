@@ -56,4 +56,10 @@ void DebugLog::write(const char *partition, Severity severity, const QString &te
     (void)Files::writeAll(m_file.get(), line.constData(), static_cast<std::size_t>(line.size()));
 }
 
+void DebugLog::command(const QString &name)
+{
+    constexpr qsizetype longest = 64;
+    info("RPCHandler", name.left(longest));
+}
+
 } // namespace tidewick::sim

@@ -30,6 +30,9 @@ public:
         write(partition, Severity::Info, text);
     }
 
+    /// Notes that this command has arrived; of a long name, the beginning.
+    void command(const QString &name);
+
 private:
     UniqueDescriptor m_file;
 };

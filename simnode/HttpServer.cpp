@@ -10,7 +10,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <algorithm>
+#include <memory>
 
 namespace tidewick::sim {
 
@@ -20,8 +20,6 @@ namespace {
 constexpr int mostConnections = 256;
 /// Of connections nobody reads, the oldest ones are closed.
 constexpr std::size_t mostUnread = 256;
-/// Of a method's name, this much is logged.
-constexpr qsizetype loggedName = 64;
 
 HttpResponse jsonResponse(const QJsonObject &body)
 {
@@ -76,10 +74,12 @@ void HttpServer::incomingConnection(qintptr descriptor)
             m_unread.pop_front();
         return;
     }
-    auto *socket = new QTcpSocket;
-    socket->setSocketDescriptor(owned.release());
+    auto socket = std::make_unique<QTcpSocket>();
+    if (!socket->setSocketDescriptor(owned.get()))
+        return;
+    (void)owned.release(); // the socket's from here on
     auto *connection = new HttpConnection(
-        socket, [this](const HttpRequest &request) { return answer(request); }, this);
+        socket.release(), [this](const HttpRequest &request) { return answer(request); }, this);
     ++m_connections;
     connect(connection, &HttpConnection::closed, this, [this, connection] {
         --m_connections;
@@ -103,7 +103,7 @@ Transmission HttpServer::answerCall(const QJsonObject &call)
 {
     const QString method = call[u"method"].toString();
     const QJsonObject parameters = call[u"params"][0].toObject();
-    m_log.info("RPCHandler", method.left(loggedName));
+    m_log.command(method);
 
     const RpcFault fault = misbehaves() ? m_faults.of(method) : RpcFault::None;
     HttpResponse usual;

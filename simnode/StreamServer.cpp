@@ -9,17 +9,12 @@
 #include <QJsonDocument>
 #include <QWebSocket>
 
-#include <algorithm>
-#include <array>
-
 namespace tidewick::sim {
 
 namespace {
 
 /// More clients at a time are turned away.
 constexpr std::size_t mostClients = 256;
-/// Of a command's name, this much is logged.
-constexpr qsizetype loggedName = 64;
 constexpr quint64 largestRequest = 1024ULL * 1024;
 /// A client is dropped that lets more than this wait for it.
 constexpr qint64 mostWaiting = 64LL * 1024 * 1024;
@@ -90,7 +85,7 @@ void StreamServer::receive(QWebSocket *client, const QString &text)
     const auto request = JsonRead::parseObject(text.toUtf8());
     if (!request)
         return send(client, notJsonText(text));
-    m_log.info("RPCHandler", (*request)[u"command"].toString().left(loggedName));
+    m_log.command((*request)[u"command"].toString());
     const Reply reply = run(*request, m_clients.at(client));
     send(client, textOf(webSocketEnvelope(reply, *request)));
 }
