@@ -55,6 +55,7 @@ public:
     explicit Course(std::optional<QString> pinnedState = std::nullopt,
                     std::optional<int> pinnedPeers = std::nullopt);
 
+    /// How the node is so long after its ports were opened.
     Moment at(Seconds elapsed) const;
 
     /// The states the node has been in until then, in order, with the one it is in.

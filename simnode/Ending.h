@@ -16,6 +16,9 @@ struct Ending
     bool signaled;
 };
 
+/// The exit status of a node that refuses to run as it is configured.
+inline constexpr int refusalStatus = 255;
+
 /// The number behind "SEGV" or "SIGSEGV"; nothing for a name that is not in use here.
 std::optional<int> signalNamed(QStringView name);
 

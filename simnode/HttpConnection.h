@@ -35,7 +35,6 @@ private:
     void readRequests();
     void refuse(int status);
     void send(const Transmission &transmission, bool keepAlive);
-    void sendHalf(const Transmission &transmission);
     void startSlowly(const QByteArray &bytes);
     void sendNextByte();
     void sendFiller();

@@ -39,6 +39,7 @@ struct HttpInput
     static HttpInput read(const QByteArray &bytes);
 };
 
+/// What is sent back for a request.
 struct HttpResponse
 {
     int status = 200;

@@ -25,6 +25,7 @@ class HttpServer final : public QTcpServer
     Q_OBJECT
 
 public:
+    /// What a method called with these parameters leads to.
     using Command = std::function<Reply(const QString &method, const QJsonObject &parameters)>;
 
     /// `command` carries out what is asked for; the log outlives the server.

@@ -26,6 +26,7 @@ struct LedgerRange
 /// The two forms in which transactions and ledgers are told; a client chooses by "api_version".
 enum class ApiForm { Classic, Newer };
 
+/// The form that a request asks for; the classic one without a wish.
 ApiForm apiFormOf(const QJsonObject &request);
 
 /// Everything that is said of ledgers, in the form of the recorded messages.

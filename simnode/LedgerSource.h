@@ -9,6 +9,7 @@
 
 namespace tidewick::sim {
 
+/// One transaction of a ledger; all else in it is as recorded.
 struct LedgerTransaction
 {
     QString hash;
@@ -39,6 +40,7 @@ public:
     /// Each ledger has at least and at most so many transactions.
     LedgerSource(int leastTransactions, int mostTransactions);
 
+    /// The ledger of this index, from any time.
     Ledger ledger(quint32 index) const;
 
 private:

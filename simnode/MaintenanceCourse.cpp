@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numeric>
 
 namespace tidewick::sim {
 
@@ -76,11 +75,6 @@ bool is(const MaintenanceStage &stage, const char *name)
     return QLatin1String(stage.name) == QLatin1String(name);
 }
 
-bool isPhase(const MaintenanceStage &stage, const char *phase)
-{
-    return QLatin1String(stage.phase) == QLatin1String(phase);
-}
-
 Seconds usualLength(const MaintenanceStage &building)
 {
     return QLatin1String(building.operation) == QLatin1String("major") ? majorLength : roundLength;
@@ -134,6 +128,11 @@ QJsonObject nextOf(const MaintenanceMoment &moment, qint64 growthBytes, Seconds 
 }
 
 } // namespace
+
+bool MaintenanceStage::isInPhase(const char *which) const
+{
+    return QLatin1String(phase) == QLatin1String(which);
+}
 
 MaintenanceCourse::MaintenanceCourse(const std::optional<QString> &pinnedStage)
 {
@@ -195,7 +194,7 @@ QJsonObject MaintenanceCourse::report(const MaintenanceMoment &moment, qint64 gr
     };
     if (now.outcome != nullptr)
         report[u"last_outcome"] = QString::fromLatin1(now.outcome);
-    if (isPhase(now, "building")) {
+    if (now.isInPhase("building")) {
         report[u"operation"] = QString::fromLatin1(now.operation);
         report[u"progress"] = progressText(moment.inStage / usualLength(now));
     } else if (is(now, "failed")) {

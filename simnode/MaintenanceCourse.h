@@ -23,6 +23,8 @@ struct MaintenanceStage
     Seconds length;
     /// How the last rebuild ended; null before the first.
     const char *outcome;
+
+    bool isInPhase(const char *which) const;
 };
 
 /// A stage with the time spent in it.

@@ -3,6 +3,8 @@
 
 #include "simnode/Node.h"
 
+#include "simnode/Ending.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -20,7 +22,6 @@ constexpr Seconds usualStartDelay(0.7);
 constexpr std::chrono::milliseconds lastAnswers = 80ms;
 /// From finding a port taken to giving up.
 constexpr std::chrono::milliseconds givingUp = 300ms;
-constexpr int refusalStatus = 255;
 
 std::chrono::milliseconds timerSpan(Seconds seconds)
 {

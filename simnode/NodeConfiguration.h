@@ -32,6 +32,7 @@ private:
     Reaction m_reaction;
 };
 
+/// A section of the configuration on one port.
 struct PortConfiguration
 {
     enum class Protocol { Http, WebSocket };

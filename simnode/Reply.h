@@ -10,6 +10,8 @@
 
 namespace tidewick::sim {
 
+/// Why a command has no result, as the members of an answer "error", "error_code" and
+/// "error_message".
 struct RpcError
 {
     const char *name;

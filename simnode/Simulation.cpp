@@ -18,11 +18,6 @@ LedgerSchedule scheduleOf(const Scenario &scenario, const Store &store)
     return {std::chrono::system_clock::now(), scenario.realLedgerInterval(), store.newestLedger()};
 }
 
-bool isPhase(const MaintenanceStage &stage, const char *phase)
-{
-    return QLatin1String(stage.phase) == QLatin1String(phase);
-}
-
 } // namespace
 
 Simulation::Simulation(const NodeConfiguration &configuration, const Scenario &scenario,
@@ -107,11 +102,11 @@ void Simulation::observeMaintenance(const MaintenanceMoment &moment)
     for (; m_maintenanceStage < moment.number; ++m_maintenanceStage) {
         const MaintenanceStage &stage = MaintenanceCourse::stage(m_maintenanceStage + 1);
         m_log.info("Mossgrid", QStringLiteral("maintenance: %1").arg(QLatin1String(stage.name)));
-        if (isPhase(stage, "building"))
+        if (stage.isInPhase("building"))
             m_store.beginCopy();
-        else if (isPhase(stage, "switched"))
+        else if (stage.isInPhase("switched"))
             m_store.switchToCopy();
-        else if (isPhase(stage, "idle"))
+        else if (stage.isInPhase("idle"))
             m_store.tidy();
     }
 }

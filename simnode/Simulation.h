@@ -29,12 +29,17 @@ public:
     /// Lets time begin to pass.
     void start();
 
+    /// Answers a command as of now.
     Reply answer(const QString &command, const QJsonObject &request) const;
 
+    /// What is said of this run's ledgers.
     const LedgerMessages &ledgers() const { return m_answers.ledgers(); }
+
+    /// The validated ledgers as of now; nothing before there are any.
     std::optional<LedgerRange> validated() const { return m_answers.validated(now()); }
 
 signals:
+    /// The network has closed this ledger, and it is in the store.
     void ledgerClosed(quint32 index);
     /// The store cannot be written any more, with the reason.
     void storeFailed(const QString &text);

@@ -28,6 +28,7 @@ public:
     /// In all files.
     qint64 bytes() const;
 
+    /// Writes the record of a ledger.
     void append(quint32 ledger);
 
     /// Begins a rebuild: ledgers are written to the copy, too.

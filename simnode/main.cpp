@@ -3,6 +3,7 @@
 
 #include "platform/StandardStreams.h"
 #include "simnode/Chatter.h"
+#include "simnode/Ending.h"
 #include "simnode/Node.h"
 #include "simnode/Version.h"
 
@@ -19,7 +20,6 @@ using namespace tidewick::sim;
 
 constexpr int usageStatus = 1;
 constexpr int scenarioStatus = 2;
-constexpr int refusalStatus = 255;
 
 int printVersion()
 {
