@@ -60,6 +60,8 @@ void TestSimEndings::stopsByCommand()
     RawClient idle(node.rpcPort());
     // In one go, so that the second arrives before the ports are closed.
     RawClient client(node.rpcPort());
+    QElapsedTimer timer;
+    timer.start();
     client.send(RawClient::request("stop")
                 + RawClient::request("server_info", "Connection: close\r\n"));
     const QByteArray answers = client.read([](const QByteArray &) { return false; });
@@ -67,6 +69,7 @@ void TestSimEndings::stopsByCommand()
     QVERIFY(answers.indexOf("ripple server stopping") < answers.indexOf("server_state"));
     QVERIFY(answers.contains("ripple server stopping"));
     QVERIFY(node.waitUntilRefused());
+    QVERIFY(timer.elapsed() >= 70); // 80 ms, of which a coarse timer may lack a twentieth
     QVERIFY(node.isRunning());
     QCOMPARE(idle.readAway(), 0);
     QCOMPARE(node.waitForEnd(), success);
