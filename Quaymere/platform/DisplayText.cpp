@@ -45,13 +45,12 @@ QString elided(const QString &text, qsizetype limit)
     const QString head = text.first(std::min(text.size(), limit * 16));
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, head);
     qsizetype kept = 0;
-    for (qsizetype count = 0; count < limit; ++count) {
-        kept = boundaries.position();
-        if (boundaries.toNextBoundary() < 0)
-            break;
+    qsizetype position = 0;
+    for (qsizetype count = 0; count < limit && position < head.size(); ++count) {
+        kept = position;
+        position = boundaries.toNextBoundary();
     }
-    const bool whole = boundaries.position() < 0 || boundaries.position() == text.size();
-    return whole ? text : head.first(kept) + u'…';
+    return position == text.size() ? text : head.first(kept) + u'…';
 }
 
 } // namespace tidewick::DisplayText
