@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/TerminalFace.h"
+
+#include "platform/DisplayText.h"
+#include "ui/MenuRows.h"
+
+#include <QStringTokenizer>
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace tidewick {
+
+namespace {
+
+constexpr qsizetype longestLine = 1000;
+constexpr qsizetype mostErrorLines = 500;
+// What an empty pipe takes at once.
+constexpr qsizetype largestError = 65536;
+
+QString lineOf(const QString &text)
+{
+    return DisplayText::singleLine(DisplayText::elided(text, longestLine));
+}
+
+QList<QString> errorLines(const QString &text)
+{
+    QList<QString> lines;
+    qsizetype size = 0;
+    for (QStringView part : QStringTokenizer{QStringView(text).trimmed(), u'\n'}) {
+        if (part.endsWith(u'\r'))
+            part.chop(1);
+        const QString line = lineOf(part.toString());
+        size += line.toUtf8().size() + 2;
+        if (lines.size() == mostErrorLines || size > largestError) {
+            lines.append(QStringLiteral("…"));
+            break;
+        }
+        lines.append(line);
+    }
+    return lines;
+}
+
+/// Title, detail and figures, without the commands that follow them in a menu.
+QList<LiveRow> liveRows(const NodeStatus &status)
+{
+    QList<LiveRow> rows;
+    for (const MenuRow &row : menuRows(status)) {
+        if (row.place <= MenuPlace::AfterFigures)
+            rows.append({lineOf(row.text)});
+    }
+    rows.append({QStringLiteral("Ctrl-C quits"), true});
+    return rows;
+}
+
+QString summary(const NodeStatus &status)
+{
+    QStringList parts{phaseTitle(status.phase)};
+    for (const QString &text : {status.detail, status.storage.value_or(QString())}) {
+        if (!text.isEmpty())
+            parts.append(lineOf(text));
+    }
+    return parts.join(QStringLiteral(" · "));
+}
+
+bool movesCursor(int descriptor)
+{
+    const QByteArray kind = qgetenv("TERM");
+    return ::isatty(descriptor) && !kind.isEmpty() && kind != "dumb";
+}
+
+} // namespace
+
+TerminalFace::TerminalFace(int descriptor, QObject *parent)
+    : QObject(parent), m_descriptor(descriptor), m_movesCursor(movesCursor(descriptor)),
+      m_output(descriptor)
+{
+    connect(&m_output, &LossyOutput::ready, this, &TerminalFace::showAgain);
+}
+
+TerminalFace::~TerminalFace()
+{
+    if (isLive())
+        m_output.write(m_rows.finish());
+}
+
+void TerminalFace::show(const NodeStatus &status)
+{
+    m_status = status;
+    if (m_output.isClosed())
+        return;
+    if (m_toldError != status.errorText)
+        m_toldError.reset();
+    const QList<QString> error =
+        status.errorText && !m_toldError ? errorLines(*status.errorText) : QList<QString>();
+    if (isLive())
+        showRows(error);
+    else
+        showLine(error);
+    if (!m_missed)
+        m_toldError = status.errorText;
+}
+
+/// A program in the background leaves the terminal to the one in front, and to its reader.
+bool TerminalFace::isLive() const
+{
+    if (!m_movesCursor)
+        return false;
+    const pid_t inFront = ::tcgetpgrp(m_descriptor);
+    return inFront < 0 || inFront == ::getpgrp();
+}
+
+TerminalSize TerminalFace::size() const
+{
+    winsize size{};
+    // Serial lines know no size and say 0.
+    if (::ioctl(m_descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0)
+        return {80, 24};
+    return {size.ws_col, size.ws_row};
+}
+
+void TerminalFace::showRows(const QList<QString> &error)
+{
+    LiveRows next = m_rows;
+    m_missed = !m_output.write(next.redraw(liveRows(m_status), error, size()));
+    if (!m_missed)
+        m_rows = next;
+}
+
+void TerminalFace::showLine(const QList<QString> &error)
+{
+    m_rows = {};
+    const QString line = summary(m_status);
+    QByteArray text;
+    if (line != m_toldLine)
+        text += line.toUtf8() + '\n';
+    for (const QString &errorLine : error)
+        text += errorLine.toUtf8() + '\n';
+    m_missed = !m_output.write(text);
+    if (!m_missed)
+        m_toldLine = line;
+}
+
+void TerminalFace::showAgain()
+{
+    if (m_missed)
+        show(m_status);
+}
+
+} // namespace tidewick

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// How much room one line of text takes on a terminal. Terminals differ in new emoji and in joined
+// ones; counted are the parts, which is the most that any of them takes.
+
+namespace tidewick::TerminalText {
+
+/// Width in columns.
+int columns(const QString &text);
+
+/// The text, or as much of it as fits with "…" at its end. No character is cut.
+QString elided(const QString &text, int columns);
+
+/// How many lines of the screen the text takes where lines that are too long go on below.
+int wrappedLines(const QString &text, int columns);
+
+} // namespace tidewick::TerminalText
