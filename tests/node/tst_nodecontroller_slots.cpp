@@ -50,15 +50,17 @@ private:
 void TestNodeControllerSlots::everyStatusIsWhole()
 {
     m_rig->setScenario("exit=3");
-    connect(&m_rig->node(), &NodeController::statusChanged, this, [this] {
+    QList<Phase> phases;
+    connect(&m_rig->node(), &NodeController::statusChanged, this, [this, &phases] {
         const NodeStatus &status = m_rig->status();
         QCOMPARE(status.phase == Phase::Error, status.errorText.has_value());
         QCOMPARE(status.hasProcess, status.phase == Phase::Starting);
+        if (phases.isEmpty() || phases.constLast() != status.phase)
+            phases.append(status.phase);
     });
-    const QSignalSpy changes(&m_rig->node(), &NodeController::statusChanged);
     QVERIFY(start(Phase::Error));
     QVERIFY(start(Phase::Error));
-    QCOMPARE(changes.size(), 4); // Starting, Error, and both again
+    QCOMPARE(phases, (QList{Phase::Starting, Phase::Error, Phase::Starting, Phase::Error}));
 }
 
 void TestNodeControllerSlots::restartedFromTheChange()

@@ -3,12 +3,11 @@
 
 #include "platform/ChildProcess.h"
 #include "support/NoDescriptorsLeft.h"
+#include "support/Processes.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
 #include <csignal>
-#include <fstream>
-#include <string>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -32,18 +31,6 @@ ChildSpec specOf(std::vector<std::string> arguments)
 bool exists(pid_t process)
 {
     return ::kill(process, 0) == 0;
-}
-
-/// Whether the process runs. One that has ended stays until its new parent collects it, which not
-/// every system's first process does.
-bool runs(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::string line;
-    std::getline(file, line);
-    // The state follows the name, which may contain anything, in parentheses.
-    const std::size_t name = line.rfind(") ");
-    return name != std::string::npos && line.at(name + 2) != 'Z' && line.at(name + 2) != 'X';
 }
 
 } // namespace
@@ -308,7 +295,7 @@ void TestChildProcess::outlivesItsObject()
 void TestChildProcess::endsWithItsParent()
 {
     const fs::path idFile = m_folder.path() / "grandchild";
-    ChildSpec spec = specOf({TIDEWICK_CHILD_PATH, idFile.string()});
+    ChildSpec spec = specOf({TIDEWICK_CHILD_PATH, "wait", idFile.string()});
     spec.executable = TIDEWICK_PARENT_PATH;
     const auto parent = ChildProcess::start(spec);
     QTRY_VERIFY(fs::exists(idFile) && !contentOf(idFile).isEmpty());

@@ -70,7 +70,10 @@ void SimulatedNode::startWith(const QStringList &arguments, const QByteArray &sc
 
 bool SimulatedNode::waitUntilOpen()
 {
-    return waitFor([this] { return RawClient(m_rpcPort).state() == RawClient::State::Open; });
+    return waitFor([this] {
+        return RawClient(m_rpcPort).state() == RawClient::State::Open
+               && RawClient(m_streamPort).state() == RawClient::State::Open;
+    });
 }
 
 bool SimulatedNode::waitUntilRefused()

@@ -48,9 +48,10 @@ public:
     /// Runs it with other arguments.
     void startWith(const QStringList &arguments, const QByteArray &scenario = {});
 
-    /// Waits until the JSON-RPC port answers connections. False when it does not in time.
+    /// Waits until both ports, of which one is opened after the other, accept connections. False
+    /// when they do not in time.
     bool waitUntilOpen();
-    /// Waits until the port refuses connections.
+    /// Waits until the JSON-RPC port refuses connections.
     bool waitUntilRefused();
     /// Waits until the debug log has this text.
     bool waitForLog(const QByteArray &text, std::chrono::milliseconds limit = patience);

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <fstream>
+#include <string>
+
+#include <sys/types.h>
+
+namespace tidewick {
+
+/// Whether the process runs. One that has ended keeps its number until its parent collects it;
+/// where that parent is the first process of the system, not every one does.
+inline bool runs(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(file, line);
+    // The state follows the name, which may contain anything, in parentheses.
+    const std::size_t name = line.rfind(") ");
+    return name != std::string::npos && line.at(name + 2) != 'Z' && line.at(name + 2) != 'X';
+}
+
+} // namespace tidewick
