@@ -6,6 +6,7 @@
 #include "SmokeTest.h"
 #include "node/NodeConfig.h"
 #include "node/StorageStatus.h"
+#include "platform/DeathWatch.h"
 #include "platform/Folders.h"
 #include "platform/JsonRead.h"
 #include "platform/SignalListener.h"
@@ -72,12 +73,13 @@ int run(const Mode::DescribeStorage &mode)
 
 int run(const Mode::Smoke &, int &argc, char **argv)
 {
+    const DeathWatch deathWatch;
     const std::filesystem::path data = NodeConfig::dataDirectory().parent_path() / "Tidewick-smoke";
     std::error_code ignored;
     std::filesystem::remove_all(data, ignored);
 
     QCoreApplication application(argc, argv);
-    SmokeTest test(data, NodeHost());
+    SmokeTest test(data, NodeHost(&deathWatch));
     QObject::connect(&test, &SmokeTest::finished, &application, &QCoreApplication::exit,
                      Qt::QueuedConnection);
     SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});

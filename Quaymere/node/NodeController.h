@@ -58,7 +58,7 @@ public:
     /// owner.
     using Confirm = std::function<QCoro::Task<bool>(Confirmation)>;
 
-    explicit NodeController(std::filesystem::path dataDirectory, NodeHost host = {},
+    explicit NodeController(std::filesystem::path dataDirectory, NodeHost host = NodeHost(),
                             QObject *parent = nullptr);
     ~NodeController() override;
 

@@ -9,8 +9,11 @@
 
 namespace tidewick {
 
-NodeHost::NodeHost()
-    : freeGB(Probe::freeGB), portInUse(Probe::portInUse), spawn(ChildProcess::start),
+NodeHost::NodeHost(const DeathWatch *deathWatch)
+    : freeGB(Probe::freeGB), portInUse(Probe::portInUse), spawn([deathWatch](ChildSpec spec) {
+          spec.deathWatch = deathWatch;
+          return ChildProcess::start(spec);
+      }),
       sandboxed(std::getenv("APP_SANDBOX_CONTAINER_ID") != nullptr)
 {
 }

@@ -31,7 +31,9 @@ struct NodeHost
     /// Inside an application sandbox the memory of other processes is not to be read.
     bool sandboxed;
 
-    NodeHost();
+    /// The real host. Children it spawns are told by the watch, if there is one, when this program
+    /// dies; the watch has to outlive them.
+    explicit NodeHost(const DeathWatch *deathWatch = nullptr);
 };
 
 } // namespace tidewick

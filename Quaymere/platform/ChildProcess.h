@@ -19,6 +19,8 @@ class QSocketNotifier;
 
 namespace tidewick {
 
+class DeathWatch;
+
 using ProcessEnvironment = std::map<std::string, std::string>;
 
 /// This process's own environment.
@@ -41,10 +43,13 @@ struct ChildSpec
 
     /// Out of reach of the terminal's Ctrl-C.
     bool ownProcessGroup = false;
+
+    /// Tells the child when this process has died; without one the kernel does.
+    const DeathWatch *deathWatch = nullptr;
 };
 
 /// A running child. It gets its three standard streams and no other descriptor, the default action
-/// and no mask for every signal, and SIGTERM from the kernel should this process die first.
+/// and no mask for every signal, and SIGTERM should this process die first.
 ///
 /// Owned by whoever started it; start it from the main thread, whose end is what the child takes
 /// for this process's death. Destroying the object leaves the child running. Signals reach this

@@ -7,6 +7,8 @@
 //   report       prints what it was given, a line each, and ends
 //   wait         prints "ready" and runs until it is ended
 //   ignore-terminate   the same, and SIGTERM does not end it
+//   count-terminate    prints "ready", then how often it gets SIGTERM: it waits half a second for
+//                      another one before it ends
 // Nothing is linked to it, so that it sees what it was given and not what a library made of it.
 
 #include <csignal>
@@ -78,6 +80,22 @@ void report(int argc, char **argv)
     std::cerr << "on standard error\n";
 }
 
+void countTerminate()
+{
+    sigset_t terminate;
+    sigemptyset(&terminate);
+    sigaddset(&terminate, SIGTERM);
+    ::sigprocmask(SIG_BLOCK, &terminate, nullptr);
+    std::cout << "ready" << std::endl;
+    int number = 0;
+    ::sigwait(&terminate, &number);
+    int count = 1;
+    constexpr timespec patience{0, 500'000'000};
+    while (::sigtimedwait(&terminate, nullptr, &patience) == SIGTERM)
+        ++count;
+    std::cout << "told " << count << std::endl;
+}
+
 [[noreturn]] void waitForEver()
 {
     while (true)
@@ -98,6 +116,10 @@ int main(int argc, char **argv)
     }
     if (what == "report") {
         report(argc, argv);
+        return EXIT_SUCCESS;
+    }
+    if (what == "count-terminate") {
+        countTerminate();
         return EXIT_SUCCESS;
     }
     if (what == "ignore-terminate")

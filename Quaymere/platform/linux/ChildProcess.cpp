@@ -3,6 +3,8 @@
 
 #include "platform/ChildProcess.h"
 
+#include "platform/DeathWatch.h"
+
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
@@ -26,6 +28,10 @@ namespace {
 
 /// The steps of a start that can fail in the child, each with its own file to blame.
 enum class Step : int { Folder, Execute, Other };
+
+/// What the parent lets the child go on with: whether somebody watches over it already.
+constexpr char goUnguarded = 1;
+constexpr char goGuarded = 2;
 
 /// What the child reports when it could not become the new program.
 struct StartFailure
@@ -118,7 +124,8 @@ bool closeOthersOnExec()
     if (launch.ownProcessGroup && ::setpgid(0, 0) != 0)
         reportAndExit(launch, Step::Other);
     // The parent may have died before the request took effect.
-    if (::prctl(PR_SET_PDEATHSIG, SIGTERM) != 0 || ::getppid() != launch.parent)
+    if (go == goUnguarded
+        && (::prctl(PR_SET_PDEATHSIG, SIGTERM) != 0 || ::getppid() != launch.parent))
         reportAndExit(launch, Step::Other);
     if (!placeStreams(launch.streams) || !closeOthersOnExec())
         reportAndExit(launch, Step::Other);
@@ -170,9 +177,8 @@ FileError errorOf(const StartFailure &failure, const ChildSpec &spec)
 }
 
 /// Lets the child go on and waits for its exec. The failure it reports, or nothing.
-std::optional<StartFailure> finishStart(int channel)
+std::optional<StartFailure> finishStart(int channel, char go)
 {
-    const char go = 1;
     (void)!::send(channel, &go, 1, MSG_NOSIGNAL);
     StartFailure failure{};
     ssize_t count = 0;
@@ -242,7 +248,8 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const ChildSpec &spec)
         forget(child);
         throw error;
     }
-    if (const auto failure = finishStart(ours.get())) {
+    const bool guarded = spec.deathWatch != nullptr && spec.deathWatch->guard(process.get());
+    if (const auto failure = finishStart(ours.get(), guarded ? goGuarded : goUnguarded)) {
         forget(child);
         throw errorOf(*failure, spec);
     }

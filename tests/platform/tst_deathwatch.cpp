@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "platform/ChildProcess.h"
+#include "platform/DeathWatch.h"
+#include "support/Surroundings.h"
+
+#include <QSignalSpy>
+
+#include <csignal>
+#include <optional>
+
+#include <fcntl.h>
+
+using namespace tidewick;
+
+/// What happens to children when the program that started them dies.
+class TestDeathWatch : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void tellsOnceWhenTheProgramIsKilled_data();
+    void tellsOnceWhenTheProgramIsKilled();
+    void tellsOnceWhenItGoes();
+    void leavesOthersAlone();
+    void holdsNoStreams();
+
+private:
+    /// Starts a child that counts what it is told, in the given file.
+    ChildSpec counting(const std::filesystem::path &output);
+
+    TemporaryFolder m_folder;
+    UniqueDescriptor m_output;
+};
+
+ChildSpec TestDeathWatch::counting(const std::filesystem::path &output)
+{
+    m_output =
+        UniqueDescriptor(::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+    ChildSpec spec;
+    spec.executable = TIDEWICK_CHILD_PATH;
+    spec.arguments = {"count-terminate"};
+    spec.standardOutput = m_output.get();
+    return spec;
+}
+
+void TestDeathWatch::tellsOnceWhenTheProgramIsKilled_data()
+{
+    QTest::addColumn<int>("signalNumber");
+    QTest::newRow("killed") << SIGKILL;
+    QTest::newRow("crashed") << SIGSEGV;
+    QTest::newRow("told to end") << SIGTERM;
+}
+
+void TestDeathWatch::tellsOnceWhenTheProgramIsKilled()
+{
+    QFETCH(int, signalNumber);
+    const std::filesystem::path output = m_folder.path() / "output";
+    for (int round = 0; round < 5; ++round) {
+        ChildSpec spec = counting(output);
+        spec.executable = TIDEWICK_PARENT_PATH;
+        spec.arguments = {TIDEWICK_CHILD_PATH, "count-terminate", (m_folder.path() / "id").string(),
+                          "watched"};
+        const auto parent = ChildProcess::start(spec);
+        QTRY_VERIFY(contentOf(output) == "ready\n");
+        ::kill(parent->id(), signalNumber);
+        QTRY_COMPARE(contentOf(output), "ready\ntold 1\n");
+    }
+}
+
+void TestDeathWatch::tellsOnceWhenItGoes()
+{
+    const std::filesystem::path output = m_folder.path() / "output";
+    std::optional<DeathWatch> watch(std::in_place);
+    ChildSpec spec = counting(output);
+    spec.deathWatch = &*watch;
+    const auto child = ChildProcess::start(spec);
+    QTRY_VERIFY(contentOf(output) == "ready\n");
+    const QSignalSpy ended(child.get(), &ChildProcess::exited);
+    watch.reset();
+    QTRY_COMPARE(ended.size(), 1);
+    QCOMPARE(contentOf(output), "ready\ntold 1\n");
+}
+
+void TestDeathWatch::leavesOthersAlone()
+{
+    const std::filesystem::path output = m_folder.path() / "output";
+    std::optional<DeathWatch> watch(std::in_place);
+    const auto child = ChildProcess::start(counting(output)); // not guarded by it
+    QTRY_VERIFY(contentOf(output) == "ready\n");
+    watch.reset();
+    QCOMPARE(contentOf(output), "ready\n");
+    const QSignalSpy ended(child.get(), &ChildProcess::exited);
+    child->terminate();
+    QTRY_COMPARE(ended.size(), 1);
+    QCOMPARE(contentOf(output), "ready\ntold 1\n");
+}
+
+/// Who reads a pipe to its end must not have to wait for the watch.
+void TestDeathWatch::holdsNoStreams()
+{
+    std::array<int, 2> ends{};
+    QCOMPARE(::pipe2(ends.data(), O_CLOEXEC), 0);
+    const UniqueDescriptor read(ends[0]);
+    UniqueDescriptor write(ends[1]);
+    const DeathWatch watch;
+    write.reset();
+    char byte = 0;
+    QCOMPARE(::read(read.get(), &byte, 1), ssize_t{0});
+}
+
+TIDEWICK_TEST_MAIN(TestDeathWatch)
+#include "tst_deathwatch.moc"
