@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/MenuRows.h"
+
+#include <QWidget>
+
+class QIcon;
+class QScrollArea;
+
+namespace tidewick {
+
+class PanelRows;
+
+/// The menu's rows as a small window, for desktops without a tray. Owned by the application; main
+/// thread only. It is as wide as its font asks for and as high as its rows, which scroll where the
+/// screen is lower than that.
+///
+/// A user who closes it minimises it, since without a tray it is all there is of the application;
+/// close() and QApplication::quit() do close it, hide() takes it away for a tray.
+class NodePanel final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit NodePanel(QWidget *parent = nullptr);
+
+    /// What differs from the rows before changes in place; equal rows cost a comparison.
+    void setRows(const QList<MenuRow> &rows);
+
+    /// The phase's icon. Its shape counts: it is shown in the colour of the texts.
+    void setIcon(const QIcon &icon);
+
+    /// One line on what to install to get a tray; empty: none.
+    void setHint(const QString &hint);
+
+    /// Dark or light, which it is at first.
+    void setDark(bool dark);
+
+signals:
+    void commandChosen(tidewick::MenuCommand command);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void followScreen();
+    void fit();
+    void fillWindow();
+
+    QScrollArea *m_area;
+    PanelRows *m_rows;
+    bool m_dark = false;
+    QMetaObject::Connection m_screenChange;
+};
+
+} // namespace tidewick

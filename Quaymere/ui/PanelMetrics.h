@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QFont>
+
+/// The node panel's measures in points, for text of 10 points; with larger text they grow.
+namespace tidewick::PanelMetrics {
+
+inline constexpr int width = 320;
+/// From the window's edge to a command's fill, to a hairline, to the text.
+inline constexpr int fillMargin = 6;
+inline constexpr int lineMargin = 12;
+inline constexpr int textMargin = 16;
+/// Above and below a text, both together.
+inline constexpr int commandPadding = 10;
+inline constexpr int figurePadding = 7;
+inline constexpr int fillRadius = 5;
+/// A hairline with the space around it.
+inline constexpr int line = 15;
+inline constexpr int top = 12;
+/// Between the header and its hairline, beside the space that every hairline has.
+inline constexpr int headerBottom = 7;
+inline constexpr int bottom = 14;
+/// The icon's height, the widest icon there is, and the space between it and the title. The title
+/// has two places only: beside the bare mark and beside a mark with a badge.
+inline constexpr int iconHeight = 17;
+inline constexpr int iconWidth = 38;
+inline constexpr int markWidth = 23;
+inline constexpr int iconGap = 11;
+
+/// A measure for that font, in pixels of a screen of ratio 1.
+int scaled(const QFont &font, int points);
+
+/// The font in another size, however its own is given.
+QFont resized(const QFont &font, qreal factor);
+
+} // namespace tidewick::PanelMetrics

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/PanelText.h"
+
+#include "platform/DisplayText.h"
+#include "ui/PanelMetrics.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QTextBoundaryFinder>
+
+#include <cmath>
+
+namespace tidewick {
+
+namespace {
+
+constexpr qsizetype shownCharacters = 2000;
+/// A tool tip that fills the screen is none.
+constexpr qsizetype toolTipCharacters = 4000;
+constexpr qsizetype toolTipLines = 40;
+
+/// With places where words that are longer than a tool tip is wide can be broken.
+QString breakable(const QString &line)
+{
+    constexpr int longWord = 60;
+    QString broken;
+    int length = 0;
+    for (const QChar character : line) {
+        const bool joined = character.isLowSurrogate() || character.isMark()
+                            || character.category() == QChar::Other_Format;
+        if (length >= longWord && !joined) {
+            broken += QChar(0x200b);
+            length = 0;
+        }
+        broken += character;
+        length = character.isSpace() ? 0 : length + 1;
+    }
+    return broken;
+}
+
+/// Tool tips take what looks like markup for markup, so everything is given to them as markup.
+QString asToolTip(const QString &text)
+{
+    QStringList lines = DisplayText::elided(text, toolTipCharacters).split(u'\n');
+    if (lines.size() > toolTipLines) {
+        lines.resize(toolTipLines);
+        lines.append(QStringLiteral("…"));
+    }
+    for (QString &line : lines)
+        line = breakable(DisplayText::singleLine(line)).toHtmlEscaped();
+    return QLatin1String("<p style=\"white-space:pre-wrap\">") + lines.join(QLatin1String("<br>"))
+           + QLatin1String("</p>");
+}
+
+} // namespace
+
+void PanelText::set(const QString &text)
+{
+    const QString shown = DisplayText::singleLine(DisplayText::elided(text, shownCharacters));
+    m_toolTip = shown == text ? QString() : asToolTip(text);
+    m_layout.setText(shown);
+    m_width = -1;
+}
+
+void PanelText::setFont(const QFont &font)
+{
+    m_layout.setFont(font);
+    m_width = -1;
+}
+
+int PanelText::height(int width) const
+{
+    layOut(width, m_direction);
+    return int(std::ceil(m_height)) + PanelMetrics::scaled(m_layout.font(), m_padding);
+}
+
+void PanelText::draw(QPainter &painter, int width, Qt::LayoutDirection direction,
+                     const QList<QTextLayout::FormatRange> &formats) const
+{
+    layOut(width, direction);
+    m_layout.draw(&painter, m_topLeft, formats);
+}
+
+int PanelText::positionAt(const QPointF &point) const
+{
+    const QPointF inside = point - m_topLeft;
+    for (int i = 0; i < m_layout.lineCount(); ++i) {
+        const QTextLine line = m_layout.lineAt(i);
+        if (inside.y() < line.rect().bottom() || i == m_layout.lineCount() - 1)
+            return line.xToCursor(inside.x());
+    }
+    return 0;
+}
+
+PanelText::Range PanelText::wordAt(int position) const
+{
+    const QString text = m_layout.text();
+    QTextBoundaryFinder boundaries(QTextBoundaryFinder::Word, text);
+    boundaries.setPosition(position);
+    if (!boundaries.isAtBoundary() || position == text.size())
+        boundaries.toPreviousBoundary();
+    const auto start = std::max<qsizetype>(0, boundaries.position());
+    const auto end = boundaries.toNextBoundary();
+    return {int(start), int(end < 0 ? text.size() : end)};
+}
+
+void PanelText::layOut(int width, Qt::LayoutDirection direction) const
+{
+    if (m_width == width && m_direction == direction)
+        return;
+    m_width = width;
+    m_direction = direction;
+    const int side = PanelMetrics::scaled(m_layout.font(), m_sideMargin);
+    m_topLeft = QPoint(side, PanelMetrics::scaled(m_layout.font(), m_padding) / 2);
+    // The text runs in its own direction; it begins where the interface begins.
+    QTextOption option(QStyle::visualAlignment(direction, Qt::AlignLeft) | Qt::AlignAbsolute);
+    option.setTextDirection(m_layout.text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    m_layout.setTextOption(option);
+    m_height = 0;
+    m_layout.beginLayout();
+    for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
+        line.setLineWidth(std::max(1, width - 2 * side));
+        line.setPosition({0, m_height});
+        m_height += line.height();
+    }
+    m_layout.endLayout();
+}
+
+} // namespace tidewick
