@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
+#include "ApplicationMode.h"
 #include "CommandLine.h"
 #include "ToolingModes.h"
 #include "platform/StandardStreams.h"
@@ -22,11 +23,7 @@ public:
         return ToolingModes::run(mode, m_argc, m_argv);
     }
 
-    int operator()(const Mode::Application &) const
-    {
-        StandardStreams::printError("this build has no menu-bar application yet\n");
-        return EXIT_FAILURE;
-    }
+    int operator()(const Mode::Application &) const { return ApplicationMode::run(m_argv[0]); }
 
     int operator()(const auto &mode) const { return ToolingModes::run(mode); }
 

@@ -21,6 +21,10 @@ fail() {
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
     qcoro-qt6-dev libxcb-xfixes0-dev)
 
+# What the tests take beyond that: a desktop to run on.
+# shellcheck disable=SC2034
+test_packages=(dbus-daemon xfce4-panel xvfb)
+
 # Installs the Debian packages named that are not installed yet.
 need_packages() {
     command -v dpkg-query >/dev/null || fail "this is no Debian system: install the counterparts of" \

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "node/NodeController.h"
+#include "platform/DeathWatch.h"
+
+#include <QObject>
+
+namespace tidewick {
+
+/// Owns the one NodeController of the process. Starts the node when the application has launched,
+/// and holds quitting back until the node has ended: the application never leaves a node behind,
+/// and never kills one outright. Main thread only.
+class AppDelegate final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class TerminateReply { Cancel = 0, Now = 1, Later = 2 };
+
+    /// With a controller for the user's data directory.
+    explicit AppDelegate(const DeathWatch &deathWatch, QObject *parent = nullptr);
+
+    NodeController &node() { return m_node; }
+
+    void applicationDidFinishLaunching();
+
+    /// Asks a running node to stop. "Later" means that the node's readyToTerminate follows.
+    TerminateReply applicationShouldTerminate();
+
+    /// The one way out, whoever asks for it and however often.
+    void terminate();
+
+signals:
+    /// Nothing runs any more: the application may end.
+    void terminated();
+
+private:
+    NodeController m_node;
+};
+
+} // namespace tidewick

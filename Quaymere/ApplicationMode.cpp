@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ApplicationMode.h"
+
+#include "QuaymereApp.h"
+#include "TerminalApp.h"
+#include "platform/DeathWatch.h"
+#include "platform/SingleInstance.h"
+#include "platform/StandardStreams.h"
+#include "ui/Display.h"
+
+#include <array>
+
+namespace tidewick::ApplicationMode {
+
+namespace {
+
+template <typename App>
+int runAs(char *programName)
+{
+    const DeathWatch deathWatch;
+    int argc = 1;
+    std::array<char *, 2> argv{programName, nullptr};
+    App application(argc, argv.data());
+    SingleInstance instance;
+    switch (instance.claim()) {
+    case SingleInstance::Claim::First:
+        return application.run(instance, deathWatch);
+    case SingleInstance::Claim::ToldFirst:
+        return EXIT_SUCCESS;
+    case SingleInstance::Claim::Refused:
+        StandardStreams::printError(instance.reason().toStdString() + '\n');
+        return EXIT_FAILURE;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+int run(char *programName)
+{
+    return Display::isThere() ? runAs<QuaymereApp>(programName) : runAs<TerminalApp>(programName);
+}
+
+} // namespace tidewick::ApplicationMode

@@ -1,0 +1,166 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "DesktopFaces.h"
+
+#include "platform/Defaults.h"
+
+#include <QDesktopServices>
+
+namespace tidewick {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Panels come up late in a session, and one that restarts is back soon.
+constexpr std::chrono::seconds grace = 5s;
+
+/// Set once the advice below has been given.
+const QString adviceGiven = QStringLiteral("trayAdviceGiven");
+
+/// What brings a tray to a desktop that is known to have none; empty for others.
+QString trayAdvice()
+{
+    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    if (!desktops.split(u':').contains(QLatin1String("GNOME"), Qt::CaseInsensitive))
+        return {};
+    return QStringLiteral(
+        "To have Tidewick in the top bar, install the extension “AppIndicator and "
+        "KStatusNotifierItem Support” (package "
+        "gnome-shell-extension-appindicator).");
+}
+
+} // namespace
+
+DesktopFaces::DesktopFaces(NodeController &node)
+    : m_node(node), m_commands(node, m_windows, m_alerts, QDesktopServices::openUrl),
+      m_icon(Bundle::main())
+{
+    node.setConfirm(
+        [this](Confirmation question) { return m_alerts.confirm(std::move(question)); });
+    connect(&node, &NodeController::statusChanged, this, &DesktopFaces::followStatus);
+    connect(&m_commands, &MenuCommands::quitRequested, this, &DesktopFaces::quitRequested);
+    connect(&m_appearance, &Appearance::changed, this, &DesktopFaces::followAppearance);
+    connect(&m_trayHost, &TrayHost::changed, this, &DesktopFaces::followTrayHost);
+    connect(&m_grace, &QTimer::timeout, this, &DesktopFaces::settle);
+    m_grace.setSingleShot(true);
+    m_grace.start(grace);
+    followAppearance();
+}
+
+DesktopFaces::~DesktopFaces()
+{
+    m_node.setConfirm({});
+}
+
+void DesktopFaces::comeForward()
+{
+    if (isInTray())
+        m_commands.run(MenuCommand::LiveLedger);
+    else
+        showPanel();
+}
+
+void DesktopFaces::followTrayHost()
+{
+    if (isInTray() || m_trayHost.kind() == TrayHost::Kind::StatusNotifier) {
+        m_grace.stop();
+        settle();
+    } else if (!m_grace.isActive()) {
+        m_grace.start(grace);
+    }
+}
+
+void DesktopFaces::settle()
+{
+    if (!m_tray && m_trayHost.kind() != TrayHost::Kind::None)
+        makeTrayItem();
+    if (!isInTray())
+        showPanel();
+    else if (m_panel)
+        m_panel->hide();
+}
+
+bool DesktopFaces::isInTray() const
+{
+    if (!m_tray)
+        return false;
+    return m_tray->drawing() == TrayItem::Drawing::ByHost
+               ? m_trayHost.kind() == TrayHost::Kind::StatusNotifier
+               : m_trayHost.kind() != TrayHost::Kind::None;
+}
+
+void DesktopFaces::makeTrayItem()
+{
+    const bool byHost = m_trayHost.kind() == TrayHost::Kind::StatusNotifier;
+    m_tray =
+        std::make_unique<TrayItem>(byHost ? TrayItem::Drawing::ByHost : TrayItem::Drawing::ByUs,
+                                   icon(), menuRows(m_node.status()), summary());
+    connect(m_tray.get(), &TrayItem::commandChosen, &m_commands, &MenuCommands::run);
+}
+
+void DesktopFaces::showPanel()
+{
+    if (!m_panel) {
+        m_panel = std::make_unique<NodePanel>();
+        connect(m_panel.get(), &NodePanel::commandChosen, &m_commands, &MenuCommands::run);
+        m_panel->setHint(adviceForOnce());
+        m_panel->setDark(m_appearance.isDark());
+        m_panel->setIcon(icon());
+        m_panel->setRows(menuRows(m_node.status()));
+    }
+    Windows::bringForward(*m_panel);
+}
+
+QString DesktopFaces::adviceForOnce()
+{
+    Defaults defaults = Defaults::standard();
+    const QString advice = trayAdvice();
+    if (advice.isEmpty() || defaults.integer(adviceGiven) != 0)
+        return {};
+    defaults.setInteger(adviceGiven, 1);
+    return advice;
+}
+
+void DesktopFaces::followStatus()
+{
+    const QList<MenuRow> rows = menuRows(m_node.status());
+    if (m_tray) {
+        m_tray->setRows(rows);
+        m_tray->setToolTip(summary());
+    }
+    if (m_panel)
+        m_panel->setRows(rows);
+    updateIcon();
+}
+
+void DesktopFaces::followAppearance()
+{
+    m_icon.setColor(m_appearance.isDark() ? StatusIcon::onDarkPanel() : StatusIcon::onLightPanel());
+    if (m_panel)
+        m_panel->setDark(m_appearance.isDark());
+    updateIcon();
+}
+
+void DesktopFaces::updateIcon()
+{
+    if (m_tray)
+        m_tray->setIcon(icon());
+    if (m_panel)
+        m_panel->setIcon(icon());
+}
+
+QIcon DesktopFaces::icon()
+{
+    return m_icon.image(StatusIcon::badge(m_node.status().phase));
+}
+
+QString DesktopFaces::summary() const
+{
+    const NodeStatus &status = m_node.status();
+    const QString title = QLatin1String("Tidewick: ") + phaseTitle(status.phase);
+    return status.detail.isEmpty() ? title : title + QStringLiteral(" · ") + status.detail;
+}
+
+} // namespace tidewick

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "QuaymereApp.h"
+
+#include "platform/SignalListener.h"
+
+#include <QEvent>
+#include <QTimer>
+
+#include <csignal>
+
+namespace tidewick {
+
+QuaymereApp::QuaymereApp(int &argc, char **argv) : QApplication(argc, argv)
+{
+    setApplicationName(QStringLiteral("Tidewick"));
+    setDesktopFileName(QLatin1String(SingleInstance::name));
+    setWindowIcon(QIcon::fromTheme(QLatin1String(SingleInstance::name)));
+    // Closing the last window leaves the tray item running.
+    setQuitOnLastWindowClosed(false);
+    setQuitLockEnabled(false);
+}
+
+QuaymereApp::~QuaymereApp() = default;
+
+int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
+{
+    AppDelegate &delegate = m_appDelegate.emplace(deathWatch);
+    connect(&delegate, &AppDelegate::terminated, this, [] { exit(EXIT_SUCCESS); });
+    // The session goes on ending meanwhile; the node has until then to close its store.
+    connect(this, &QGuiApplication::commitDataRequest, &delegate, &AppDelegate::terminate);
+
+    DesktopFaces &faces = m_faces.emplace(delegate.node());
+    connect(&faces, &DesktopFaces::quitRequested, &delegate, &AppDelegate::terminate);
+    connect(&instance, &SingleInstance::activated, &faces, &DesktopFaces::comeForward);
+    connect(&instance, &SingleInstance::actionActivated, this, &QuaymereApp::runAction);
+
+    m_notifier.emplace(QDBusConnection::sessionBus());
+    connect(&delegate.node(), &NodeController::endedOnItsOwn, this, &QuaymereApp::notifyOfEnd);
+
+    SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
+    connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
+    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    return exec();
+}
+
+/// The actions of the desktop entry.
+void QuaymereApp::runAction(const QString &action)
+{
+    if (action == QLatin1String("live-ledger"))
+        m_faces->run(MenuCommand::LiveLedger);
+    else if (action == QLatin1String("settings"))
+        m_faces->run(MenuCommand::Settings);
+    else if (action == QLatin1String("quit"))
+        m_faces->run(MenuCommand::Quit);
+}
+
+void QuaymereApp::notifyOfEnd()
+{
+    const NodeStatus &status = m_appDelegate->node().status();
+    m_notifier->notify(status.phase == Phase::Error ? QStringLiteral("Node error")
+                                                    : QStringLiteral("Node stopped"),
+                       status.detail);
+}
+
+bool QuaymereApp::event(QEvent *event)
+{
+    if (event->type() == QEvent::Quit && m_appDelegate) {
+        // Qt would close the windows and end the loop, with the node running on.
+        event->ignore();
+        m_appDelegate->terminate();
+        return true;
+    }
+    if (event->type() == QEvent::ApplicationPaletteChange && m_faces)
+        m_faces->paletteChanged();
+    return QApplication::event(event);
+}
+
+} // namespace tidewick

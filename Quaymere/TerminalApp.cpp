@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "TerminalApp.h"
+
+#include "platform/SignalListener.h"
+
+#include <QTimer>
+
+#include <csignal>
+
+#include <unistd.h>
+
+namespace tidewick {
+
+TerminalApp::TerminalApp(int &argc, char **argv) : QCoreApplication(argc, argv)
+{
+    setApplicationName(QStringLiteral("Tidewick"));
+    setQuitLockEnabled(false);
+}
+
+TerminalApp::~TerminalApp() = default;
+
+int TerminalApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
+{
+    AppDelegate &delegate = m_appDelegate.emplace(deathWatch);
+    connect(&delegate, &AppDelegate::terminated, this, [] { exit(EXIT_SUCCESS); });
+
+    TerminalFace &face = m_face.emplace(STDOUT_FILENO);
+    const NodeController &node = delegate.node();
+    connect(&node, &NodeController::statusChanged, &face, [&] { face.show(node.status()); });
+
+    instance.setWithoutWindows();
+    connect(&instance, &SingleInstance::actionActivated, &delegate, [&](const QString &action) {
+        if (action == QLatin1String("quit"))
+            delegate.terminate();
+    });
+    SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
+    connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
+    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    return exec();
+}
+
+} // namespace tidewick

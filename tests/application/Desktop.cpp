@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "application/Desktop.h"
+
+#include <QDBusMessage>
+#include <QDBusVariant>
+
+namespace tidewick {
+
+namespace {
+
+constexpr const char *panelConfiguration = R"(<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="28"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray"/>
+  </property>
+</channel>
+)";
+
+} // namespace
+
+SessionBus::SessionBus()
+{
+    const std::string runtime = m_runtime.path().string();
+    qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(runtime));
+    m_daemon = std::make_unique<Beside>(
+        "dbus-daemon", std::vector<std::string>{"--session", "--nofork", "--print-address",
+                                                "--address=unix:path=" + runtime + "/bus"});
+    m_address = m_daemon->readyLine();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", m_address);
+}
+
+SessionBus::~SessionBus()
+{
+    QDBusConnection::disconnectFromBus(QString::fromLatin1(m_address));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qunsetenv("XDG_RUNTIME_DIR");
+}
+
+QDBusConnection SessionBus::connection() const
+{
+    const QString address = QString::fromLatin1(m_address);
+    return QDBusConnection::connectToBus(address, address);
+}
+
+XServer::XServer()
+    : m_server("Xvfb",
+               {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"})
+{
+    qputenv("DISPLAY", ':' + m_server.readyLine());
+}
+
+XServer::~XServer()
+{
+    qunsetenv("DISPLAY");
+}
+
+namespace {
+
+/// The panel reads its configuration through a service that the bus starts.
+const char *configuredPanel()
+{
+    const std::filesystem::path folder =
+        std::filesystem::path(qgetenv("XDG_CONFIG_HOME").toStdString())
+        / "xfce4/xfconf/xfce-perchannel-xml";
+    std::filesystem::create_directories(folder);
+    writeFile(folder / "xfce4-panel.xml", panelConfiguration);
+    return "xfce4-panel";
+}
+
+} // namespace
+
+DesktopPanel::DesktopPanel() : m_panel(configuredPanel(), {"--disable-wm-check"}) {}
+
+bool DesktopPanel::waitForHost(const SessionBus &bus)
+{
+    QDBusMessage ask = QDBusMessage::createMethodCall(
+        QStringLiteral("org.kde.StatusNotifierWatcher"), QStringLiteral("/StatusNotifierWatcher"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    ask.setArguments({QStringLiteral("org.kde.StatusNotifierWatcher"),
+                      QStringLiteral("IsStatusNotifierHostRegistered")});
+    ask.setAutoStartService(false);
+    const QDBusConnection connection = bus.connection();
+    return waitUntil([&] {
+        const QDBusMessage answer = connection.call(ask);
+        return answer.type() == QDBusMessage::ReplyMessage
+               && answer.arguments().constFirst().value<QDBusVariant>().variant().toBool();
+    });
+}
+
+} // namespace tidewick

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+namespace tidewick {
+
+/// Whether a window of that title is to be seen on the X server that the environment names.
+bool isWindowShown(const QString &title);
+
+} // namespace tidewick

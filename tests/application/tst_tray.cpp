@@ -1,0 +1,207 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "DesktopFaces.h"
+#include "application/Desktop.h"
+#include "application/TrayReader.h"
+#include "support/NodeRig.h"
+#include "support/Surroundings.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+
+using namespace tidewick;
+using namespace std::chrono_literals;
+
+/// The tray item as a real tray host gets it, over the bus.
+class TestTray : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TestTray(SessionBus &bus) : m_bus(bus) {}
+
+private slots:
+    void init();
+    void cleanup();
+
+    void registersWithAName();
+    void menuFollowsThePhases();
+    void clicksAreCommands();
+    void textsAreShownAsTheyAre();
+    void longRowsAreElided();
+    void pollsUpdateNoLayout();
+    void iconFollowsThePhase();
+    void hostThatComesLater();
+
+private:
+    bool isShown();
+    bool menuIsCurrent();
+
+    SessionBus &m_bus;
+    std::unique_ptr<DesktopPanel> m_panel;
+    std::unique_ptr<NodeRig> m_rig;
+    std::unique_ptr<DesktopFaces> m_faces;
+    std::unique_ptr<TrayReader> m_reader;
+};
+
+void TestTray::init()
+{
+    m_panel = std::make_unique<DesktopPanel>();
+    QVERIFY(DesktopPanel::waitForHost(m_bus));
+    m_rig = std::make_unique<NodeRig>();
+    m_reader = std::make_unique<TrayReader>(m_bus.connection());
+    m_faces = std::make_unique<DesktopFaces>(m_rig->node());
+    QVERIFY(isShown());
+}
+
+void TestTray::cleanup()
+{
+    m_faces.reset();
+    m_reader.reset();
+    m_rig.reset();
+    m_panel.reset();
+}
+
+bool TestTray::isShown()
+{
+    return waitUntil([this] { return m_reader->findItem(); });
+}
+
+bool TestTray::menuIsCurrent()
+{
+    QList<MenuEntry> seen;
+    const bool isCurrent = waitUntil([&] {
+        seen = withoutIds(m_reader->menu());
+        return seen == entriesOf(menuRows(m_rig->status()));
+    });
+    if (!isCurrent) {
+        for (const MenuEntry &entry : seen)
+            qInfo() << entry.text << entry.separator << entry.enabled;
+    }
+    return isCurrent;
+}
+
+void TestTray::registersWithAName()
+{
+    QVERIFY(menuIsCurrent());
+    QCOMPARE(m_reader->toolTip(), QStringLiteral("Tidewick: Stopped"));
+    QCOMPARE(m_reader->property("Status").toString(), QStringLiteral("Active"));
+}
+
+void TestTray::menuFollowsThePhases()
+{
+    m_rig->setScenario("speed=10");
+    QList<Phase> phases;
+    connect(&m_rig->node(), &NodeController::statusChanged, this, [&] {
+        if (phases.isEmpty() || phases.constLast() != m_rig->status().phase)
+            phases.append(m_rig->status().phase);
+    });
+    m_rig->node().start();
+    for (const Phase phase : {Phase::Starting, Phase::Bootstrapping, Phase::Syncing, Phase::Full}) {
+        QVERIFY(m_rig->waitForPhase(phase));
+        QVERIFY(menuIsCurrent());
+    }
+    m_rig->node().stop();
+    QVERIFY(menuIsCurrent());
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QVERIFY(menuIsCurrent());
+    QVERIFY(phases.contains(Phase::Stopping));
+}
+
+void TestTray::clicksAreCommands()
+{
+    QVERIFY(m_reader->click(QStringLiteral("Start Node")));
+    QVERIFY(m_rig->waitForPhase(Phase::Full));
+    QVERIFY(menuIsCurrent());
+    QVERIFY(m_reader->click(QStringLiteral("Stop Node")));
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QVERIFY(menuIsCurrent());
+
+    const QSignalSpy quits(m_faces.get(), &DesktopFaces::quitRequested);
+    QVERIFY(m_reader->click(QStringLiteral("Quit")));
+    QVERIFY(waitUntil([&] { return quits.size() == 1; }));
+}
+
+void TestTray::textsAreShownAsTheyAre()
+{
+    for (const char *text : {"R&D", "a & b & c", "a&", "&a", "a_b", "_a__b_", "a_&_b", "<b>x</b>",
+                             "100 %1 %s", "&&", "__"}) {
+        m_rig->node().setStartBlocked(QString::fromUtf8(text));
+        m_rig->node().start();
+        QVERIFY(menuIsCurrent());
+    }
+    // What breaks lines or turns the text around does not reach the menu.
+    m_rig->node().setStartBlocked(QStringLiteral("one\ntwo\u202e"));
+    m_rig->node().start();
+    QVERIFY(waitUntil([&] { return m_reader->menu().at(1).text == QLatin1String("one two"); }));
+}
+
+void TestTray::longRowsAreElided()
+{
+    m_rig->node().setStartBlocked(QString(1 << 20, u'x'));
+    m_rig->node().start();
+    QVERIFY(waitUntil(
+        [&] { return m_reader->menu().at(1).text == QString(119, u'x') + QStringLiteral("…"); }));
+}
+
+/// Figures that change with every poll are news about rows, not a new menu.
+void TestTray::pollsUpdateNoLayout()
+{
+    m_rig->setScenario("speed=50 state=full maintenance=waiting");
+    m_rig->node().start();
+    QVERIFY(m_rig->runUntil([&] { return m_rig->status().storage.has_value(); }));
+    QVERIFY(m_rig->waitForPhase(Phase::Full));
+    QVERIFY(menuIsCurrent());
+    const QList<MenuEntry> before = m_reader->menu();
+    const int updates = m_reader->layoutUpdates();
+
+    const QSignalSpy changes(&m_rig->node(), &NodeController::statusChanged);
+    QVERIFY(m_rig->runUntil([&] { return changes.size() >= 10; }));
+    QVERIFY(menuIsCurrent());
+    QCOMPARE(m_reader->layoutUpdates(), updates);
+    const QList<MenuEntry> after = m_reader->menu();
+    QCOMPARE(after.size(), before.size());
+    for (qsizetype at = 0; at < after.size(); ++at)
+        QCOMPARE(after[at].id, before[at].id);
+    QVERIFY(after != before);
+}
+
+void TestTray::iconFollowsThePhase()
+{
+    const QList<QImage> stopped = m_reader->icon();
+    QVERIFY(stopped.size() >= 3); // for panels of several heights
+    for (const QImage &image : stopped)
+        QVERIFY(image != QImage(image.size(), image.format()));
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Full));
+    QVERIFY(waitUntil([&] { return m_reader->icon() != stopped; }));
+    m_rig->node().stop();
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QVERIFY(waitUntil([&] { return m_reader->icon() == stopped; }));
+}
+
+void TestTray::hostThatComesLater()
+{
+    m_panel.reset();
+    QVERIFY(waitUntil([this] { return !m_reader->findItem(); }));
+    m_panel = std::make_unique<DesktopPanel>();
+    QVERIFY(isShown());
+    QVERIFY(menuIsCurrent());
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Full));
+    QVERIFY(menuIsCurrent());
+}
+
+int main(int argc, char *argv[])
+{
+    enterPrivateLoopback();
+    const TestHome home;
+    SessionBus bus;
+    const XServer display;
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    TestTray test(bus);
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_tray.moc"
