@@ -70,4 +70,11 @@ void print(const std::string &what, const Pair &pair, const std::string &goal)
     std::fflush(stdout);
 }
 
+void printMemory(const std::string &what, double first, double second, const std::string &goal)
+{
+    std::printf("%-58s %9.1f MiB %9.1f MiB %8.2f   %s\n", what.c_str(), first, second,
+                first / second, goal.c_str());
+    std::fflush(stdout);
+}
+
 } // namespace tidewick::bench

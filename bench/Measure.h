@@ -35,4 +35,7 @@ Duration processorTime(ChildSpec spec);
 /// One line of the table: what was compared, both figures, the ratio and the goal for it.
 void print(const std::string &what, const Pair &pair, const std::string &goal);
 
+/// The same for two amounts of memory in MiB.
+void printMemory(const std::string &what, double first, double second, const std::string &goal);
+
 } // namespace tidewick::bench

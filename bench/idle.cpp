@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+// What the application costs beside a bare tray program and a shell loop that poll the same node in
+// the same minute, and how long both programs take from their start to an item in the tray.
+
+#include "application/Desktop.h"
+#include "application/LaunchedApplication.h"
+#include "application/TrayReader.h"
+#include "bench/Measure.h"
+#include "support/Surroundings.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <csignal>
+#include <fstream>
+#include <sstream>
+
+#include <unistd.h>
+
+using namespace tidewick;
+using namespace tidewick::bench;
+
+namespace {
+
+constexpr int seconds = 60;
+constexpr int launches = 9;
+
+constexpr const char *shellLoop = R"(
+ask() { curl -s -d "{\"method\":\"$1\",\"params\":[{}]}" http://127.0.0.1:15005/ | jq -r "$2"; }
+cycle=0
+while sleep 2; do
+    ask server_info .result.info.server_state
+    [ $((cycle % 5)) = 0 ] && ask get_counts .result.process.footprint
+    cycle=$((cycle + 1))
+done)";
+
+/// Processor time of a process and of its children that have ended, without the running ones.
+Duration processorTimeSoFar(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::stringstream stat;
+    stat << file.rdbuf();
+    std::istringstream fields(stat.str().substr(stat.str().rfind(')') + 2));
+    std::string skipped;
+    for (int field = 3; field < 14; ++field)
+        fields >> skipped;
+    double ticks = 0;
+    for (int field = 0; field < 4; ++field) {
+        double value = 0;
+        fields >> value;
+        ticks += value;
+    }
+    return Duration(ticks / double(::sysconf(_SC_CLK_TCK)));
+}
+
+/// Resident memory that is the process's own, in MiB.
+double memory(pid_t process)
+{
+    std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
+    std::string word;
+    double own = 0;
+    while (rollup >> word) {
+        double value = 0;
+        if (word == "Pss:" && rollup >> value)
+            own = value / 1024;
+    }
+    return own;
+}
+
+ChildSpec bareTray()
+{
+    ChildSpec spec;
+    spec.executable = BARE_TRAY_PATH;
+    return spec;
+}
+
+/// From the start of a program to its item in the tray.
+Duration timeToTray(const SessionBus &bus, const std::function<void()> &start,
+                    const std::function<void()> &end)
+{
+    TrayReader reader(bus.connection());
+    QElapsedTimer timer;
+    timer.start();
+    start();
+    while (!reader.findItem())
+        QCoreApplication::processEvents();
+    const Duration time(double(timer.nsecsElapsed()) / 1e9);
+    end();
+    while (reader.findItem())
+        QCoreApplication::processEvents();
+    return time;
+}
+
+void measureStart(const SessionBus &bus, const TestBundle &bundle)
+{
+    std::vector<Duration> ours;
+    std::vector<Duration> bare;
+    for (int launch = 0; launch < launches; ++launch) {
+        std::unique_ptr<LaunchedApplication> application;
+        ours.push_back(timeToTray(
+            bus, [&] { application = std::make_unique<LaunchedApplication>(bundle, "state=full"); },
+            [&] {
+                if (!application->endsWell(SIGTERM))
+                    qFatal("The application did not end well");
+            }));
+        std::unique_ptr<Beside> program;
+        bare.push_back(timeToTray(
+            bus, [&] { program = std::make_unique<Beside>(bareTray()); },
+            [&] { program.reset(); }));
+    }
+    print("start to tray item / bare tray program", {median(ours), median(bare)}, "<= 1.5");
+}
+
+void measureIdle(const SessionBus &bus, const TestBundle &bundle)
+{
+    LaunchedApplication application(bundle, "state=full");
+    TrayReader reader(bus.connection());
+    if (!waitUntil([&] { return LaunchedApplication::noted("get_counts") > 0; }))
+        qFatal("The node does not answer");
+    Beside program(bareTray());
+    Beside shell("bash", {"-c", shellLoop});
+    QTest::qWait(5'000); // past the costs of starting
+
+    const auto times = [&] {
+        return std::array{processorTimeSoFar(application.process().id()),
+                          processorTimeSoFar(program.id()), processorTimeSoFar(shell.id())};
+    };
+    const auto before = times();
+    QTest::qWait(seconds * 1'000);
+    const auto after = times();
+    const Duration ours = after[0] - before[0];
+    print("a minute in sync / bare tray program, CPU", {ours, after[1] - before[1]}, "<= 2");
+    print("a minute in sync / shell loop of curl and jq, CPU", {ours, after[2] - before[2]},
+          "<= 0.25");
+    printMemory("in sync / bare tray program, memory", memory(application.process().id()),
+                memory(program.id()), "<= 1.3");
+    if (!application.endsWell(SIGTERM))
+        qFatal("The application did not end well");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    enterPrivateLoopback();
+    const TestHome home;
+    const SessionBus bus;
+    const XServer display;
+    const QCoreApplication application(argc, argv);
+    const DesktopPanel panel;
+    if (!DesktopPanel::waitForHost(bus))
+        qFatal("No tray host came up");
+    const TestBundle bundle;
+    measureStart(bus, bundle);
+    measureIdle(bus, bundle);
+    return 0;
+}
