@@ -7,6 +7,8 @@
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
+#include <QScopeGuard>
+
 #include <csignal>
 
 #include <fcntl.h>
@@ -301,6 +303,10 @@ void TestChildProcess::endsWithItsParent()
     QTRY_VERIFY(fs::exists(idFile) && !contentOf(idFile).isEmpty());
     const pid_t grandchild = contentOf(idFile).toInt();
     QVERIFY(grandchild > 0 && runs(grandchild));
+    const auto end = qScopeGuard([grandchild] {
+        if (runs(grandchild))
+            ::kill(grandchild, SIGKILL);
+    });
 
     QSignalSpy spy(parent.get(), &ChildProcess::exited);
     parent->kill();

@@ -10,6 +10,8 @@
 
 #include <csignal>
 
+#include <sys/prctl.h>
+
 namespace tidewick {
 
 namespace fs = std::filesystem;
@@ -63,6 +65,8 @@ void SimulatedNode::startWith(const QStringList &arguments, const QByteArray &sc
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TIDEWICK_SIMNODE"), QString::fromUtf8(scenario));
     m_process.setProcessEnvironment(environment);
+    // A test that aborts destroys nothing.
+    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(QStringLiteral(TIDEWICK_SIMNODE_PATH), arguments);
     if (!m_process.waitForStarted())
         qFatal("The simulated node cannot be run");
