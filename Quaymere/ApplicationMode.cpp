@@ -10,19 +10,16 @@
 #include "platform/StandardStreams.h"
 #include "ui/Display.h"
 
-#include <array>
-
 namespace tidewick::ApplicationMode {
 
 namespace {
 
 template <typename App>
-int runAs(char *programName)
+int runAs(char **argv)
 {
     const DeathWatch deathWatch;
-    int argc = 1;
-    std::array<char *, 2> argv{programName, nullptr};
-    App application(argc, argv.data());
+    int argc = 1; // the rest is not for Qt to read
+    App application(argc, argv);
     SingleInstance instance;
     switch (instance.claim()) {
     case SingleInstance::Claim::First:
@@ -38,9 +35,9 @@ int runAs(char *programName)
 
 } // namespace
 
-int run(char *programName)
+int run(char **argv)
 {
-    return Display::isThere() ? runAs<QuaymereApp>(programName) : runAs<TerminalApp>(programName);
+    return Display::isThere() ? runAs<QuaymereApp>(argv) : runAs<TerminalApp>(argv);
 }
 
 } // namespace tidewick::ApplicationMode

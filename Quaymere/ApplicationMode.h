@@ -5,8 +5,8 @@
 
 namespace tidewick::ApplicationMode {
 
-/// Runs the application: on the desktop, or in the terminal where there is no display. What follows
-/// the program's name on the command line is not for Qt to read. The process's exit status.
-int run(char *programName);
+/// Runs the application: on the desktop, or in the terminal where there is no display. Of the
+/// arguments only the program's name counts. The process's exit status.
+int run(char **argv);
 
 } // namespace tidewick::ApplicationMode

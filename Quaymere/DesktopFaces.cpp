@@ -116,7 +116,7 @@ void DesktopFaces::showPanel()
 QString DesktopFaces::adviceForOnce()
 {
     Defaults defaults = Defaults::standard();
-    const QString advice = trayAdvice();
+    QString advice = trayAdvice();
     if (advice.isEmpty() || defaults.integer(adviceGiven) != 0)
         return {};
     defaults.setInteger(adviceGiven, 1);

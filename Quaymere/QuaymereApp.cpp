@@ -6,7 +6,6 @@
 #include "platform/SignalListener.h"
 
 #include <QEvent>
-#include <QTimer>
 
 #include <csignal>
 
@@ -41,7 +40,8 @@ int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
 
     SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
     connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
-    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    QMetaObject::invokeMethod(&delegate, &AppDelegate::applicationDidFinishLaunching,
+                              Qt::QueuedConnection);
     return exec();
 }
 

@@ -5,8 +5,6 @@
 
 #include "platform/SignalListener.h"
 
-#include <QTimer>
-
 #include <csignal>
 
 #include <unistd.h>
@@ -37,7 +35,8 @@ int TerminalApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     });
     SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
     connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
-    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    QMetaObject::invokeMethod(&delegate, &AppDelegate::applicationDidFinishLaunching,
+                              Qt::QueuedConnection);
     return exec();
 }
 

@@ -23,7 +23,7 @@ public:
         return ToolingModes::run(mode, m_argc, m_argv);
     }
 
-    int operator()(const Mode::Application &) const { return ApplicationMode::run(m_argv[0]); }
+    int operator()(const Mode::Application &) const { return ApplicationMode::run(m_argv); }
 
     int operator()(const auto &mode) const { return ToolingModes::run(mode); }
 

@@ -129,7 +129,7 @@ void Writer::close(QChar bracket, bool empty)
 void Writer::breakLine()
 {
     m_text += u'\n';
-    m_text.append(QString(2 * m_level, u' '));
+    m_text.append(QString(qsizetype{2} * m_level, u' '));
 }
 
 } // namespace

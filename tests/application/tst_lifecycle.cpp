@@ -8,7 +8,7 @@
 #include "support/Processes.h"
 #include "support/Surroundings.h"
 
-#include <QElapsedTimer>
+#include <QDBusMessage>
 
 #include <csignal>
 
@@ -161,8 +161,6 @@ void TestLifecycle::secondLaunchOpensTheLedger()
     QVERIFY(isInTray(reader));
     QVERIFY(!isWindowShown(QStringLiteral("Live Ledger")));
 
-    QElapsedTimer timer;
-    timer.start();
     const auto second = launch("speed=20 state=full");
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->process().ending()->status, 0);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "NotificationService.h"
+#include "support/NotificationService.h"
 #include "PrivateBus.h"
 #include "platform/Notifier.h"
 #include "support/Surroundings.h"
