@@ -86,7 +86,7 @@ bool DesktopFaces::isInTray() const
 {
     if (!m_tray)
         return false;
-    return m_tray->drawing() == TrayItem::Drawing::ByHost
+    return m_tray->drawing() == RowMenu::Drawing::ByHost
                ? m_trayHost.kind() == TrayHost::Kind::StatusNotifier
                : m_trayHost.kind() != TrayHost::Kind::None;
 }
@@ -94,9 +94,8 @@ bool DesktopFaces::isInTray() const
 void DesktopFaces::makeTrayItem()
 {
     const bool byHost = m_trayHost.kind() == TrayHost::Kind::StatusNotifier;
-    m_tray =
-        std::make_unique<TrayItem>(byHost ? TrayItem::Drawing::ByHost : TrayItem::Drawing::ByUs,
-                                   icon(), menuRows(m_node.status()), summary());
+    m_tray = std::make_unique<TrayItem>(byHost ? RowMenu::Drawing::ByHost : RowMenu::Drawing::ByUs,
+                                        icon(), menuRows(m_node.status()), summary());
     connect(m_tray.get(), &TrayItem::commandChosen, &m_commands, &MenuCommands::run);
 }
 

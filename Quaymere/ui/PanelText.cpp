@@ -5,6 +5,7 @@
 
 #include "platform/DisplayText.h"
 #include "ui/PanelMetrics.h"
+#include "ui/ToolTip.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -17,49 +18,13 @@ namespace tidewick {
 namespace {
 
 constexpr qsizetype shownCharacters = 2000;
-/// A tool tip that fills the screen is none.
-constexpr qsizetype toolTipCharacters = 4000;
-constexpr qsizetype toolTipLines = 40;
-
-/// With places where words that are longer than a tool tip is wide can be broken.
-QString breakable(const QString &line)
-{
-    constexpr int longWord = 60;
-    QString broken;
-    int length = 0;
-    for (const QChar character : line) {
-        const bool joined = character.isLowSurrogate() || character.isMark()
-                            || character.category() == QChar::Other_Format;
-        if (length >= longWord && !joined) {
-            broken += QChar(0x200b);
-            length = 0;
-        }
-        broken += character;
-        length = character.isSpace() ? 0 : length + 1;
-    }
-    return broken;
-}
-
-/// Tool tips take what looks like markup for markup, so everything is given to them as markup.
-QString asToolTip(const QString &text)
-{
-    QStringList lines = DisplayText::elided(text, toolTipCharacters).split(u'\n');
-    if (lines.size() > toolTipLines) {
-        lines.resize(toolTipLines);
-        lines.append(QStringLiteral("…"));
-    }
-    for (QString &line : lines)
-        line = breakable(DisplayText::singleLine(line)).toHtmlEscaped();
-    return QLatin1String("<p style=\"white-space:pre-wrap\">") + lines.join(QLatin1String("<br>"))
-           + QLatin1String("</p>");
-}
 
 } // namespace
 
 void PanelText::set(const QString &text)
 {
     const QString shown = DisplayText::singleLine(DisplayText::elided(text, shownCharacters));
-    m_toolTip = shown == text ? QString() : asToolTip(text);
+    m_toolTip = shown == text ? QString() : ToolTip::plain(text);
     m_layout.setText(shown);
     m_width = -1;
 }

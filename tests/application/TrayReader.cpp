@@ -49,7 +49,7 @@ QList<QImage> readImages(const QDBusArgument &argument)
         QImage image(width, height, QImage::Format_ARGB32);
         if (pixels.size() != image.sizeInBytes())
             return {};
-        qFromBigEndian<quint32>(pixels.constData(), width * height, image.bits());
+        qFromBigEndian<quint32>(pixels.constData(), qsizetype{width} * height, image.bits());
         images.append(image);
     }
     argument.endArray();
