@@ -3,7 +3,8 @@
 
 #include "application/XWindows.h"
 
-#include <cstdlib>
+#include "ui/linux/XcbReply.h"
+
 #include <memory>
 
 #include <xcb/xcb.h>
@@ -12,19 +13,11 @@ namespace tidewick {
 
 namespace {
 
-struct Free
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, Free>;
-
 QString titleOf(xcb_connection_t *connection, xcb_window_t window)
 {
     const auto cookie = xcb_get_property(connection, 0, window, XCB_ATOM_WM_NAME,
                                          XCB_GET_PROPERTY_TYPE_ANY, 0, 256);
-    const Owned<xcb_get_property_reply_t> reply(
+    const XcbReply<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(connection, cookie, nullptr));
     if (!reply)
         return {};
@@ -35,7 +28,7 @@ QString titleOf(xcb_connection_t *connection, xcb_window_t window)
 bool isMapped(xcb_connection_t *connection, xcb_window_t window)
 {
     const auto cookie = xcb_get_window_attributes(connection, window);
-    const Owned<xcb_get_window_attributes_reply_t> reply(
+    const XcbReply<xcb_get_window_attributes_reply_t> reply(
         xcb_get_window_attributes_reply(connection, cookie, nullptr));
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
@@ -48,7 +41,7 @@ bool isWindowShown(const QString &title)
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
     const auto cookie = xcb_query_tree(connection.get(), root);
-    const Owned<xcb_query_tree_reply_t> tree(
+    const XcbReply<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(connection.get(), cookie, nullptr));
     const xcb_window_t *windows = xcb_query_tree_children(tree.get());
     for (int at = 0; at < xcb_query_tree_children_length(tree.get()); ++at) {

@@ -49,6 +49,28 @@ NodeStatus withDetail(const QString &detail)
     return status;
 }
 
+NodeStatus stopped()
+{
+    NodeStatus status = everyRow();
+    status.phase = Phase::Stopped;
+    status.hasProcess = false;
+    return status;
+}
+
+NodeStatus stopping()
+{
+    NodeStatus status = everyRow();
+    status.phase = Phase::Stopping;
+    return status;
+}
+
+NodeStatus withoutError()
+{
+    NodeStatus status = everyRow();
+    status.errorText.reset();
+    return status;
+}
+
 QString pathOf(int length)
 {
     return u'/' + QString(length - 1, u'p');

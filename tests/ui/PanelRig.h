@@ -17,6 +17,11 @@ namespace tidewick {
 NodeStatus everyRow();
 NodeStatus withDetail(const QString &detail);
 
+/// The same where the node is stopped, is stopping, or has no error to tell of.
+NodeStatus stopped();
+NodeStatus stopping();
+NodeStatus withoutError();
+
 /// A path of so many characters, which has no place to be broken at.
 QString pathOf(int length);
 

@@ -43,28 +43,6 @@ QList<MenuRow> commands(const NodeStatus &status)
     return commands;
 }
 
-NodeStatus stopped()
-{
-    NodeStatus status = everyRow();
-    status.phase = Phase::Stopped;
-    status.hasProcess = false;
-    return status;
-}
-
-NodeStatus stopping()
-{
-    NodeStatus status = everyRow();
-    status.phase = Phase::Stopping;
-    return status;
-}
-
-NodeStatus withoutError()
-{
-    NodeStatus status = everyRow();
-    status.errorText.reset();
-    return status;
-}
-
 } // namespace
 
 void TestNodePanelCommands::choosesByMouse()

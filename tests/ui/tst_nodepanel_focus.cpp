@@ -37,28 +37,6 @@ QStringList names(const NodeStatus &status)
     return names;
 }
 
-NodeStatus stopped()
-{
-    NodeStatus status = everyRow();
-    status.phase = Phase::Stopped;
-    status.hasProcess = false;
-    return status;
-}
-
-NodeStatus stopping()
-{
-    NodeStatus status = everyRow();
-    status.phase = Phase::Stopping;
-    return status;
-}
-
-NodeStatus withoutError()
-{
-    NodeStatus status = everyRow();
-    status.errorText.reset();
-    return status;
-}
-
 } // namespace
 
 /// A window that opens by itself gets keys that were meant for another.

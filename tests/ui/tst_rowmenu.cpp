@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
+#include "SampleStatus.h"
 #include "support/Surroundings.h"
 #include "ui/RowMenu.h"
 
@@ -25,16 +26,6 @@ private slots:
 
 namespace {
 
-NodeStatus running()
-{
-    NodeStatus status;
-    status.phase = Phase::Full;
-    status.detail = QStringLiteral("Following mainnet");
-    status.hasProcess = true;
-    status.hasServerInfo = true;
-    return status;
-}
-
 QList<QAction *> shown(const RowMenu &menu)
 {
     QList<QAction *> actions = menu.actions();
@@ -47,7 +38,7 @@ QList<QAction *> shown(const RowMenu &menu)
 void TestRowMenu::showsTheRows()
 {
     RowMenu menu(RowMenu::Drawing::ByUs);
-    for (const NodeStatus &status : {NodeStatus(), running(), NodeStatus()}) {
+    for (const NodeStatus &status : {NodeStatus(), sampleStatus(), NodeStatus()}) {
         const QList<MenuRow> rows = menuRows(status);
         menu.setRows(rows);
         const QList<QAction *> actions = shown(menu);
@@ -64,7 +55,7 @@ void TestRowMenu::showsTheRows()
 void TestRowMenu::ampersandsAndUnderscoresStay()
 {
     RowMenu menu(RowMenu::Drawing::ByUs);
-    NodeStatus status = running();
+    NodeStatus status = sampleStatus();
     status.detail = QStringLiteral("R&D & a_b");
     menu.setRows(menuRows(status));
     QCOMPARE(shown(menu).at(1)->text(), QStringLiteral("R&&D && a_b"));
@@ -73,7 +64,7 @@ void TestRowMenu::ampersandsAndUnderscoresStay()
 void TestRowMenu::longRowsHaveAToolTip()
 {
     RowMenu menu(RowMenu::Drawing::ByUs);
-    NodeStatus status = running();
+    NodeStatus status = sampleStatus();
     status.detail = QStringLiteral("<b>") + QString(200, u'x');
     menu.setRows(menuRows(status));
     const QAction *detail = shown(menu).at(1);
@@ -100,7 +91,7 @@ void TestRowMenu::commandsFollowTheRows()
         }
     };
     trigger(QStringLiteral("Start Node"));
-    menu.setRows(menuRows(running()));
+    menu.setRows(menuRows(sampleStatus()));
     trigger(QStringLiteral("Stop Node"));
     trigger(QStringLiteral("Quit"));
     QCOMPARE(chosen, (QList{MenuCommand::StartNode, MenuCommand::StopNode, MenuCommand::Quit}));
@@ -109,13 +100,13 @@ void TestRowMenu::commandsFollowTheRows()
 void TestRowMenu::equalRowsChangeNothing()
 {
     RowMenu menu(RowMenu::Drawing::ByUs);
-    menu.setRows(menuRows(running()));
+    menu.setRows(menuRows(sampleStatus()));
     int changes = 0;
     for (const QAction *action : menu.actions())
         connect(action, &QAction::changed, this, [&] { ++changes; });
-    menu.setRows(menuRows(running()));
+    menu.setRows(menuRows(sampleStatus()));
     QCOMPARE(changes, 0);
-    NodeStatus status = running();
+    NodeStatus status = sampleStatus();
     status.peers = 7;
     menu.setRows(menuRows(status));
     QCOMPARE(changes, 1);
@@ -124,12 +115,12 @@ void TestRowMenu::equalRowsChangeNothing()
 void TestRowMenu::openMenuStaysOpen()
 {
     RowMenu menu(RowMenu::Drawing::ByUs);
-    menu.setRows(menuRows(running()));
+    menu.setRows(menuRows(sampleStatus()));
     menu.popup({10, 10});
     QVERIFY(QTest::qWaitForWindowExposed(&menu));
     const QSignalSpy hidden(&menu, &QMenu::aboutToHide);
     const QPoint place = menu.pos();
-    NodeStatus status = running();
+    NodeStatus status = sampleStatus();
     status.uptime = QStringLiteral("3m");
     menu.setRows(menuRows(status));
     QVERIFY(menu.isVisible());

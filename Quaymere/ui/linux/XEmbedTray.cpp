@@ -3,10 +3,9 @@
 
 #include "ui/linux/XEmbedTray.h"
 
-#include <QGuiApplication>
+#include "ui/linux/XcbReply.h"
 
-#include <cstdlib>
-#include <memory>
+#include <QGuiApplication>
 
 #include <xcb/xfixes.h>
 
@@ -14,19 +13,12 @@ namespace tidewick {
 
 namespace {
 
-struct Free
-{
-    void operator()(void *reply) const { std::free(reply); }
-};
-
-template <typename Reply>
-using Owned = std::unique_ptr<Reply, Free>;
-
 xcb_atom_t atom(xcb_connection_t *connection, const QByteArray &name)
 {
     const auto cookie =
         xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.constData());
-    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
+    const XcbReply<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr));
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
@@ -60,7 +52,7 @@ void XEmbedTray::watch()
     m_firstEvent = extension->first_event;
     // The extension answers nobody who has not asked for its version.
     const auto cookie = xcb_xfixes_query_version(m_connection, 1, 0);
-    const Owned<xcb_xfixes_query_version_reply_t> version(
+    const XcbReply<xcb_xfixes_query_version_reply_t> version(
         xcb_xfixes_query_version_reply(m_connection, cookie, nullptr));
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
     xcb_xfixes_select_selection_input(m_connection, root, m_selection,
@@ -73,7 +65,7 @@ void XEmbedTray::watch()
 void XEmbedTray::look()
 {
     const auto cookie = xcb_get_selection_owner(m_connection, m_selection);
-    const Owned<xcb_get_selection_owner_reply_t> owner(
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(m_connection, cookie, nullptr));
     m_exists = owner && owner->owner != XCB_WINDOW_NONE;
 }
