@@ -3,6 +3,8 @@
 
 #include "QuaymereApp.h"
 
+#include "platform/Bundle.h"
+#include "platform/Files.h"
 #include "platform/SignalListener.h"
 
 #include <QEvent>
@@ -11,11 +13,23 @@
 
 namespace tidewick {
 
+namespace {
+
+/// The one that is installed with the desktop's icons, else the one that the bundle carries.
+QIcon applicationIcon()
+{
+    const auto own = Bundle::main().resource("AppIcon", "svg");
+    return QIcon::fromTheme(QLatin1String(SingleInstance::name),
+                            own ? QIcon(Files::display(*own)) : QIcon());
+}
+
+} // namespace
+
 QuaymereApp::QuaymereApp(int &argc, char **argv) : QApplication(argc, argv)
 {
     setApplicationName(QStringLiteral("Tidewick"));
     setDesktopFileName(QLatin1String(SingleInstance::name));
-    setWindowIcon(QIcon::fromTheme(QLatin1String(SingleInstance::name)));
+    setWindowIcon(applicationIcon());
     // Closing the last window leaves the tray item running.
     setQuitOnLastWindowClosed(false);
     setQuitLockEnabled(false);

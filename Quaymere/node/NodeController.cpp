@@ -171,7 +171,7 @@ void NodeController::exited(int status, bool signaled)
     }
     if (std::exchange(m_clearAfterStop, false))
         removeDatabase(next);
-    refreshDisk(next);
+    refreshDisk(next, m_store.dataSize());
 
     // From here on others may do anything, such as start a new run or destroy this controller.
     const QPointer<NodeController> alive(this);

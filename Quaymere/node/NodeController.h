@@ -131,7 +131,7 @@ private:
     QCoro::Task<> killAfterTimeout(TaskToken token);
     QCoro::Task<> confirmAndClear(TaskToken token);
     void removeDatabase(NodeStatus &next) const;
-    void refreshDisk(NodeStatus &next) const;
+    void refreshDisk(NodeStatus &next, qint64 storeSize) const;
 
     const std::filesystem::path m_data;
     const NodeHost m_host;

@@ -3,6 +3,7 @@
 
 #include "node/NodeController.h"
 #include "node/ServerInfo.h"
+#include "platform/Background.h"
 #include "platform/JsonRead.h"
 #include "platform/ProcessMemory.h"
 
@@ -47,6 +48,13 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
     std::optional<QJsonObject> counts;
     if (withCounts && wantsAnswers(token))
         counts = co_await m_rpc.call(QStringLiteral("get_counts"));
+    // A store of many files, or on a slow disk, takes a while to be walked through.
+    std::optional<qint64> storeSize;
+    if (withCounts && wantsAnswers(token)) {
+        // Named, because GCC 12 destroys a temporary in an awaited call twice.
+        const std::function<qint64()> walk = [store = m_store] { return store.dataSize(); };
+        storeSize = co_await inBackground(walk, token);
+    }
     if (!wantsAnswers(token))
         co_return;
 
@@ -62,7 +70,7 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
     std::optional<QString> reasonToStop;
     if (withCounts) {
         reasonToStop = checkLimits(next);
-        refreshDisk(next);
+        refreshDisk(next, *storeSize);
     }
     publish(next, "answers");
     if (token.cancelled())

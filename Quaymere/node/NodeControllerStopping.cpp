@@ -108,7 +108,7 @@ QCoro::Task<> NodeController::confirmAndClear(TaskToken token)
     } else {
         NodeStatus next = m_status;
         removeDatabase(next);
-        refreshDisk(next);
+        refreshDisk(next, m_store.dataSize());
         publish(next, "clear storage");
     }
 }
@@ -124,9 +124,9 @@ void NodeController::removeDatabase(NodeStatus &next) const
     }
 }
 
-void NodeController::refreshDisk(NodeStatus &next) const
+void NodeController::refreshDisk(NodeStatus &next, qint64 storeSize) const
 {
-    next.storeSize = ByteCount::text(m_store.dataSize());
+    next.storeSize = ByteCount::text(storeSize);
     const std::optional<double> free = m_host.freeGB(m_data);
     next.freeSpace =
         free ? NumberText::fixed(*free, 1) + QLatin1String(" GB free") : NodeStatus::unknown();
