@@ -3,6 +3,8 @@
 
 #include "AppDelegate.h"
 
+#include <utility>
+
 namespace tidewick {
 
 AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
@@ -13,7 +15,9 @@ AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    m_node.start();
+    // A request to quit may have been faster.
+    if (!m_terminating)
+        m_node.start();
 }
 
 AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate()
@@ -27,6 +31,8 @@ AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate()
 
 void AppDelegate::terminate()
 {
+    if (!std::exchange(m_terminating, true))
+        emit terminating();
     if (applicationShouldTerminate() == TerminateReply::Now)
         emit terminated();
 }

@@ -34,11 +34,15 @@ public:
     void terminate();
 
 signals:
+    /// The way out has begun.
+    void terminating();
+
     /// Nothing runs any more: the application may end.
     void terminated();
 
 private:
     NodeController m_node;
+    bool m_terminating = false;
 };
 
 } // namespace tidewick

@@ -76,19 +76,18 @@ void DesktopFaces::settle()
 {
     if (!m_tray && m_trayHost.kind() != TrayHost::Kind::None)
         makeTrayItem();
-    if (!isInTray())
+    if (!isInTray() && !(m_panel && m_panel->isVisible()))
         showPanel();
-    else if (m_panel)
+    else if (isInTray() && m_panel)
         m_panel->hide();
 }
 
 bool DesktopFaces::isInTray() const
 {
-    if (!m_tray)
-        return false;
-    return m_tray->drawing() == RowMenu::Drawing::ByHost
-               ? m_trayHost.kind() == TrayHost::Kind::StatusNotifier
-               : m_trayHost.kind() != TrayHost::Kind::None;
+    return m_tray
+           && m_trayHost.has(m_tray->drawing() == RowMenu::Drawing::ByHost
+                                 ? TrayHost::Kind::StatusNotifier
+                                 : TrayHost::Kind::XEmbed);
 }
 
 void DesktopFaces::makeTrayItem()

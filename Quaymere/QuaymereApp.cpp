@@ -48,6 +48,8 @@ int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     connect(&faces, &DesktopFaces::quitRequested, &delegate, &AppDelegate::terminate);
     connect(&instance, &SingleInstance::activated, &faces, &DesktopFaces::comeForward);
     connect(&instance, &SingleInstance::actionActivated, this, &QuaymereApp::runAction);
+    connect(&delegate, &AppDelegate::terminating, &instance,
+            [&instance] { instance.refuseCalls(QStringLiteral("it is quitting")); });
 
     m_notifier.emplace(QDBusConnection::sessionBus());
     connect(&delegate.node(), &NodeController::endedOnItsOwn, this, &QuaymereApp::notifyOfEnd);
@@ -70,12 +72,10 @@ void QuaymereApp::runAction(const QString &action)
         m_faces->run(MenuCommand::Quit);
 }
 
-void QuaymereApp::notifyOfEnd()
+void QuaymereApp::notifyOfEnd(Phase phase, const QString &why)
 {
-    const NodeStatus &status = m_appDelegate->node().status();
-    m_notifier->notify(status.phase == Phase::Error ? QStringLiteral("Node error")
-                                                    : QStringLiteral("Node stopped"),
-                       status.detail);
+    m_notifier->notify(
+        phase == Phase::Error ? QStringLiteral("Node error") : QStringLiteral("Node stopped"), why);
 }
 
 bool QuaymereApp::event(QEvent *event)

@@ -32,7 +32,7 @@ protected:
 
 private:
     void runAction(const QString &action);
-    void notifyOfEnd();
+    void notifyOfEnd(Phase phase, const QString &why);
 
     std::optional<AppDelegate> m_appDelegate;
     std::optional<DesktopFaces> m_faces;

@@ -28,7 +28,7 @@ int TerminalApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     const NodeController &node = delegate.node();
     connect(&node, &NodeController::statusChanged, &face, [&] { face.show(node.status()); });
 
-    instance.setWithoutWindows();
+    instance.refuseCalls(QStringLiteral("it runs without a display"));
     connect(&instance, &SingleInstance::actionActivated, &delegate, [&](const QString &action) {
         if (action == QLatin1String("quit"))
             delegate.terminate();

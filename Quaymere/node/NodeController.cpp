@@ -85,7 +85,7 @@ void NodeController::start()
     const bool started = m_child != nullptr;
     publish(next, qUtf8Printable(next.detail));
     if (alive && !started)
-        emit endedOnItsOwn();
+        emit endedOnItsOwn(next.phase, next.detail);
 }
 
 std::optional<QString> NodeController::reasonToRefuse() const
@@ -169,6 +169,7 @@ void NodeController::exited(int status, bool signaled)
                        .arg(signaled ? QStringLiteral("signal") : QStringLiteral("exit status"),
                             QString::number(status), m_log.tail(m_launchOffset)));
     }
+    const NodeStatus ended = next; // before what else there is to do changes the texts
     if (std::exchange(m_clearAfterStop, false))
         removeDatabase(next);
     refreshDisk(next, m_store.dataSize());
@@ -177,10 +178,10 @@ void NodeController::exited(int status, bool signaled)
     const QPointer<NodeController> alive(this);
     const std::vector<OneShot<bool> *> waiters = std::exchange(m_stopWaiters, {});
     publish(next, qUtf8Printable(next.detail));
+    if (alive && unasked)
+        emit endedOnItsOwn(ended.phase, ended.detail);
     for (OneShot<bool> *waiter : waiters)
         waiter->resolve(true);
-    if (alive && unasked)
-        emit endedOnItsOwn();
     if (alive && m_terminateWhenStopped)
         emit readyToTerminate();
 }

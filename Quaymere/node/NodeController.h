@@ -47,8 +47,8 @@ struct Confirmation
 ///
 /// A stop is asked for over RPC once server_info was answered, else by SIGTERM, which is sent at
 /// most once in a run: a node that gets two at short distance dies without closing its store.
-/// SIGKILL follows after 90 s. Destroying the controller leaves a running node to the kernel, which
-/// terminates it when this program ends.
+/// SIGKILL follows after 90 s. Destroying the controller leaves a running node to who tells it of
+/// the end of this program.
 class NodeController final : public QObject
 {
     Q_OBJECT
@@ -98,8 +98,8 @@ signals:
     void statusChanged();
 
     /// A node that nobody asked to stop has ended, or has been stopped at a limit, or was not
-    /// started when that was asked for. The status says why.
-    void endedOnItsOwn();
+    /// started when that was asked for. The phase it came to and one line that says why.
+    void endedOnItsOwn(tidewick::Phase phase, const QString &why);
 
     /// The node has ended after setTerminateWhenStopped, all waiters being resumed.
     void readyToTerminate();

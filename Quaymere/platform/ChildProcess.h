@@ -44,7 +44,8 @@ struct ChildSpec
     /// Out of reach of the terminal's Ctrl-C.
     bool ownProcessGroup = false;
 
-    /// Tells the child when this process has died; without one the kernel does.
+    /// Tells the child when this process has died, and has to outlive it; without one the kernel
+    /// does.
     const DeathWatch *deathWatch = nullptr;
 };
 
@@ -88,13 +89,14 @@ signals:
     void exited(int status, bool signaled);
 
 private:
-    ChildProcess(pid_t id, UniqueDescriptor process);
+    ChildProcess(pid_t id, UniqueDescriptor process, const DeathWatch *deathWatch);
 
     void send(int signalNumber);
     void reap();
 
     pid_t m_id;
     UniqueDescriptor m_process;
+    const DeathWatch *m_deathWatch;
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 

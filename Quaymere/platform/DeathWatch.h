@@ -25,7 +25,10 @@ public:
     ~DeathWatch();
 
     /// Guards the process behind this process descriptor. False when that is not possible.
-    bool guard(int process) const;
+    bool guard(int process, pid_t id) const;
+
+    /// Lets go of a process that is told to end by other means, so that it is not told twice.
+    void release(pid_t id) const;
 
 private:
     UniqueDescriptor m_channel;

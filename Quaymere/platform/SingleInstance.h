@@ -7,6 +7,7 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 class QLockFile;
 
@@ -32,14 +33,14 @@ public:
     SingleInstance();
     ~SingleInstance() override;
 
-    /// Call once. Blocks for a second at most.
+    /// Call once. Blocks while the bus and the first instance take to answer.
     Claim claim();
 
     /// A text for the person who launched this.
     const QString &reason() const { return m_reason; }
 
-    /// There are no windows to bring forward: who asks for them is told so.
-    void setWithoutWindows() { m_hasWindows = false; }
+    /// From now on, who wants this one to come forward is told why it does not.
+    void refuseCalls(const QString &why) { m_refusal = why; }
 
 signals:
     /// Another launch wants this one to come forward.
@@ -53,14 +54,15 @@ private:
 
     static bool hasSessionBus();
     bool takeLock(bool isOptional);
-    Claim tellFirst();
+    std::optional<Claim> tellFirst();
     void activate(const QVariantMap &platformData);
     void activateAction(const QString &action, const QVariantMap &platformData);
-    void refuseCall();
+    /// Whether calls are refused; the present one is, then.
+    bool isRefused() const;
 
     std::unique_ptr<QLockFile> m_lock;
     QString m_reason;
-    bool m_hasWindows = true;
+    QString m_refusal;
 };
 
 } // namespace tidewick

@@ -22,10 +22,17 @@ Alerts::~Alerts()
 
 void Alerts::showError(const QString &text)
 {
-    if (!m_error)
+    // One that has just been closed is about to go.
+    if (!m_error || !m_error->isVisible())
         m_error = new ErrorAlert;
     m_error->setText(text);
     Windows::bringForward(*m_error);
+}
+
+void Alerts::bringQuestionForward()
+{
+    if (m_question && m_question->isVisible())
+        Windows::bringForward(*m_question);
 }
 
 QCoro::Task<bool> Alerts::confirm(Confirmation question)

@@ -32,6 +32,9 @@ public:
     /// button that says so, not for Escape, nor for closing the alert.
     QCoro::Task<bool> confirm(Confirmation question);
 
+    /// Shows the open question, if there is one, in front of all other windows.
+    void bringQuestionForward();
+
 private:
     QPointer<ErrorAlert> m_error;
     QPointer<QMessageBox> m_question;

@@ -37,7 +37,8 @@ void MenuCommands::run(MenuCommand command)
     case MenuCommand::StopNode:
         return m_node.stop();
     case MenuCommand::ClearStorage:
-        return m_node.clearStorage();
+        m_node.clearStorage();
+        return m_alerts.bringQuestionForward(); // asked before, it may be hidden by now
     case MenuCommand::OpenDataFolder:
         return openPath(m_node.dataDirectory());
     case MenuCommand::OpenLog:

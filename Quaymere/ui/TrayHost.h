@@ -28,6 +28,9 @@ public:
     /// None until the desktop has been asked. A desktop with both kinds counts as StatusNotifier.
     Kind kind() const;
 
+    /// Whether there is a host of that kind, whatever else there is.
+    bool has(Kind kind) const;
+
 signals:
     void changed();
 

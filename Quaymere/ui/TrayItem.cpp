@@ -7,6 +7,7 @@
 #include "ui/ToolTip.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 
 namespace tidewick {
 
@@ -46,10 +47,12 @@ void TrayItem::setToolTip(const QString &text)
         m_icon.setToolTip(shown);
 }
 
-/// Hosts open the menu on the other button only; the one that is pressed first opens it as well.
+/// Hosts open the menu on the other button only; the one that is pressed first opens it as well. On
+/// Wayland it cannot: there, a menu needs a window of ours to belong to.
 void TrayItem::activate(QSystemTrayIcon::ActivationReason reason)
 {
-    if (reason == QSystemTrayIcon::Trigger)
+    if (reason == QSystemTrayIcon::Trigger
+        && !QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
         m_popup.popup(QCursor::pos());
 }
 

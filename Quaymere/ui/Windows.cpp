@@ -60,7 +60,8 @@ Windows::~Windows()
 void Windows::open(const QString &identifier)
 {
     Scene &scene = m_scenes.at(identifier);
-    if (!scene.window) {
+    // One that has just been closed is about to go.
+    if (!scene.window || !scene.window->isVisible()) {
         scene.window = scene.make();
         scene.window->setObjectName(identifier);
         scene.window->setAttribute(Qt::WA_DeleteOnClose);

@@ -84,6 +84,7 @@ void TestBadSurroundings::cleanup()
     m_panel.reset();
     m_display.reset();
     m_bus.reset();
+    Defaults::standard().remove(QStringLiteral("diskGuardFreeGB"));
 }
 
 std::unique_ptr<LaunchedApplication> TestBadSurroundings::launch(const fs::path &dataHome,
@@ -154,7 +155,6 @@ void TestBadSurroundings::fullDisk()
     QVERIFY(waitUntil([&] { return fs::exists(volume.path() / "Tidewick" / "debug.log"); }));
     QVERIFY(contentOf(volume.path() / "Tidewick" / "xrpld.cfg").contains("[server]"));
     QVERIFY(application->endsWell(SIGTERM));
-    Defaults::standard().remove(QStringLiteral("diskGuardFreeGB"));
 }
 
 void TestBadSurroundings::noProgramsToOpenAnything()

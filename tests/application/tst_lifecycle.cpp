@@ -28,6 +28,8 @@ private slots:
     void secondSignalChangesNothing();
     void quitsFromTheMenu();
     void killedItLeavesNoNode();
+    void killedWhileStoppingItTellsNobodyTwice();
+    void launchWhileQuitting();
 
     void secondLaunchOpensTheLedger();
     void secondLaunchOpensThePanelWithoutATray();
@@ -38,6 +40,7 @@ private slots:
 
     void panelWithoutATray();
     void busThatDies();
+    void panelWhenTheBusDies();
 
 private:
     std::unique_ptr<LaunchedApplication> launch(const QByteArray &scenario,
@@ -265,6 +268,51 @@ void TestLifecycle::panelWithoutATray()
         QVERIFY(isInTray(reader));
         QVERIFY(waitUntil([] { return !isWindowShown(QStringLiteral("Tidewick")); }));
     }
+    QVERIFY(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }));
+    QVERIFY(application->endsWell(SIGTERM));
+}
+
+void TestLifecycle::killedWhileStoppingItTellsNobodyTwice()
+{
+    const SessionBus bus;
+    const XServer display;
+    const auto application = launch("listen=no stop-delay=2");
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("Application starting") > 0; }));
+    const pid_t node = *application->node();
+    application->process().send(SIGTERM);
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("signal 15") > 0; }));
+    application->process().send(SIGKILL);
+    QVERIFY(application->process().waitForEnd());
+    QVERIFY(waitUntil([&] { return !runs(node); }));
+    QVERIFY2(LaunchedApplication::debugLog().contains("Done."), LaunchedApplication::debugLog());
+}
+
+void TestLifecycle::launchWhileQuitting()
+{
+    const SessionBus bus;
+    const XServer display;
+    const auto first = launch("listen=no stop-delay=3");
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("Application starting") > 0; }));
+    first->process().send(SIGTERM);
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("signal 15") > 0; }));
+    const auto second = launch("listen=no");
+    QVERIFY(second->process().waitForEnd());
+    QCOMPARE(second->output(),
+             "Tidewick is running already, but did not come forward: it is quitting\n");
+    QCOMPARE(second->process().ending()->status, 1);
+    QVERIFY(first->process().waitForEnd());
+    QCOMPARE(first->process().ending()->status, 0);
+}
+
+void TestLifecycle::panelWhenTheBusDies()
+{
+    SessionBus bus;
+    const XServer display;
+    const DesktopPanel panel;
+    TrayReader reader(bus.connection());
+    const auto application = launch("speed=20 state=full");
+    QVERIFY(isInTray(reader));
+    bus.stop();
     QVERIFY(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }));
     QVERIFY(application->endsWell(SIGTERM));
 }

@@ -21,7 +21,11 @@ class TestTerminal : public QObject
 
 private slots:
     void init();
-    void cleanup() { std::filesystem::remove_all(applicationData()); }
+    void cleanup()
+    {
+        std::filesystem::remove_all(applicationData());
+        Defaults::standard().remove(QStringLiteral("diskGuardFreeGB"));
+    }
 
     void printsWhatChanges();
     void endsOnSignals_data();
@@ -145,7 +149,6 @@ void TestTerminal::numbersDoNotFollowTheLocale()
         QStringLiteral("Only [0-9]+\\.[0-9] GB free; the disk guard needs 1000000 GB\\."));
     QVERIFY(QString::fromUtf8(application->output()).contains(refusal));
     QVERIFY(application->endsWell(SIGTERM));
-    Defaults::standard().remove(QStringLiteral("diskGuardFreeGB"));
 }
 
 TIDEWICK_LOOPBACK_TEST_MAIN(TestTerminal)

@@ -86,6 +86,7 @@ void TestTray::registersWithAName()
 {
     QVERIFY(menuIsCurrent());
     QCOMPARE(m_reader->toolTip(), QStringLiteral("Tidewick: Stopped"));
+    QCOMPARE(m_reader->property("Title").toString(), QGuiApplication::applicationDisplayName());
     QCOMPARE(m_reader->property("Status").toString(), QStringLiteral("Active"));
 }
 

@@ -149,7 +149,7 @@ void TestNodeControllerSlots::refusedStartIsItsOwn()
     QString detail;
     const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
     connect(&m_rig->node(), &NodeController::endedOnItsOwn, this,
-            [&] { detail = m_rig->status().detail; });
+            [&](Phase, const QString &why) { detail = why; });
     m_rig->node().start();
     QCOMPARE(spy.size(), 1);
     QVERIFY(!detail.isEmpty());

@@ -85,9 +85,9 @@ void TestNodeRPCAnswers::answers_data()
     row("half the headers", "HTTP/1.1 200 OK\r\nContent-Le");
     for (const char *status :
          {"400 Bad Request", "401 Unauthorized", "403 Forbidden", "404 Not Found",
-          "405 Method Not Allowed", "409 Conflict", "410 Gone", "418 Teapot", "422 Unprocessable",
-          "500 Internal Server Error", "501 Not Implemented", "503 Service Unavailable",
-          "599 Other"}) {
+          "405 Method Not Allowed", "407 Proxy Authentication Required", "409 Conflict", "410 Gone",
+          "418 Teapot", "422 Unprocessable", "500 Internal Server Error", "501 Not Implemented",
+          "503 Service Unavailable", "599 Other"}) {
         QTest::addRow("%s, JSON", status) << RawServer::http(errorBody, status) << Result(error);
         QTest::addRow("%s, text", status) << RawServer::http("no", status) << Result();
     }

@@ -248,16 +248,17 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const ChildSpec &spec)
         forget(child);
         throw error;
     }
-    const bool guarded = spec.deathWatch != nullptr && spec.deathWatch->guard(process.get());
+    const bool guarded = spec.deathWatch != nullptr && spec.deathWatch->guard(process.get(), child);
     if (const auto failure = finishStart(ours.get(), guarded ? goGuarded : goUnguarded)) {
         forget(child);
         throw errorOf(*failure, spec);
     }
-    return std::unique_ptr<ChildProcess>(new ChildProcess(child, std::move(process)));
+    return std::unique_ptr<ChildProcess>(
+        new ChildProcess(child, std::move(process), spec.deathWatch));
 }
 
-ChildProcess::ChildProcess(pid_t id, UniqueDescriptor process)
-    : m_id(id), m_process(std::move(process))
+ChildProcess::ChildProcess(pid_t id, UniqueDescriptor process, const DeathWatch *deathWatch)
+    : m_id(id), m_process(std::move(process)), m_deathWatch(deathWatch)
 {
     if (QCoreApplication::instance() == nullptr)
         return;
@@ -269,6 +270,8 @@ ChildProcess::~ChildProcess() = default;
 
 void ChildProcess::terminate()
 {
+    if (m_deathWatch)
+        m_deathWatch->release(m_id);
     send(SIGTERM);
 }
 

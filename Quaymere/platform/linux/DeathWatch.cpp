@@ -3,10 +3,12 @@
 
 #include "platform/DeathWatch.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <optional>
 
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -20,7 +22,7 @@ namespace {
 /// The number of processes guarded at a time; the oldest are let go beyond that.
 constexpr std::size_t mostGuarded = 8;
 
-/// A message of one byte that carries a descriptor, set up to be sent or to be filled.
+/// A process to guard, with its descriptor, or to let go of, without.
 struct Message
 {
     Message()
@@ -34,27 +36,33 @@ struct Message
     Message &operator=(const Message &) = delete;
     ~Message() = default;
 
-    char byte = 0;
-    iovec part{&byte, 1};
+    pid_t id = 0;
+    iovec part{&id, sizeof id};
     alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
     msghdr header{};
 };
 
-/// The next descriptor to guard, or -1 once the other end is gone.
-int receive(int channel)
+struct Guarded
 {
-    while (true) {
-        Message message;
-        const ssize_t count = ::recvmsg(channel, &message.header, 0);
-        if (count == 0 || (count < 0 && errno != EINTR))
-            return -1;
-        const cmsghdr *control = count > 0 ? CMSG_FIRSTHDR(&message.header) : nullptr;
-        if (control == nullptr || control->cmsg_type != SCM_RIGHTS)
-            continue;
-        int descriptor = -1;
-        std::memcpy(&descriptor, CMSG_DATA(control), sizeof descriptor);
-        return descriptor;
-    }
+    pid_t id = 0;
+    int descriptor = -1;
+};
+
+/// The next word from the program; nothing once it is gone.
+std::optional<Guarded> receive(int channel)
+{
+    Message message;
+    ssize_t count = 0;
+    do {
+        count = ::recvmsg(channel, &message.header, 0);
+    } while (count < 0 && errno == EINTR);
+    if (count <= 0)
+        return std::nullopt;
+    Guarded guarded{message.id, -1};
+    const cmsghdr *control = CMSG_FIRSTHDR(&message.header);
+    if (control != nullptr && control->cmsg_type == SCM_RIGHTS)
+        std::memcpy(&guarded.descriptor, CMSG_DATA(control), sizeof guarded.descriptor);
+    return guarded;
 }
 
 /// Out of reach of the terminal and of whoever tells the program to end: this one goes last.
@@ -69,25 +77,34 @@ void standApart()
 void closeOthers(int channel)
 {
     ::dup2(channel, 0);
-    ::syscall(SYS_close_range, 1U, ~0U, 0U);
+    if (::syscall(SYS_close_range, 1U, ~0U, 0U) == 0)
+        return;
+    constexpr int mostOpenThisEarly = 1024; // kernels before 5.9
+    for (int descriptor = 1; descriptor < mostOpenThisEarly; ++descriptor)
+        ::close(descriptor);
 }
 
 [[noreturn]] void watch(int channel)
 {
     standApart();
     closeOthers(channel);
-    std::array<int, mostGuarded> guarded{};
-    guarded.fill(-1);
+    std::array<Guarded, mostGuarded> guarded{};
     std::size_t next = 0;
-    for (int process = receive(0); process >= 0; process = receive(0)) {
-        if (guarded[next] >= 0)
-            ::close(guarded[next]);
-        guarded[next] = process;
-        next = (next + 1) % guarded.size();
+    while (const auto word = receive(0)) {
+        Guarded *place = std::find_if(guarded.begin(), guarded.end(), [&](const Guarded &known) {
+            return known.descriptor >= 0 && known.id == word->id;
+        });
+        if (place == guarded.end()) {
+            place = &guarded[next];
+            next = (next + 1) % guarded.size();
+        }
+        if (place->descriptor >= 0)
+            ::close(place->descriptor);
+        *place = *word;
     }
-    for (const int process : guarded) {
-        if (process >= 0)
-            ::syscall(SYS_pidfd_send_signal, process, SIGTERM, nullptr, 0U);
+    for (const Guarded &left : guarded) {
+        if (left.descriptor >= 0)
+            ::syscall(SYS_pidfd_send_signal, left.descriptor, SIGTERM, nullptr, 0U);
     }
     ::_exit(0);
 }
@@ -97,13 +114,15 @@ void closeOthers(int channel)
 DeathWatch::DeathWatch()
 {
     std::array<int, 2> ends{};
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
+    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
         return;
     UniqueDescriptor ours(ends[0]);
     const UniqueDescriptor theirs(ends[1]);
     m_watcher = ::fork();
-    if (m_watcher == 0)
+    if (m_watcher == 0) {
+        ours.reset(); // or the end of the program would not be seen from here
         watch(theirs.get());
+    }
     if (m_watcher > 0)
         m_channel = std::move(ours);
 }
@@ -117,17 +136,24 @@ DeathWatch::~DeathWatch()
     }
 }
 
-bool DeathWatch::guard(int process) const
+bool DeathWatch::guard(int process, pid_t id) const
 {
     if (!m_channel)
         return false;
     Message message;
+    message.id = id;
     cmsghdr *control = CMSG_FIRSTHDR(&message.header);
     control->cmsg_level = SOL_SOCKET;
     control->cmsg_type = SCM_RIGHTS;
     control->cmsg_len = CMSG_LEN(sizeof process);
     std::memcpy(CMSG_DATA(control), &process, sizeof process);
-    return ::sendmsg(m_channel.get(), &message.header, MSG_NOSIGNAL) == 1;
+    return ::sendmsg(m_channel.get(), &message.header, MSG_NOSIGNAL) > 0;
+}
+
+void DeathWatch::release(pid_t id) const
+{
+    if (m_channel)
+        (void)!::send(m_channel.get(), &id, sizeof id, MSG_NOSIGNAL);
 }
 
 } // namespace tidewick

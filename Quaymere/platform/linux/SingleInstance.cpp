@@ -7,6 +7,7 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QFile>
 #include <QLockFile>
@@ -19,26 +20,22 @@ namespace tidewick {
 namespace {
 
 constexpr const char *objectPath = "/org/tidewick/Tidewick";
+const QString activationToken = QStringLiteral("activation-token");
 constexpr const char *interfaceName = "org.freedesktop.Application";
 /// A first instance whose main thread does not answer for so long is of no use to who waits.
-constexpr int answerLimitMs = 800;
+constexpr int answerLimitMs = 3000;
 
 /// What a launcher gave this process so that a window of the first one may take the focus.
 QVariantMap platformData()
 {
-    QVariantMap data;
-    for (const auto &[key, variable] : {std::pair("activation-token", "XDG_ACTIVATION_TOKEN"),
-                                        std::pair("desktop-startup-id", "DESKTOP_STARTUP_ID")}) {
-        if (const QByteArray value = qgetenv(variable); !value.isEmpty())
-            data.insert(QLatin1String(key), QString::fromUtf8(value));
-    }
-    return data;
+    const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
+    return token.isEmpty() ? QVariantMap() : QVariantMap{{activationToken, token}};
 }
 
 /// Qt takes the token for the next window that asks for the focus from the environment.
 void takeActivationToken(const QVariantMap &platformData)
 {
-    const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+    const QString token = platformData.value(activationToken).toString();
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
 }
@@ -93,15 +90,19 @@ SingleInstance::~SingleInstance() = default;
 SingleInstance::Claim SingleInstance::claim()
 {
     bool ownsName = false;
-    if (hasSessionBus()) {
-        QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnectionInterface *bus =
+        hasSessionBus() ? QDBusConnection::sessionBus().interface() : nullptr;
+    if (bus) {
         // Before the name is owned, so that no call is answered with "no such object".
-        bus.registerObject(QLatin1String(objectPath), this);
-        if (bus.isConnected()) {
-            ownsName = bus.registerService(QLatin1String(name));
-            if (!ownsName)
-                return tellFirst();
+        QDBusConnection::sessionBus().registerObject(QLatin1String(objectPath), this);
+        const auto attempt = [bus] { return bus->registerService(QLatin1String(name)); };
+        QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = attempt();
+        if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceNotRegistered) {
+            if (const auto claim = tellFirst())
+                return *claim;
+            reply = attempt(); // the first one has gone meanwhile
         }
+        ownsName = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
     }
     // The name is enough where the lock cannot be had for want of a place for it.
     return takeLock(ownsName) ? Claim::First : Claim::Refused;
@@ -138,16 +139,20 @@ bool SingleInstance::takeLock(bool isOptional)
     return false;
 }
 
-SingleInstance::Claim SingleInstance::tellFirst()
+/// Nothing when there is no first one any more.
+std::optional<SingleInstance::Claim> SingleInstance::tellFirst()
 {
     QDBusMessage call =
         QDBusMessage::createMethodCall(QLatin1String(name), QLatin1String(objectPath),
                                        QLatin1String(interfaceName), QStringLiteral("Activate"));
     call.setArguments({platformData()});
+    call.setAutoStartService(false);
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, answerLimitMs);
     if (answer.type() == QDBusMessage::ReplyMessage)
         return Claim::ToldFirst;
+    if (QDBusError(answer).type() == QDBusError::ServiceUnknown)
+        return std::nullopt;
     m_reason = QStringLiteral("Tidewick is running already, but did not come forward: %1")
                    .arg(answer.errorMessage());
     return Claim::Refused;
@@ -155,23 +160,25 @@ SingleInstance::Claim SingleInstance::tellFirst()
 
 void SingleInstance::activate(const QVariantMap &platformData)
 {
-    if (!m_hasWindows)
-        return refuseCall();
+    if (isRefused())
+        return;
     takeActivationToken(platformData);
     emit activated();
 }
 
 void SingleInstance::activateAction(const QString &action, const QVariantMap &platformData)
 {
-    if (!m_hasWindows && action != QLatin1String("quit"))
-        return refuseCall();
+    if (action != QLatin1String("quit") && isRefused())
+        return;
     takeActivationToken(platformData);
     emit actionActivated(action);
 }
 
-void SingleInstance::refuseCall()
+bool SingleInstance::isRefused() const
 {
-    sendErrorReply(QDBusError::NotSupported, QStringLiteral("it runs without a display"));
+    if (!m_refusal.isEmpty())
+        sendErrorReply(QDBusError::NotSupported, m_refusal);
+    return !m_refusal.isEmpty();
 }
 
 } // namespace tidewick

@@ -36,7 +36,16 @@ public:
         for (const char *signal :
              {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
             m_bus.connect(watcher, watcherPath, watcher, QLatin1String(signal), this, SLOT(ask()));
+        // A bus that dies takes its hosts with it, and says nothing of them.
+        m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                      QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                      this, SLOT(forget()));
         ask();
+    }
+
+    bool has(Kind kind) const
+    {
+        return kind == Kind::StatusNotifier ? m_hasNotifierHost : m_xembed.exists();
     }
 
     Kind kind() const
@@ -65,12 +74,18 @@ private slots:
         if (call != m_latest)
             return;
         const QDBusPendingReply<QDBusVariant> answer = *call;
-        const bool has = !answer.isError() && answer.value().variant().toBool();
-        if (std::exchange(m_hasNotifierHost, has) != has)
+        set(!answer.isError() && answer.value().variant().toBool());
+    }
+
+    void forget() { set(false); }
+
+private:
+    void set(bool hasNotifierHost)
+    {
+        if (std::exchange(m_hasNotifierHost, hasNotifierHost) != hasNotifierHost)
             emit m_host->changed();
     }
 
-private:
     TrayHost *m_host;
     QDBusConnection m_bus;
     QDBusServiceWatcher m_services;
@@ -86,6 +101,11 @@ TrayHost::~TrayHost() = default;
 TrayHost::Kind TrayHost::kind() const
 {
     return m_private->kind();
+}
+
+bool TrayHost::has(Kind kind) const
+{
+    return m_private->has(kind);
 }
 
 } // namespace tidewick
