@@ -11,6 +11,9 @@ AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
     : QObject(parent), m_node(NodeConfig::dataDirectory(), NodeHost(&deathWatch))
 {
     connect(&m_node, &NodeController::readyToTerminate, this, &AppDelegate::terminated);
+    connect(&m_launched, &QTimer::timeout, this, &AppDelegate::applicationDidFinishLaunching);
+    m_launched.setSingleShot(true);
+    m_launched.start(0);
 }
 
 void AppDelegate::applicationDidFinishLaunching()

@@ -7,6 +7,7 @@
 #include "platform/DeathWatch.h"
 
 #include <QObject>
+#include <QTimer>
 
 namespace tidewick {
 
@@ -20,7 +21,8 @@ class AppDelegate final : public QObject
 public:
     enum class TerminateReply { Cancel = 0, Now = 1, Later = 2 };
 
-    /// With a controller for the user's data directory.
+    /// With a controller for the user's data directory. Once the event loop turns, the application
+    /// has launched.
     explicit AppDelegate(const DeathWatch &deathWatch, QObject *parent = nullptr);
 
     NodeController &node() { return m_node; }
@@ -42,6 +44,7 @@ signals:
 
 private:
     NodeController m_node;
+    QTimer m_launched;
     bool m_terminating = false;
 };
 

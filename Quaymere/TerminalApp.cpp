@@ -35,8 +35,6 @@ int TerminalApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     });
     SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
     connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
-    QMetaObject::invokeMethod(&delegate, &AppDelegate::applicationDidFinishLaunching,
-                              Qt::QueuedConnection);
     return exec();
 }
 

@@ -143,7 +143,7 @@ void TestBadSurroundings::fullDisk()
 {
     const SmallVolume volume(m_folder.path() / "volume");
     Defaults::standard().setInteger(QStringLiteral("diskGuardFreeGB"), 0);
-    writeFile(volume.path() / "other data", QByteArray(60 * 1024, 'x'));
+    writeFile(volume.path() / "other data", QByteArray(60'000, 'x'));
     const auto application = launch(volume.path());
     QVERIFY(!detailUnder(QStringLiteral("Error")).isEmpty());
     const QString text = m_reader->toolTip(); // the menu's row has no room for all of it
