@@ -18,7 +18,7 @@ namespace {
 
 // In characters of the text: narrower looks cramped, wider is hard to read.
 constexpr int leastColumns = 44;
-constexpr int mostColumns = 110;
+constexpr qsizetype mostColumns = 110;
 constexpr int leastLines = 3;
 /// The part of the screen that the text may take.
 constexpr double mostOfScreen = 0.6;
@@ -47,6 +47,7 @@ ErrorAlert::ErrorAlert(QWidget *parent) : QDialog(parent), m_text(new QPlainText
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->setAccessibleName(title->text());
+    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); // as fitToText() says
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -79,10 +80,13 @@ void ErrorAlert::fitToText(const QString &text)
         columns = std::max(columns, line.size());
         lines += 1 + line.size() / mostColumns;
     }
+    // A little more than is needed, lest a scroll bar come up that takes room itself.
+    columns += 2;
+    lines += 1;
     const QFontMetrics metrics(m_text->font());
     const int frame = 2 * (m_text->frameWidth() + int(m_text->document()->documentMargin()))
                       + style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    const QSize whole(metrics.averageCharWidth() * int(std::min<qsizetype>(columns, mostColumns)),
+    const QSize whole(metrics.horizontalAdvance(QString(std::min(columns, mostColumns), u'x')),
                       metrics.lineSpacing() * int(std::clamp<qsizetype>(lines, leastLines, 1000)));
     const QSize most = screen()->availableSize() * mostOfScreen;
     m_text->setMinimumSize((whole + QSize(frame, frame)).boundedTo(most));
