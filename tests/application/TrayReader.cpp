@@ -86,6 +86,8 @@ TrayReader::TrayReader(const QDBusConnection &bus) : m_bus(bus)
 {
     m_bus.connect(QString(), menuPath, menuInterface, QStringLiteral("LayoutUpdated"), this,
                   SLOT(countLayoutUpdate()));
+    m_bus.connect(QString(), menuPath, menuInterface, QStringLiteral("ItemsPropertiesUpdated"),
+                  this, SLOT(countPropertyUpdate()));
 }
 
 QDBusMessage TrayReader::ask(const QString &service, const QString &path, const QString &interface,

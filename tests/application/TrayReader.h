@@ -53,8 +53,12 @@ public:
     /// How often hosts were told to read the menu anew.
     int layoutUpdates() const { return m_layoutUpdates; }
 
+    /// How often they were told what is new about its entries.
+    int propertyUpdates() const { return m_propertyUpdates; }
+
 private slots:
     void countLayoutUpdate() { ++m_layoutUpdates; }
+    void countPropertyUpdate() { ++m_propertyUpdates; }
 
 private:
     QDBusMessage ask(const QString &service, const QString &path, const QString &interface,
@@ -63,6 +67,7 @@ private:
     QDBusConnection m_bus;
     QString m_service;
     int m_layoutUpdates = 0;
+    int m_propertyUpdates = 0;
 };
 
 /// The rows as a host should draw them; `id` is left at 0.

@@ -33,6 +33,12 @@ public:
 
     const fs::path &path() const { return m_path; }
 
+    void makeReadOnly() const
+    {
+        if (::mount(nullptr, m_path.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0)
+            qFatal("%s cannot be made read-only", m_path.c_str());
+    }
+
 private:
     fs::path m_path;
 };
@@ -53,6 +59,8 @@ private slots:
     void strangePaths();
     void fileInPlaceOfTheFolder();
     void fullDisk();
+    void readOnlyVolume_data();
+    void readOnlyVolume();
     void noProgramsToOpenAnything();
 
 private:
@@ -154,6 +162,28 @@ void TestBadSurroundings::fullDisk()
     QVERIFY(m_reader->click(QStringLiteral("Start Node")));
     QVERIFY(waitUntil([&] { return fs::exists(volume.path() / "Tidewick" / "debug.log"); }));
     QVERIFY(contentOf(volume.path() / "Tidewick" / "xrpld.cfg").contains("[server]"));
+    QVERIFY(application->endsWell(SIGTERM));
+}
+
+void TestBadSurroundings::readOnlyVolume_data()
+{
+    QTest::addColumn<bool>("isFolderThere");
+    QTest::newRow("without the folder") << false;
+    QTest::newRow("with the folder") << true;
+}
+
+void TestBadSurroundings::readOnlyVolume()
+{
+    QFETCH(bool, isFolderThere);
+    const SmallVolume volume(m_folder.path() / "read-only");
+    if (isFolderThere)
+        fs::create_directory(volume.path() / "Tidewick");
+    volume.makeReadOnly();
+    Defaults::standard().setInteger(QStringLiteral("diskGuardFreeGB"), 0);
+    const auto application = launch(volume.path());
+    QVERIFY(!detailUnder(QStringLiteral("Error")).isEmpty());
+    const QString text = m_reader->toolTip();
+    QVERIFY2(text.endsWith(QLatin1String("Read-only file system")), qPrintable(text));
     QVERIFY(application->endsWell(SIGTERM));
 }
 

@@ -156,10 +156,12 @@ void TestTray::pollsUpdateNoLayout()
     QVERIFY(menuIsCurrent());
     const QList<MenuEntry> before = m_reader->menu();
     const int updates = m_reader->layoutUpdates();
+    const int news = m_reader->propertyUpdates();
 
     const QSignalSpy changes(&m_rig->node(), &NodeController::statusChanged);
     QVERIFY(m_rig->runUntil([&] { return changes.size() >= 10; }));
     QVERIFY(menuIsCurrent());
+    QVERIFY(m_reader->propertyUpdates() > news);
     QCOMPARE(m_reader->layoutUpdates(), updates);
     const QList<MenuEntry> after = m_reader->menu();
     QCOMPARE(after.size(), before.size());
