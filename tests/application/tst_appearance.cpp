@@ -48,7 +48,7 @@ public:
     }
 
 signals:
-    void SettingChanged(const QString &itsGroup, const QString &itsKey, const QDBusVariant &value);
+    void SettingChanged(const QString &, const QString &, const QDBusVariant &);
 
 public slots:
     QDBusVariant Read(const QString &itsGroup, const QString &itsKey)

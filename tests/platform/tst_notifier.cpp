@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "support/NotificationService.h"
 #include "PrivateBus.h"
 #include "platform/Notifier.h"
+#include "support/NotificationService.h"
 #include "support/Surroundings.h"
 
 #include <QDBusArgument>
