@@ -58,7 +58,10 @@ QCoro::Task<bool> Alerts::confirm(Confirmation question)
     QObject::connect(alert, &QDialog::finished, alert, [&answer, alert, accept] {
         answer.resolve(alert->clickedButton() == accept);
     });
-    QObject::connect(alert, &QObject::destroyed, [&answer] { answer.resolve(false); });
+    QObject::connect(alert, &QObject::destroyed, [this, &answer] {
+        m_question.clear(); // half of it is gone already
+        answer.resolve(false);
+    });
     Windows::bringForward(*alert);
     const bool accepted = co_await answer;
     // The alert may still have to go, the answer goes now.
