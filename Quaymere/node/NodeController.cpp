@@ -3,7 +3,7 @@
 
 #include "node/NodeController.h"
 
-#include "node/NodePorts.h"
+#include "platform/NodePorts.h"
 #include "platform/NumberText.h"
 #include "platform/Utf8.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeController.h"
-#include "node/NodePorts.h"
+#include "platform/NodePorts.h"
 #include "support/RpcCall.h"
 #include "support/ScriptedNode.h"
 #include "support/Surroundings.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeController.h"
-#include "node/NodePorts.h"
+#include "platform/NodePorts.h"
 #include "node/Settings.h"
 #include "support/NodeRig.h"
 #include "support/Processes.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "SmokeTest.h"
-#include "node/NodePorts.h"
+#include "platform/NodePorts.h"
 #include "support/NodeRig.h"
 #include "support/RunProgram.h"
 #include "support/Surroundings.h"

@@ -3,7 +3,7 @@
 
 #include "support/ScriptedNode.h"
 
-#include "node/NodePorts.h"
+#include "platform/NodePorts.h"
 
 #include <utility>
 

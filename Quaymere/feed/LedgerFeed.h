@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "feed/TypesByLedger.h"
+#include "platform/Clock.h"
+
+#include <QList>
+#include <QObject>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tidewick {
+
+class StreamReader;
+class StreamSocket;
+
+/// What the feed asks of the host. Real by default; a test puts its own in place.
+struct LedgerFeedHost
+{
+    std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
+    /// A new connection to the node's stream.
+    std::function<std::unique_ptr<StreamSocket>()> connect;
+
+    LedgerFeedHost();
+};
+
+/// The ledgers and transactions that the node's stream tells of, in short lists for a window.
+/// Owned by that window; main thread only. Started, it connects, subscribes and asks for the
+/// ledgers that closed before, and it connects anew 3 s after a connection has ended for as long as
+/// it takes. Stopped, it keeps its lists and goes on from them when it is started again.
+///
+/// What it holds is bounded whatever the stream says: 60 ledgers, 40 listed transactions and as
+/// many that wait to be listed, and tallies as TypesByLedger says.
+class LedgerFeed final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Unix time. Closing times are whole seconds, but what a message says may be anything.
+    using Time = std::chrono::sys_time<std::chrono::duration<double>>;
+
+    struct Ledger
+    {
+        /// The ledger index.
+        qint64 id = 0;
+        /// Transactions in the ledger.
+        qint64 txns = 0;
+        Time closed;
+
+        bool operator==(const Ledger &) const = default;
+    };
+
+    struct Tx
+    {
+        /// The transaction's hash.
+        QString id;
+        /// "Payment" and so on; "Unknown" when the message does not say.
+        QString type;
+        /// The sending account; may be empty.
+        QString account;
+        /// "tesSUCCESS" and so on; may be empty.
+        QString result;
+        /// Index of the ledger that holds it.
+        qint64 ledger = 0;
+
+        bool operator==(const Tx &) const = default;
+    };
+
+    using TypeCount = TypesByLedger::TypeCount;
+
+    static constexpr qsizetype mostLedgers = 60;
+    static constexpr qsizetype mostTxs = 40;
+
+    explicit LedgerFeed(LedgerFeedHost host = {}, QObject *parent = nullptr);
+    ~LedgerFeed() override;
+
+    void start();
+    void stop();
+    bool running() const { return m_running; }
+
+    /// Closed ledgers, oldest first.
+    const QList<Ledger> &ledgers() const { return m_ledgers; }
+
+    /// The latest transactions, newest first.
+    const QList<Tx> &txs() const { return m_txs; }
+
+    /// How many transactions of each type were seen live in the kept ledgers, most first.
+    const QList<TypeCount> &types() const { return m_types; }
+
+    /// A message has come on the current connection.
+    bool connected() const { return m_connected; }
+
+    /// Transactions per second over the kept ledgers; nothing when they tell no rate.
+    std::optional<double> txRate() const;
+
+    /// Takes in one message of the stream. Messages that make no sense change nothing.
+    void handle(const QString &text);
+
+signals:
+    void ledgersChanged();
+    /// So many transactions stand new at the front of the list.
+    void txsChanged(qsizetype arrived);
+    void typesChanged();
+    void connectedChanged();
+
+private:
+    void connectToNode();
+    void letGoOfSocket();
+    void reconnectLater();
+    void setConnected(bool connected);
+
+    void backfill(qint64 below);
+    void addBackfilled(const Ledger &ledger);
+    void addClosed(const Ledger &ledger);
+    void addTransaction(Tx tx);
+    void trimLedgers();
+
+    void flushLater();
+    void flush();
+
+    LedgerFeedHost m_host;
+    std::unique_ptr<StreamReader> m_reader;
+    std::unique_ptr<StreamSocket> m_socket;
+    std::unique_ptr<Alarm> m_reconnect;
+    bool m_running = false;
+    bool m_connected = false;
+
+    QList<Ledger> m_ledgers;
+    QList<Tx> m_txs;
+    QList<TypeCount> m_types;
+    TypesByLedger m_typesByLedger;
+
+    /// Transactions since the last flush, oldest first; of more than the list holds, the last.
+    QList<Tx> m_pending;
+    /// Flushes fall on whole multiples of their interval from here.
+    ContinuousClock::time_point m_started;
+    /// Set while something is pending.
+    std::unique_ptr<Alarm> m_flusher;
+};
+
+} // namespace tidewick
