@@ -34,8 +34,8 @@ QString trayAdvice()
 } // namespace
 
 DesktopFaces::DesktopFaces(NodeController &node)
-    : m_node(node), m_commands(node, m_windows, m_alerts, QDesktopServices::openUrl),
-      m_icon(Bundle::main())
+    : m_node(node), m_windows(m_appearance, QDesktopServices::openUrl),
+      m_commands(node, m_windows, m_alerts, QDesktopServices::openUrl), m_icon(Bundle::main())
 {
     node.setConfirm(
         [this](Confirmation question) { return m_alerts.confirm(std::move(question)); });

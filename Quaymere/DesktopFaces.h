@@ -57,10 +57,10 @@ private:
     QString summary() const;
 
     NodeController &m_node;
+    Appearance m_appearance;
     Windows m_windows;
     Alerts m_alerts;
     MenuCommands m_commands;
-    Appearance m_appearance;
     StatusIcon m_icon;
     TrayHost m_trayHost;
     /// Runs while a tray host may still come.

@@ -128,10 +128,7 @@ std::optional<QUrl> ledgerLink(const NodeStatus &status)
 {
     if (!status.ledgerSeq)
         return std::nullopt;
-    const QUrl link(QLatin1String(Explorers::menu) + QLatin1String("ledger/")
-                        + QString::number(*status.ledgerSeq),
-                    QUrl::StrictMode);
-    return link.isValid() ? std::optional(link) : std::nullopt;
+    return Explorers::page(Explorers::menu, "ledger", QString::number(*status.ledgerSeq));
 }
 
 } // namespace tidewick

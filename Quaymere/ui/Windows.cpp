@@ -3,6 +3,9 @@
 
 #include "ui/Windows.h"
 
+#include "ui/Appearance.h"
+#include "ui/LedgerWindow.h"
+
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -33,18 +36,14 @@ QWidget *makeFixed(const QString &title, const QString &line)
 
 } // namespace
 
-Windows::Windows()
+Windows::Windows(const Appearance &appearance, OpenUrl openUrl)
+    : m_appearance(appearance), m_openUrl(std::move(openUrl))
 {
     m_scenes[QStringLiteral("settings")].make = [] {
         return makeFixed(QStringLiteral("Tidewick Settings"),
                          QStringLiteral("Settings are kept in settings.ini for now."));
     };
-    m_scenes[QStringLiteral("ledger")].make = [] {
-        QWidget *window = makeLine(QStringLiteral("Live Ledger"),
-                                   QStringLiteral("The ledger's stream will be shown here."));
-        window->resize(800, 780);
-        return window;
-    };
+    m_scenes[QStringLiteral("ledger")].make = [this] { return makeLedger(); };
     m_scenes[QStringLiteral("about")].make = [] {
         return makeFixed(QStringLiteral("About Tidewick"),
                          QStringLiteral("Tidewick runs an XRP Ledger node on your machine."));
@@ -55,6 +54,19 @@ Windows::~Windows()
 {
     for (auto &[identifier, scene] : m_scenes)
         delete scene.window;
+}
+
+QWidget *Windows::makeLedger()
+{
+    auto *window = new LedgerWindow(m_openUrl);
+    const auto follow = [this, window] {
+        window->setDark(m_appearance.isDark());
+        window->setStill(m_appearance.isStill());
+    };
+    connect(&m_appearance, &Appearance::changed, window, follow);
+    follow();
+    window->resize(800, 780);
+    return window;
 }
 
 void Windows::open(const QString &identifier)

@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QUrl>
 
 #include <functional>
 #include <map>
@@ -13,6 +14,8 @@ class QWidget;
 
 namespace tidewick {
 
+class Appearance;
+
 /// The application's windows by identifier: each is made when it is first asked for, and there is
 /// one of each at most. Closing one destroys it. Main thread only.
 class Windows final : public QObject
@@ -20,9 +23,11 @@ class Windows final : public QObject
     Q_OBJECT
 
 public:
-    using Make = std::function<QWidget *()>;
+    using OpenUrl = std::function<bool(const QUrl &)>;
 
-    Windows();
+    /// The windows look as the appearance says, which outlives this, also when it changes. Links in
+    /// them are shown through openUrl.
+    Windows(const Appearance &appearance, OpenUrl openUrl);
     ~Windows() override;
 
     /// Opens the window of that identifier, or brings it forward where it is open already. One of
@@ -38,9 +43,14 @@ public:
 private:
     struct Scene
     {
-        Make make;
+        std::function<QWidget *()> make;
         QPointer<QWidget> window;
     };
+
+    QWidget *makeLedger();
+
+    const Appearance &m_appearance;
+    OpenUrl m_openUrl;
 
     std::map<QString, Scene> m_scenes;
 };

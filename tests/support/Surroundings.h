@@ -64,3 +64,15 @@ void drawOffscreen();
         TestClass test;                           \
         return QTest::qExec(&test, argc, argv);   \
     }
+
+/// The same for one that does both.
+#define TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestClass)  \
+    int main(int argc, char *argv[])                \
+    {                                               \
+        tidewick::enterPrivateLoopback();           \
+        const tidewick::TestHome home;              \
+        tidewick::drawOffscreen();                  \
+        const QApplication application(argc, argv); \
+        TestClass test;                             \
+        return QTest::qExec(&test, argc, argv);     \
+    }

@@ -3,6 +3,7 @@
 
 #include "support/NodeRig.h"
 #include "support/Surroundings.h"
+#include "ui/Appearance.h"
 #include "ui/MenuCommands.h"
 
 #include <QApplication>
@@ -35,6 +36,7 @@ private slots:
 
 private:
     std::unique_ptr<NodeRig> m_rig;
+    std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<Windows> m_windows;
     std::unique_ptr<Alerts> m_alerts;
     std::unique_ptr<MenuCommands> m_commands;
@@ -47,7 +49,8 @@ void TestMenuCommands::init()
     m_opened.clear();
     m_opens = true;
     m_rig = std::make_unique<NodeRig>();
-    m_windows = std::make_unique<Windows>();
+    m_appearance = std::make_unique<Appearance>();
+    m_windows = std::make_unique<Windows>(*m_appearance, [](const QUrl &) { return true; });
     m_alerts = std::make_unique<Alerts>();
     m_commands = std::make_unique<MenuCommands>(m_rig->node(), *m_windows, *m_alerts,
                                                 [this](const QUrl &url) {
@@ -61,6 +64,7 @@ void TestMenuCommands::cleanup()
     m_commands.reset();
     m_alerts.reset();
     m_windows.reset();
+    m_appearance.reset();
     m_rig.reset();
 }
 
@@ -165,13 +169,5 @@ void TestMenuCommands::survivesADesktopThatOpensNothing()
     QCOMPARE(m_opened.size(), 1);
 }
 
-int main(int argc, char *argv[])
-{
-    enterPrivateLoopback();
-    const TestHome home;
-    drawOffscreen();
-    const QApplication application(argc, argv);
-    TestMenuCommands test;
-    return QTest::qExec(&test, argc, argv);
-}
+TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestMenuCommands)
 #include "tst_menucommands.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Surroundings.h"
+#include "ui/Appearance.h"
 #include "ui/Windows.h"
 
 #include <QApplication>
@@ -14,8 +15,8 @@ class TestWindows : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_windows = std::make_unique<Windows>(); }
-    void cleanup() { m_windows.reset(); }
+    void init();
+    void cleanup();
 
     void openOnce_data();
     void openOnce();
@@ -25,8 +26,21 @@ private slots:
     void closingTheLastIsNoEnd();
 
 private:
+    std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<Windows> m_windows;
 };
+
+void TestWindows::init()
+{
+    m_appearance = std::make_unique<Appearance>();
+    m_windows = std::make_unique<Windows>(*m_appearance, [](const QUrl &) { return true; });
+}
+
+void TestWindows::cleanup()
+{
+    m_windows.reset();
+    m_appearance.reset();
+}
 
 namespace {
 
@@ -99,5 +113,5 @@ void TestWindows::closingTheLastIsNoEnd()
     QCOMPARE(ends.size(), 0);
 }
 
-TIDEWICK_GUI_TEST_MAIN(TestWindows)
+TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestWindows)
 #include "tst_windows.moc"

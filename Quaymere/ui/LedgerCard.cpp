@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/LedgerCard.h"
+
+#include "ui/LedgerDrawing.h"
+
+#include <QPainter>
+
+namespace tidewick {
+
+LedgerCard::LedgerCard(const LedgerLook &look, const QString &title, QWidget *parent)
+    : QWidget(parent), m_look(look), m_title(title)
+{
+    setAccessibleName(title);
+    // The card paints its ground itself, so that the window's is not painted below it as well.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
+{
+    const int radius = metrics().radius;
+    if (rect().adjusted(radius, 1, -radius, -1).contains(area)
+        || rect().adjusted(1, radius, -1, -radius).contains(area)) {
+        painter.fillRect(area, colors().surface);
+    } else {
+        painter.fillRect(area, colors().bg);
+        const double line = LedgerDrawing::hairline(painter);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(colors().line, line));
+        painter.setBrush(colors().surface);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2),
+                                radius, radius);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    if (!m_title.isEmpty() && titleRect().intersects(area))
+        LedgerDrawing::line(painter, titleRect(), Qt::AlignLeft, metrics().cardTitle, colors().ink,
+                            m_title);
+}
+
+QRect LedgerCard::titleRect() const
+{
+    return {metrics().cardSide, metrics().cardTop, width() - 2 * metrics().cardSide,
+            QFontMetrics(metrics().cardTitle).height()};
+}
+
+QRect LedgerCard::content() const
+{
+    QRect rect = titleRect();
+    rect.setTop(rect.bottom() + 1 + metrics().titleGap);
+    rect.setBottom(height() - metrics().cardTop - 1);
+    return rect;
+}
+
+} // namespace tidewick

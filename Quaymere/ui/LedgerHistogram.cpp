@@ -1,0 +1,317 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/LedgerHistogram.h"
+
+#include "ui/LedgerDrawing.h"
+#include "ui/LedgerHistogramAccess.h"
+#include "ui/LedgerTexts.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <cmath>
+
+namespace tidewick {
+
+namespace {
+
+constexpr int moveMilliseconds = 180;
+
+/// Between two bars, in pixels; a sixth of a bar's column at the usual width.
+constexpr int barGap = 2;
+/// Also of a ledger without transactions.
+constexpr int leastBar = 2;
+constexpr double barRadius = 3;
+
+double largest(const QList<LedgerFeed::Ledger> &ledgers)
+{
+    const auto *busiest = LedgerTexts::busiest(ledgers);
+    return busiest ? double(busiest->txns) : 0;
+}
+
+/// Its edges on whole pixels of the painter's screen, where they are sharp.
+QRectF onPixels(const QPainter &painter, const QRectF &rect)
+{
+    const QTransform toScreen = painter.deviceTransform();
+    const QRectF pixels = toScreen.mapRect(rect);
+    const QPointF topLeft(std::round(pixels.left()), std::round(pixels.top()));
+    const QPointF bottomRight(std::round(pixels.right()), std::round(pixels.bottom()));
+    return toScreen.inverted().mapRect(QRectF(topLeft, bottomRight));
+}
+
+/// Round at the top and square at the bottom.
+QPainterPath outline(const QRectF &bar)
+{
+    const double round = std::min({barRadius, bar.height(), bar.width() / 2});
+    const QSizeF corner(2 * round, 2 * round);
+    QPainterPath path(bar.bottomLeft());
+    path.arcTo(QRectF(bar.topLeft(), corner), 180, -90);
+    path.arcTo(QRectF(QPointF(bar.right() - corner.width(), bar.top()), corner), 90, -90);
+    path.lineTo(bar.bottomRight());
+    path.closeSubpath();
+    return path;
+}
+
+} // namespace
+
+LedgerHistogram::LedgerHistogram(const LedgerLook &look, QWidget *parent)
+    : LedgerCard(look, QStringLiteral("Transactions per ledger"), parent)
+{
+    LedgerHistogramAccess::install();
+    setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus);
+    m_move.setDuration(moveMilliseconds);
+    m_move.setEasingCurve(QEasingCurve::OutCubic);
+    m_move.setStartValue(0.0);
+    m_move.setEndValue(1.0);
+    connect(&m_move, &QVariantAnimation::valueChanged, this, [this] { update(chart()); });
+    connect(&m_move, &QVariantAnimation::finished, this, &LedgerHistogram::settle);
+}
+
+void LedgerHistogram::setLedgers(const QList<LedgerFeed::Ledger> &ledgers)
+{
+    const bool oneMore = !m_ledgers.isEmpty() && ledgers.size() >= 2
+                         && ledgers.at(ledgers.size() - 2) == m_ledgers.last();
+    m_largestBefore = largest(m_ledgers);
+    m_ledgers = ledgers;
+    m_move.stop();
+    if (oneMore && !isStill() && isVisible() && !window()->isMinimized())
+        m_move.start();
+    settle();
+    update();
+}
+
+/// The bars are where they stay, or on their way there, and another may be below the pointer.
+void LedgerHistogram::settle()
+{
+    hover(m_pointer ? ledgerAt(*m_pointer) : std::nullopt);
+    if (m_currentLedger && position(m_currentLedger) < 0)
+        m_currentLedger = m_ledgers.isEmpty() ? Index() : m_ledgers.first().id;
+}
+
+void LedgerHistogram::lookChanged()
+{
+    if (isStill())
+        m_move.stop();
+    LedgerCard::lookChanged();
+}
+
+QRect LedgerHistogram::chart() const
+{
+    return content();
+}
+
+QRect LedgerHistogram::column(qsizetype position) const
+{
+    // The last bar ends at the chart's edge, so that the gap beside it falls outside.
+    const double pitch = double(chart().width() + barGap) / LedgerFeed::mostLedgers;
+    const double moved =
+        m_move.state() == QAbstractAnimation::Running ? 1 - m_move.currentValue().toDouble() : 0;
+    const double fromRight = double(m_ledgers.size() - position) - moved;
+    const int left = chart().right() + 1 + barGap - qRound(fromRight * pitch);
+    const int right = chart().right() + 1 + barGap - qRound((fromRight - 1) * pitch);
+    return {left, chart().top(), right - left - barGap, chart().height()};
+}
+
+qsizetype LedgerHistogram::position(Index ledger) const
+{
+    const auto found = std::find_if(m_ledgers.begin(), m_ledgers.end(),
+                                    [&](const auto &other) { return other.id == ledger; });
+    return found == m_ledgers.end() ? -1 : found - m_ledgers.begin();
+}
+
+LedgerHistogram::Index LedgerHistogram::ledgerAt(const QPoint &point) const
+{
+    if (!chart().contains(point))
+        return {};
+    for (qsizetype i = 0; i < m_ledgers.size(); ++i)
+        if (column(i).adjusted(0, 0, barGap, 0).contains(point))
+            return m_ledgers.at(i).id;
+    return {};
+}
+
+qsizetype LedgerHistogram::current() const
+{
+    return hasFocus() ? position(m_currentLedger) : -1;
+}
+
+void LedgerHistogram::choose(qsizetype position)
+{
+    if (position >= 0 && position < m_ledgers.size())
+        emit chosen(m_ledgers.at(position).id);
+}
+
+void LedgerHistogram::hover(Index ledger)
+{
+    if (ledger == m_hoveredLedger)
+        return;
+    updateBars({std::exchange(m_hoveredLedger, ledger), ledger});
+    if (ledger)
+        setCursor(Qt::PointingHandCursor);
+    else
+        unsetCursor();
+}
+
+void LedgerHistogram::updateBars(std::initializer_list<Index> ledgers)
+{
+    update(titleRect());
+    for (const Index ledger : ledgers)
+        if (const qsizetype place = position(ledger); place >= 0)
+            update(column(place).adjusted(-barGap, -barGap, barGap, barGap));
+}
+
+void LedgerHistogram::mouseMoveEvent(QMouseEvent *event)
+{
+    m_pointer = event->position().toPoint();
+    hover(ledgerAt(*m_pointer));
+}
+
+void LedgerHistogram::leaveEvent(QEvent *)
+{
+    m_pointer.reset();
+    hover({});
+}
+
+void LedgerHistogram::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_pressedLedger = ledgerAt(event->position().toPoint());
+}
+
+void LedgerHistogram::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    // The bars may have moved since the press; what was pressed is what is meant.
+    const Index pressed = std::exchange(m_pressedLedger, {});
+    if (pressed && pressed == ledgerAt(event->position().toPoint()))
+        emit chosen(*pressed);
+}
+
+void LedgerHistogram::focusInEvent(QFocusEvent *event)
+{
+    if (!m_currentLedger && !m_ledgers.isEmpty())
+        m_currentLedger = m_ledgers.last().id;
+    m_showsCurrent = event->reason() == Qt::TabFocusReason
+                     || event->reason() == Qt::BacktabFocusReason
+                     || event->reason() == Qt::ShortcutFocusReason;
+    updateBars({m_currentLedger});
+    LedgerHistogramAccess::tellFocus(*this);
+}
+
+void LedgerHistogram::focusOutEvent(QFocusEvent *)
+{
+    m_showsCurrent = false;
+    updateBars({m_currentLedger});
+}
+
+void LedgerHistogram::step(qsizetype to)
+{
+    if (m_ledgers.isEmpty())
+        return;
+    const qsizetype place = std::clamp<qsizetype>(to, 0, m_ledgers.size() - 1);
+    m_showsCurrent = true;
+    updateBars({std::exchange(m_currentLedger, m_ledgers.at(place).id), m_ledgers.at(place).id});
+    LedgerHistogramAccess::tellFocus(*this);
+}
+
+void LedgerHistogram::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return step(position(m_currentLedger) - 1);
+    case Qt::Key_Right:
+        return step(position(m_currentLedger) + 1);
+    case Qt::Key_Home:
+        return step(0);
+    case Qt::Key_End:
+        return step(m_ledgers.size() - 1);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+        return choose(position(m_currentLedger));
+    default:
+        LedgerCard::keyPressEvent(event);
+    }
+}
+
+QString LedgerHistogram::label() const
+{
+    for (const Index ledger : {m_hoveredLedger, m_showsCurrent ? m_currentLedger : Index()})
+        if (const qsizetype place = position(ledger); ledger && place >= 0)
+            return LedgerTexts::bar(m_ledgers.at(place));
+    return LedgerTexts::summary(m_ledgers);
+}
+
+void LedgerHistogram::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    paintCard(painter, event->rect());
+    if (event->rect().intersects(titleRect()))
+        LedgerDrawing::line(painter, titleRect(), Qt::AlignRight, metrics().caption, colors().ink3,
+                            label());
+    paintBars(painter, event->rect());
+    const double line = LedgerDrawing::hairline(painter);
+    painter.fillRect(QRectF(chart().left(), chart().bottom() + 1 - line, chart().width(), line),
+                     colors().line);
+    paintAverage(painter);
+    if (m_showsCurrent)
+        paintFocus(painter);
+}
+
+void LedgerHistogram::paintBars(QPainter &painter, const QRect &area) const
+{
+    double scale = largest(m_ledgers);
+    if (m_move.state() == QAbstractAnimation::Running)
+        scale = m_largestBefore + (scale - m_largestBefore) * m_move.currentValue().toDouble();
+    const QColor calm = LedgerDrawing::mixed(colors().surface, colors().accent, 0.55F);
+    painter.save();
+    // While they move, the newest comes in from behind the edge.
+    painter.setClipRect(chart().adjusted(-barGap, 0, barGap, 0));
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (qsizetype i = 0; i < m_ledgers.size(); ++i) {
+        QRect bar = column(i);
+        if (!bar.intersects(area))
+            continue;
+        const LedgerFeed::Ledger &ledger = m_ledgers.at(i);
+        const double share = scale > 0 ? std::min(1.0, double(ledger.txns) / scale) : 0;
+        bar.setTop(bar.bottom() + 1 - std::max(leastBar, qRound(share * bar.height())));
+        painter.fillPath(outline(onPixels(painter, bar)),
+                         ledger.id == m_hoveredLedger ? colors().link : calm);
+    }
+    painter.restore();
+}
+
+void LedgerHistogram::paintAverage(QPainter &painter) const
+{
+    const double most = largest(m_ledgers);
+    if (most <= 0)
+        return;
+    const double thickness = LedgerDrawing::hairline(painter);
+    const double fromTop = (1 - LedgerTexts::average(m_ledgers) / most) * chart().height();
+    QColor color = colors().thread;
+    color.setAlphaF(0.8F);
+    painter.fillRect(QRectF(chart().left(), chart().top() + std::round(fromTop) - thickness / 2,
+                            chart().width(), thickness),
+                     color);
+}
+
+void LedgerHistogram::paintFocus(QPainter &painter) const
+{
+    const qsizetype place = position(m_currentLedger);
+    if (!m_currentLedger || place < 0)
+        return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(colors().link, 1.5));
+    painter.drawRoundedRect(QRectF(column(place)).adjusted(-1, -1, 1, 1), barRadius, barRadius);
+}
+
+void LedgerHistogram::resizeEvent(QResizeEvent *)
+{
+    m_move.stop();
+}
+
+} // namespace tidewick
