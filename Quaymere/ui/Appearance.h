@@ -4,12 +4,14 @@
 #pragma once
 
 #include <QDBusVariant>
+#include <QHash>
 #include <QObject>
 
 namespace tidewick {
 
-/// Whether the desktop is dark: what its settings portal says, else how light the palette's windows
-/// are. Follows the portal as it changes. Main thread only.
+/// How the desktop wants windows to look: dark or light, as its settings portal says or else as the
+/// palette's windows are, and with or without motion. Follows the portal as it changes. Main thread
+/// only.
 class Appearance final : public QObject
 {
     Q_OBJECT
@@ -18,6 +20,9 @@ public:
     explicit Appearance(QObject *parent = nullptr);
 
     bool isDark() const { return m_dark; }
+
+    /// Nothing is to move by itself.
+    bool isStill() const { return m_still; }
 
     /// To be called when the application's palette is another one.
     void paletteChanged() { decide(); }
@@ -29,12 +34,13 @@ private slots:
     void takeSetting(const QString &group, const QString &key, const QDBusVariant &value);
 
 private:
-    void askPortal();
+    void ask(const QString &group, const QString &key);
     void decide();
 
-    /// As the portal has it: 0 no preference, 1 dark, 2 light.
-    uint m_portalScheme = 0;
+    /// What the portal has said, by key: no key that counts here is in two groups.
+    QHash<QString, QVariant> m_settings;
     bool m_dark = false;
+    bool m_still = false;
 };
 
 } // namespace tidewick

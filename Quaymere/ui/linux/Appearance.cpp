@@ -10,6 +10,9 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <algorithm>
+#include <array>
+
 namespace tidewick {
 
 namespace {
@@ -17,11 +20,29 @@ namespace {
 constexpr QLatin1String portal("org.freedesktop.portal.Desktop");
 constexpr QLatin1String portalPath("/org/freedesktop/portal/desktop");
 constexpr QLatin1String portalSettings("org.freedesktop.portal.Settings");
-constexpr QLatin1String appearanceGroup("org.freedesktop.appearance");
-constexpr QLatin1String schemeKey("color-scheme");
 
+/// Dark or light, for all desktops: 0 no preference, 1 dark, 2 light.
+constexpr QLatin1String schemeKey("color-scheme");
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
+
+/// Less motion: for all desktops (1 asks for it), GNOME's (false does) and KDE's (a factor, "0").
+constexpr QLatin1String motionKey("reduced-motion");
+constexpr QLatin1String gnomeAnimationsKey("enable-animations");
+constexpr QLatin1String kdeDurationKey("AnimationDurationFactor");
+
+struct Setting
+{
+    QLatin1String group;
+    QLatin1String key;
+};
+
+constexpr std::array<Setting, 4> settings{{
+    {QLatin1String("org.freedesktop.appearance"), schemeKey},
+    {QLatin1String("org.freedesktop.appearance"), motionKey},
+    {QLatin1String("org.gnome.desktop.interface"), gnomeAnimationsKey},
+    {QLatin1String("org.kde.kdeglobals.KDE"), kdeDurationKey},
+}};
 
 /// The portal's answer to "Read" is wrapped once more than its signal.
 QVariant unwrapped(QVariant value)
@@ -39,39 +60,49 @@ Appearance::Appearance(QObject *parent) : QObject(parent)
                                           QStringLiteral("SettingChanged"), this,
                                           SLOT(takeSetting(QString, QString, QDBusVariant)));
     decide();
-    askPortal();
+    for (const Setting &setting : settings)
+        ask(setting.group, setting.key);
 }
 
-void Appearance::askPortal()
+void Appearance::ask(const QString &group, const QString &key)
 {
     QDBusMessage call =
         QDBusMessage::createMethodCall(portal, portalPath, portalSettings, QStringLiteral("Read"));
-    call.setArguments({QString(appearanceGroup), QString(schemeKey)});
+    call.setArguments({group, key});
     auto *answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, group, key] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         if (!reply.isError())
-            takeSetting(appearanceGroup, schemeKey, reply.value());
+            takeSetting(group, key, reply.value());
     });
 }
 
 void Appearance::takeSetting(const QString &group, const QString &key, const QDBusVariant &value)
 {
-    if (group != appearanceGroup || key != schemeKey)
+    const bool counts = std::any_of(settings.begin(), settings.end(), [&](const Setting &setting) {
+        return group == setting.group && key == setting.key;
+    });
+    if (!counts)
         return;
-    m_portalScheme = unwrapped(value.variant()).toUInt();
+    m_settings[key] = unwrapped(value.variant());
     decide();
 }
 
 void Appearance::decide()
 {
+    const uint scheme = m_settings.value(schemeKey).toUInt();
     bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
-    if (m_portalScheme == preferDark)
-        dark = true;
-    else if (m_portalScheme == preferLight)
-        dark = false;
-    if (std::exchange(m_dark, dark) != dark)
+    if (scheme == preferDark || scheme == preferLight)
+        dark = scheme == preferDark;
+    const bool still = m_settings.value(motionKey).toUInt() == 1
+                       || !m_settings.value(gnomeAnimationsKey, true).toBool()
+                       || m_settings.value(kdeDurationKey, 1.0).toDouble() == 0;
+
+    const bool same = dark == m_dark && still == m_still;
+    m_dark = dark;
+    m_still = still;
+    if (!same)
         emit changed();
 }
 
