@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
+#include <sstream>
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace tidewick::bench {
 
@@ -61,6 +64,37 @@ Duration processorTime(ChildSpec spec)
     if (ChildProcess::start(spec)->wait().status != 0)
         qFatal("%s failed", spec.executable.c_str());
     return childrensTime() - before;
+}
+
+Duration processorTimeSoFar(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::stringstream stat;
+    stat << file.rdbuf();
+    std::istringstream fields(stat.str().substr(stat.str().rfind(')') + 2));
+    std::string skipped;
+    for (int field = 3; field < 14; ++field)
+        fields >> skipped;
+    double ticks = 0;
+    for (int field = 0; field < 4; ++field) {
+        double value = 0;
+        fields >> value;
+        ticks += value;
+    }
+    return Duration(ticks / double(::sysconf(_SC_CLK_TCK)));
+}
+
+double memory(pid_t process)
+{
+    std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
+    std::string word;
+    double own = 0;
+    while (rollup >> word) {
+        double value = 0;
+        if (word == "Pss:" && rollup >> value)
+            own = value / 1024;
+    }
+    return own;
 }
 
 void print(const std::string &what, const Pair &pair, const std::string &goal)

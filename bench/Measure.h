@@ -32,6 +32,12 @@ Pair measure(int rounds, const std::function<void()> &first, const std::function
 /// Processor time, user and system, of running a program to its end with its output discarded.
 Duration processorTime(ChildSpec spec);
 
+/// Of a process and of its children that have ended, without the running ones.
+Duration processorTimeSoFar(pid_t process);
+
+/// Resident memory that is the process's own, in MiB: what it shares counts in proportion.
+double memory(pid_t process);
+
 /// One line of the table: what was compared, both figures, the ratio and the goal for it.
 void print(const std::string &what, const Pair &pair, const std::string &goal);
 

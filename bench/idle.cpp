@@ -14,11 +14,6 @@
 #include <QElapsedTimer>
 
 #include <csignal>
-#include <fstream>
-#include <sstream>
-
-#include <unistd.h>
-
 using namespace tidewick;
 using namespace tidewick::bench;
 
@@ -35,39 +30,6 @@ while sleep 2; do
     [ $((cycle % 5)) = 0 ] && ask get_counts .result.process.footprint
     cycle=$((cycle + 1))
 done)";
-
-/// Processor time of a process and of its children that have ended, without the running ones.
-Duration processorTimeSoFar(pid_t process)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    std::stringstream stat;
-    stat << file.rdbuf();
-    std::istringstream fields(stat.str().substr(stat.str().rfind(')') + 2));
-    std::string skipped;
-    for (int field = 3; field < 14; ++field)
-        fields >> skipped;
-    double ticks = 0;
-    for (int field = 0; field < 4; ++field) {
-        double value = 0;
-        fields >> value;
-        ticks += value;
-    }
-    return Duration(ticks / double(::sysconf(_SC_CLK_TCK)));
-}
-
-/// Resident memory that is the process's own, in MiB.
-double memory(pid_t process)
-{
-    std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
-    std::string word;
-    double own = 0;
-    while (rollup >> word) {
-        double value = 0;
-        if (word == "Pss:" && rollup >> value)
-            own = value / 1024;
-    }
-    return own;
-}
 
 ChildSpec bareTray()
 {

@@ -25,12 +25,15 @@ void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
         painter.fillRect(area, colors().surface);
     } else {
         painter.fillRect(area, colors().bg);
+        // Two fills take a fraction of the time that a translucent line around takes.
         const double line = LedgerDrawing::hairline(painter);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(colors().line, line));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(LedgerDrawing::over(colors().line, colors().surface));
+        painter.drawRoundedRect(rect(), radius, radius);
         painter.setBrush(colors().surface);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2),
-                                radius, radius);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(line, line, -line, -line), radius - line,
+                                radius - line);
         painter.setRenderHint(QPainter::Antialiasing, false);
     }
     if (!m_title.isEmpty() && titleRect().intersects(area))

@@ -43,4 +43,9 @@ QColor mixed(const QColor &from, const QColor &to, float part)
                             between(from.blueF(), to.blueF()));
 }
 
+QColor over(const QColor &color, const QColor &ground)
+{
+    return mixed(ground, color, color.alphaF());
+}
+
 } // namespace tidewick::LedgerDrawing

@@ -29,6 +29,9 @@ double hairline(const QPainter &painter);
 /// The colour so far of the way to another.
 QColor mixed(const QColor &from, const QColor &to, float part);
 
+/// What is seen of a translucent colour on that ground.
+QColor over(const QColor &color, const QColor &ground);
+
 } // namespace LedgerDrawing
 
 } // namespace tidewick
