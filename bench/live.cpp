@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+// What the whole application costs with the ledger window open and 200 transactions a second,
+// beside a Node.js client of the public xrpl package that subscribes to the same streams.
+
+#include "application/Desktop.h"
+#include "application/LaunchedApplication.h"
+#include "application/TrayReader.h"
+#include "application/XWindows.h"
+#include "bench/Measure.h"
+#include "support/Surroundings.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+
+using namespace tidewick;
+using namespace tidewick::bench;
+
+namespace {
+
+constexpr int minute = 60'000;
+/// Past the costs of starting, and several ledgers long.
+constexpr int beginning = 20'000;
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    enterPrivateLoopback();
+    const TestHome home;
+    const SessionBus bus;
+    const XServer display;
+    const QCoreApplication application(argc, argv);
+    const DesktopPanel panel;
+    if (!DesktopPanel::waitForHost(bus))
+        qFatal("No tray host came up");
+    const TestBundle bundle;
+
+    LaunchedApplication tidewick(bundle, "state=full txns=800-800 ledger-interval=4");
+    TrayReader reader(bus.connection());
+    if (!waitUntil([&] { return reader.findItem(); })
+        || !reader.click(QStringLiteral("Live Ledger…"))
+        || !waitUntil([] { return isWindowShown(QStringLiteral("Live Ledger")); }))
+        qFatal("The ledger window does not open");
+    if (!waitUntil([] { return LaunchedApplication::noted("RPCHandler:NFO subscribe") > 0; }))
+        qFatal("The ledger window does not subscribe");
+    Beside client("node", {XRPL_CLIENT_PATH});
+    if (const QByteArray line = client.readyLine(); line != "subscribed")
+        qFatal("The client says: %s", (line + client.output()).constData());
+
+    QTest::qWait(beginning);
+    const Duration ours = processorTimeSoFar(tidewick.process().id());
+    const Duration theirs = processorTimeSoFar(client.id());
+    QTest::qWait(minute);
+    print("a minute of the live ledger / Node.js client, CPU",
+          {processorTimeSoFar(tidewick.process().id()) - ours,
+           processorTimeSoFar(client.id()) - theirs},
+          "<= 0.2");
+    printMemory("the live ledger / Node.js client, memory", memory(tidewick.process().id()),
+                memory(client.id()), "<= 0.2");
+
+    client.send(SIGTERM);
+    if (!client.waitForEnd() || !client.output().contains("Payment"))
+        qFatal("The client counted nothing: %s", client.output().constData());
+    if (!tidewick.endsWell(SIGTERM))
+        qFatal("The application did not end well");
+    return 0;
+}
