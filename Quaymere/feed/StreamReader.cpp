@@ -3,9 +3,10 @@
 
 #include "feed/StreamReader.h"
 
+#include "platform/JsonRead.h"
 #include "platform/NumberText.h"
 
-#include <QJsonDocument>
+#include <QJsonArray>
 #include <QStringEncoder>
 
 #include <array>
@@ -17,10 +18,6 @@ namespace tidewick {
 
 namespace {
 
-using JsonValue = simdjson::dom::element;
-using JsonObject = simdjson::dom::object;
-using JsonArray = simdjson::dom::array;
-
 /// Of the node's times, which count from 2000-01-01 00:00:00 UTC, in Unix time.
 constexpr double ledgerEpoch = 946684800;
 
@@ -30,12 +27,22 @@ constexpr std::size_t longestText = 128;
 /// In bytes. The buffers take many times a message's length; those of a longer one are not kept.
 constexpr std::size_t usualMessage = 1024UL * 1024;
 
+using namespace std::string_view_literals;
+
+template <std::size_t N>
+using Names = std::array<std::string_view, N>;
+
+// What two parsers have read is looked into by functions of the same names: simdjson's values,
+// which are fast, and below Qt's.
+
+using FastObject = simdjson::dom::object;
+using FastValue = std::optional<simdjson::dom::element>;
+
 /// The values of these members; of members with the same name the last counts.
 template <std::size_t N>
-std::array<std::optional<JsonValue>, N> members(JsonObject object,
-                                                const std::array<std::string_view, N> &names)
+std::array<FastValue, N> members(const FastObject &object, const Names<N> &names)
 {
-    std::array<std::optional<JsonValue>, N> values;
+    std::array<FastValue, N> values;
     for (const auto field : object)
         for (std::size_t i = 0; i < N; ++i)
             if (field.key == names[i])
@@ -44,7 +51,7 @@ std::array<std::optional<JsonValue>, N> members(JsonObject object,
 }
 
 template <typename T>
-std::optional<T> as(const std::optional<JsonValue> &value)
+std::optional<T> as(const FastValue &value)
 {
     T content{};
     if (!value || value->get(content) != simdjson::SUCCESS)
@@ -52,7 +59,20 @@ std::optional<T> as(const std::optional<JsonValue> &value)
     return content;
 }
 
-std::optional<QString> text(const std::optional<JsonValue> &value)
+std::optional<FastObject> object(const FastValue &value)
+{
+    return as<FastObject>(value);
+}
+
+std::optional<qint64> elements(const FastValue &value)
+{
+    const auto array = as<simdjson::dom::array>(value);
+    if (!array)
+        return std::nullopt;
+    return std::distance(array->begin(), array->end());
+}
+
+std::optional<QString> text(const FastValue &value)
 {
     const auto utf8 = as<std::string_view>(value);
     if (!utf8 || utf8->size() > longestText)
@@ -60,14 +80,14 @@ std::optional<QString> text(const std::optional<JsonValue> &value)
     return QString::fromUtf8(utf8->data(), qsizetype(utf8->size()));
 }
 
-std::optional<double> number(const std::optional<JsonValue> &value)
+std::optional<double> number(const FastValue &value)
 {
     if (const auto truth = as<bool>(value))
         return *truth ? 1.0 : 0.0;
     return as<double>(value);
 }
 
-std::optional<qint64> integer(const std::optional<JsonValue> &value)
+std::optional<qint64> integer(const FastValue &value)
 {
     if (const auto whole = as<std::int64_t>(value))
         return *whole;
@@ -79,15 +99,43 @@ std::optional<qint64> integer(const std::optional<JsonValue> &value)
     return qint64(*figure);
 }
 
+template <std::size_t N>
+std::array<QJsonValue, N> members(const QJsonObject &object, const Names<N> &names)
+{
+    std::array<QJsonValue, N> values;
+    for (std::size_t i = 0; i < N; ++i)
+        values[i] = object[QLatin1String(names[i].data(), qsizetype(names[i].size()))];
+    return values;
+}
+
+using JsonRead::integer;
+using JsonRead::number;
+using JsonRead::object;
+
+std::optional<qint64> elements(const QJsonValue &value)
+{
+    return value.isArray() ? std::optional<qint64>(value.toArray().size()) : std::nullopt;
+}
+
+std::optional<QString> text(const QJsonValue &value)
+{
+    auto content = JsonRead::string(value);
+    if (content && std::size_t(content->toUtf8().size()) > longestText)
+        content.reset();
+    return content;
+}
+
 /// The index of a past ledger comes as a text or as a number, depending on the node's version.
-std::optional<qint64> integerInAnyForm(const std::optional<JsonValue> &value)
+template <typename Value>
+std::optional<qint64> integerInAnyForm(const Value &value)
 {
     if (const auto digits = text(value))
         return NumberText::integer(*digits);
     return integer(value);
 }
 
-std::optional<LedgerFeed::Time> time(const std::optional<JsonValue> &value)
+template <typename Value>
+std::optional<LedgerFeed::Time> time(const Value &value)
 {
     const auto seconds = number(value);
     if (!seconds)
@@ -95,34 +143,36 @@ std::optional<LedgerFeed::Time> time(const std::optional<JsonValue> &value)
     return LedgerFeed::Time(LedgerFeed::Time::duration(*seconds + ledgerEpoch));
 }
 
-StreamMessage readPastLedger(JsonObject ledger)
+template <typename Object>
+StreamMessage readPastLedger(const Object &ledger)
 {
     const auto [indexValue, transactionsValue, timeValue] =
-        members<3>(ledger, {"ledger_index", "transactions", "close_time"});
+        members(ledger, std::array{"ledger_index"sv, "transactions"sv, "close_time"sv});
     const auto index = integerInAnyForm(indexValue);
-    const auto transactions = as<JsonArray>(transactionsValue);
+    const auto transactions = elements(transactionsValue);
     const auto closed = time(timeValue);
     // The open ledger has no closing time.
     if (!index || !transactions || !closed)
         return {};
-    const auto count = std::distance(transactions->begin(), transactions->end());
-    return BackfillMessage{{*index, count, *closed}};
+    return BackfillMessage{{*index, *transactions, *closed}};
 }
 
-StreamMessage readResponse(qint64 id, JsonObject result)
+template <typename Object>
+StreamMessage readResponse(qint64 id, const Object &result)
 {
-    const auto [index, ledger] = members<2>(result, {"ledger_index", "ledger"});
+    const auto [index, ledger] = members(result, std::array{"ledger_index"sv, "ledger"sv});
     if (id == StreamReader::subscriptionId)
         return SubscribedMessage{integer(index)};
-    if (const auto past = as<JsonObject>(ledger); past && id >= StreamReader::firstBackfillId)
+    if (const auto past = object(ledger); past && id >= StreamReader::firstBackfillId)
         return readPastLedger(*past);
     return {};
 }
 
-StreamMessage readClosedLedger(JsonObject message)
+template <typename Object>
+StreamMessage readClosedLedger(const Object &message)
 {
     const auto [indexValue, count, timeValue] =
-        members<3>(message, {"ledger_index", "txn_count", "ledger_time"});
+        members(message, std::array{"ledger_index"sv, "txn_count"sv, "ledger_time"sv});
     const auto index = integer(indexValue);
     const auto closed = time(timeValue);
     if (!index || !closed)
@@ -130,20 +180,22 @@ StreamMessage readClosedLedger(JsonObject message)
     return LedgerClosedMessage{{*index, std::max<qint64>(0, integer(count).value_or(0)), *closed}};
 }
 
-StreamMessage readTransaction(JsonObject message)
+template <typename Object>
+StreamMessage readTransaction(const Object &message)
 {
-    const auto [newForm, oldForm, outerHash, ledger, metaValue, engineResult] = members<6>(
-        message, {"tx_json", "transaction", "hash", "ledger_index", "meta", "engine_result"});
+    const auto [newForm, oldForm, outerHash, ledger, metaValue, engineResult] =
+        members(message, std::array{"tx_json"sv, "transaction"sv, "hash"sv, "ledger_index"sv,
+                                    "meta"sv, "engine_result"sv});
 
     LedgerFeed::Tx tx;
     std::optional<QString> hash = text(outerHash);
     std::optional<QString> type;
-    auto body = as<JsonObject>(newForm);
+    auto body = object(newForm);
     if (!body)
-        body = as<JsonObject>(oldForm);
+        body = object(oldForm);
     if (body) {
         const auto [innerHash, typeValue, account] =
-            members<3>(*body, {"hash", "TransactionType", "Account"});
+            members(*body, std::array{"hash"sv, "TransactionType"sv, "Account"sv});
         if (!hash)
             hash = text(innerHash);
         type = text(typeValue);
@@ -153,8 +205,8 @@ StreamMessage readTransaction(JsonObject message)
         return {};
 
     std::optional<QString> result;
-    if (const auto meta = as<JsonObject>(metaValue))
-        result = text(members<1>(*meta, {"TransactionResult"})[0]);
+    if (const auto meta = object(metaValue))
+        result = text(members(*meta, std::array{"TransactionResult"sv})[0]);
     if (!result)
         result = text(engineResult);
 
@@ -165,17 +217,19 @@ StreamMessage readTransaction(JsonObject message)
     return TransactionMessage{std::move(tx)};
 }
 
-StreamMessage readMessage(JsonObject message)
+template <typename Object>
+StreamMessage readMessage(const Object &message)
 {
-    const auto [idValue, resultValue, type] = members<3>(message, {"id", "result", "type"});
+    const auto [idValue, resultValue, type] =
+        members(message, std::array{"id"sv, "result"sv, "type"sv});
     const auto id = integer(idValue);
-    const auto result = as<JsonObject>(resultValue);
+    const auto result = object(resultValue);
     if (id && result)
         return readResponse(*id, *result);
-    const auto kind = as<std::string_view>(type);
-    if (kind == "transaction")
+    const auto kind = text(type);
+    if (kind == u"transaction")
         return readTransaction(message);
-    if (kind == "ledgerClosed")
+    if (kind == u"ledgerClosed")
         return readClosedLedger(message);
     return {};
 }
@@ -188,30 +242,20 @@ struct StreamReader::Parser
     simdjson::dom::parser json;
     QByteArray bytes;
 
-    std::optional<JsonObject> parse(QStringView message)
+    StreamMessage read(QStringView message)
     {
         QStringEncoder encode(QStringEncoder::Utf8);
         bytes.resize(encode.requiredSpace(message.size()) + qsizetype(simdjson::SIMDJSON_PADDING));
         const qsizetype length = encode.appendToBuffer(bytes.data(), message) - bytes.data();
-        if (const auto object = parseBytes(length))
-            return object;
+        FastObject object;
+        if (json.parse(bytes.constData(), std::size_t(length), false).get(object)
+            == simdjson::SUCCESS)
+            return readMessage(object);
 
-        // Qt reads some that this parser refuses, integers beyond 64 bits among them, and writes
-        // them as it reads them.
-        const auto document = QJsonDocument::fromJson(bytes.first(length));
-        if (!document.isObject())
-            return std::nullopt;
-        const QByteArray rewritten = document.toJson(QJsonDocument::Compact);
-        bytes = rewritten + QByteArray(qsizetype(simdjson::SIMDJSON_PADDING), ' ');
-        return parseBytes(rewritten.size());
-    }
-
-private:
-    std::optional<JsonObject> parseBytes(qsizetype length)
-    {
-        JsonObject object;
-        const auto error = json.parse(bytes.constData(), std::size_t(length), false).get(object);
-        return error == simdjson::SUCCESS ? std::optional(object) : std::nullopt;
+        // Qt reads some that simdjson refuses, those with integers beyond 64 bits among them.
+        const auto slowObject =
+            JsonRead::parseObject(QByteArray::fromRawData(bytes.constData(), length));
+        return slowObject ? readMessage(*slowObject) : StreamMessage();
     }
 };
 
@@ -221,8 +265,7 @@ StreamReader::~StreamReader() = default;
 
 StreamMessage StreamReader::read(QStringView text)
 {
-    const auto object = m_parser->parse(text);
-    StreamMessage message = object ? readMessage(*object) : StreamMessage();
+    StreamMessage message = m_parser->read(text);
     if (m_parser->json.capacity() > usualMessage
         || std::size_t(m_parser->bytes.size()) > 3 * usualMessage)
         m_parser = std::make_unique<Parser>();
