@@ -7,6 +7,7 @@
 #include "feed/StreamReader.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tidewick {
 
@@ -66,9 +67,13 @@ void LedgerFeed::connectToNode()
     if (!m_running || m_socket)
         return;
     m_socket = m_host.connect();
+    m_backfilled = false;
     connect(m_socket.get(), &StreamSocket::received, this, [this](const QString &text) {
+        const StreamSocket *socket = m_socket.get();
         setConnected(true);
-        handle(text);
+        // Whoever heard that may have stopped this, and started it again.
+        if (socket == m_socket.get())
+            handle(text);
     });
     connect(m_socket.get(), &StreamSocket::failed, this, &LedgerFeed::reconnectLater);
     m_socket->send(subscription);
@@ -112,9 +117,10 @@ void LedgerFeed::handle(const QString &text)
     }
 }
 
+/// Once in a connection, whatever the node repeats.
 void LedgerFeed::backfill(qint64 below)
 {
-    if (!m_socket)
+    if (!m_socket || std::exchange(m_backfilled, true))
         return;
     for (qint64 k = 1; k <= backfilledLedgers; ++k) {
         qint64 index = 0;
@@ -134,10 +140,12 @@ void LedgerFeed::addBackfilled(const Ledger &ledger)
                                    [&](const Ledger &other) { return other.id == ledger.id; });
     if (known)
         return;
+    const QList<Ledger> before = m_ledgers;
     m_ledgers.append(ledger);
     std::stable_sort(m_ledgers.begin(), m_ledgers.end(), isOlder);
     trimLedgers();
-    emit ledgersChanged();
+    if (m_ledgers != before)
+        emit ledgersChanged();
 }
 
 void LedgerFeed::addClosed(const Ledger &ledger)
@@ -148,9 +156,10 @@ void LedgerFeed::addClosed(const Ledger &ledger)
         return std::any_of(m_ledgers.cbegin(), m_ledgers.cend(),
                            [index](const Ledger &kept) { return kept.id == index; });
     });
-    m_types = m_typesByLedger.totals();
+    const QList<TypeCount> before = std::exchange(m_types, m_typesByLedger.totals());
     emit ledgersChanged();
-    emit typesChanged();
+    if (m_types != before)
+        emit typesChanged();
 }
 
 void LedgerFeed::trimLedgers()
@@ -192,14 +201,14 @@ std::optional<double> LedgerFeed::txRate() const
 {
     if (m_ledgers.isEmpty())
         return std::nullopt;
-    const Time::duration span = m_ledgers.last().closed - m_ledgers.first().closed;
-    if (!(span > Time::duration::zero()))
+    const double span = (m_ledgers.last().closed - m_ledgers.first().closed).count();
+    if (!(span > 0) || !std::isfinite(span))
         return std::nullopt;
     // The first ledger's own came before the span, which begins at its close.
     double sum = 0;
     for (const Ledger &ledger : m_ledgers.sliced(1))
         sum += double(ledger.txns);
-    return sum / span.count();
+    return sum / span;
 }
 
 } // namespace tidewick

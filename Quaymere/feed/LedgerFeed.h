@@ -129,6 +129,8 @@ private:
     std::unique_ptr<Alarm> m_reconnect;
     bool m_running = false;
     bool m_connected = false;
+    /// The ledgers before were asked for on the current connection.
+    bool m_backfilled = false;
 
     QList<Ledger> m_ledgers;
     QList<Tx> m_txs;

@@ -16,8 +16,6 @@ namespace tidewick {
 
 namespace {
 
-constexpr double ledgerEpoch = 946684800;
-
 std::optional<QString> shortText(const QJsonValue &value)
 {
     const auto text = JsonRead::string(value);
@@ -29,7 +27,7 @@ std::optional<LedgerFeed::Time> time(const QJsonValue &value)
     const auto seconds = JsonRead::number(value);
     if (!seconds)
         return std::nullopt;
-    return LedgerFeed::Time(LedgerFeed::Time::duration(*seconds + ledgerEpoch));
+    return ledgerTime(*seconds);
 }
 
 StreamMessage responseOf(qint64 id, const QJsonObject &result)
@@ -133,6 +131,44 @@ QString described(const StreamMessage &message)
 QString json(const char *text)
 {
     return QString::fromUtf8(text).replace(u'\'', u'"');
+}
+
+QString subscriptionText()
+{
+    return json("{'id':1,'command':'subscribe','streams':['ledger','transactions']}");
+}
+
+QString subscribedText(qint64 index)
+{
+    return json("{'id':1,'result':{'ledger_index':%1}}").arg(index);
+}
+
+QString pastText(qint64 index, qint64 txns, qint64 seconds)
+{
+    const QString text = json("{'id':1001,'result':{'ledger':{'ledger_index':'%1',"
+                              "'close_time':%2,'transactions':[%3]}}}");
+    return text.arg(index).arg(seconds).arg(QStringList(txns, json("'A'")).join(u','));
+}
+
+LedgerFeed::Time ledgerTime(double seconds)
+{
+    return LedgerFeed::Time(LedgerFeed::Time::duration(946684800 + seconds));
+}
+
+QList<qint64> indexes(const LedgerFeed &feed)
+{
+    QList<qint64> indexes;
+    for (const LedgerFeed::Ledger &ledger : feed.ledgers())
+        indexes += ledger.id;
+    return indexes;
+}
+
+QList<qint64> fromTo(qint64 first, qint64 last)
+{
+    QList<qint64> list;
+    for (qint64 i = first; i <= last; ++i)
+        list += i;
+    return list;
 }
 
 QString said(const QString &text)
