@@ -6,24 +6,25 @@
 #include "platform/NodePorts.h"
 
 #include <QNetworkProxy>
+#include <QTcpSocket>
 #include <QUrl>
 
 namespace tidewick {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr quint64 largestMessage = 16ULL * 1024 * 1024;
+/// In bytes of UTF-8.
+constexpr qint64 largestMessage = 16LL * 1024 * 1024;
 
 /// A frame is taken in whole before it is read, so the buffer holds the largest with its header.
-constexpr qint64 readBuffer = qint64(largestMessage) + 64;
+constexpr qint64 readBuffer = largestMessage + 64;
 
-constexpr std::chrono::seconds handshakeLimit = 60s;
+/// In bytes. All that the feed sends at once is about 5 KB.
+constexpr qint64 largestBacklog = 1024LL * 1024;
 
 } // namespace
 
-NodeStream::NodeStream()
+NodeStream::NodeStream(std::chrono::milliseconds handshakeLimit)
 {
     m_socket.setProxy(QNetworkProxy::NoProxy);
     m_socket.setMaxAllowedIncomingMessageSize(largestMessage);
@@ -31,30 +32,43 @@ NodeStream::NodeStream()
     m_socket.setReadBufferSize(readBuffer);
 
     connect(&m_socket, &QWebSocket::connected, this, &NodeStream::shakenHands);
-    connect(&m_socket, &QWebSocket::textMessageReceived, this, &NodeStream::received);
+    connect(&m_socket, &QWebSocket::textMessageReceived, this, &NodeStream::take);
     connect(&m_socket, &QWebSocket::disconnected, this, &NodeStream::fail);
     connect(&m_socket, qOverload<QAbstractSocket::SocketError>(&QWebSocket::error), this,
             &NodeStream::fail);
-    connect(&m_handshakeLimit, &QTimer::timeout, this, &NodeStream::fail);
-    m_handshakeLimit.setSingleShot(true);
-    m_handshakeLimit.start(handshakeLimit);
+    connect(&m_handshakeTimer, &QTimer::timeout, this, &NodeStream::fail);
+    m_handshakeTimer.setSingleShot(true);
+    m_handshakeTimer.start(handshakeLimit);
 
     // From the event loop, since opening can fail then and there, before anybody listens.
     QMetaObject::invokeMethod(this, &NodeStream::open, Qt::QueuedConnection);
 }
 
+/// A QWebSocket that is connected would say goodbye.
 NodeStream::~NodeStream()
 {
     m_socket.disconnect(this);
+    m_socket.abort();
 }
 
 void NodeStream::open()
 {
+    if (m_over)
+        return;
     QUrl url;
     url.setScheme(QStringLiteral("ws"));
     url.setHost(QStringLiteral("127.0.0.1"));
     url.setPort(NodePorts::webSocket);
     m_socket.open(url);
+    if (const auto *inner = m_socket.findChild<QTcpSocket *>())
+        connect(inner, &QTcpSocket::readyRead, this, &NodeStream::checkBacklog);
+}
+
+/// A QWebSocket answers every ping, and keeps the answers for as long as the other side takes none.
+void NodeStream::checkBacklog()
+{
+    if (m_socket.bytesToWrite() > largestBacklog)
+        fail();
 }
 
 void NodeStream::send(const QString &text)
@@ -67,21 +81,43 @@ void NodeStream::send(const QString &text)
 
 void NodeStream::goAway()
 {
-    m_socket.disconnect(this);
-    m_socket.close(QWebSocketProtocol::CloseCodeGoingAway);
+    finish();
+    // Before hands are shaken there are no frames.
+    if (m_socket.isValid())
+        m_socket.close(QWebSocketProtocol::CloseCodeGoingAway);
+    else
+        m_socket.abort();
 }
 
 void NodeStream::shakenHands()
 {
-    m_handshakeLimit.stop();
+    m_handshakeTimer.stop();
     for (const QString &text : std::exchange(m_waiting, {}))
         m_socket.sendTextMessage(text);
 }
 
+/// QWebSocket reckons those that come in pieces in UTF-16.
+void NodeStream::take(const QString &text)
+{
+    if (text.size() > largestMessage / 3 && text.toUtf8().size() > largestMessage)
+        fail();
+    else
+        emit received(text);
+}
+
+/// From now on nothing is told.
+void NodeStream::finish()
+{
+    m_over = true;
+    m_handshakeTimer.stop();
+    m_socket.disconnect(this);
+}
+
 void NodeStream::fail()
 {
-    m_socket.disconnect(this);
-    m_handshakeLimit.stop();
+    if (m_over)
+        return;
+    finish();
     emit failed();
 }
 

@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <QWebSocket>
 
+#include <chrono>
+
 namespace tidewick {
 
 /// The real connection, to the node's WebSocket port on 127.0.0.1 and through no proxy. A message
@@ -18,7 +20,9 @@ class NodeStream final : public StreamSocket
     Q_OBJECT
 
 public:
-    NodeStream();
+    static constexpr std::chrono::seconds usualHandshakeLimit{60};
+
+    explicit NodeStream(std::chrono::milliseconds handshakeLimit = usualHandshakeLimit);
     ~NodeStream() override;
 
     void send(const QString &text) override;
@@ -27,12 +31,16 @@ public:
 private:
     void open();
     void shakenHands();
+    void checkBacklog();
+    void take(const QString &text);
+    void finish();
     void fail();
 
     QWebSocket m_socket;
     /// What was sent before the connection stood.
     QStringList m_waiting;
-    QTimer m_handshakeLimit;
+    QTimer m_handshakeTimer;
+    bool m_over = false;
 };
 
 } // namespace tidewick
