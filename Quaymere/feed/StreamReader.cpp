@@ -252,7 +252,10 @@ struct StreamReader::Parser
             == simdjson::SUCCESS)
             return readMessage(object);
 
-        // Qt reads some that simdjson refuses, those with integers beyond 64 bits among them.
+        // Qt reads some that simdjson refuses, those with integers beyond 64 bits among them. Of a
+        // large one the two would take the most memory together.
+        if (json.capacity() > usualMessage)
+            json = simdjson::dom::parser();
         const auto slowObject =
             JsonRead::parseObject(QByteArray::fromRawData(bytes.constData(), length));
         return slowObject ? readMessage(*slowObject) : StreamMessage();

@@ -1,0 +1,225 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "Messages.h"
+#include "platform/NodePorts.h"
+#include "simnode/RawClient.h"
+#include "simnode/SimulatedNode.h"
+#include "support/Surroundings.h"
+
+#include <QElapsedTimer>
+#include <QSet>
+#include <QSignalSpy>
+#include <QTimer>
+
+#include <algorithm>
+#include <csignal>
+
+using namespace tidewick;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int patience = 20'000;
+
+/// The indexes that are missing between the first and the last.
+QList<qint64> gaps(const LedgerFeed &feed)
+{
+    const QList<qint64> known = indexes(feed);
+    QList<qint64> missing = fromTo(known.first(), known.last());
+    missing.removeIf([&](qint64 index) { return known.contains(index); });
+    return missing;
+}
+
+bool isAscending(const LedgerFeed &feed)
+{
+    const QList<qint64> known = indexes(feed);
+    return std::adjacent_find(known.begin(), known.end(), std::greater_equal<>()) == known.end();
+}
+
+} // namespace
+
+/// The feed and the simulated node, with real connections and clocks.
+class TestLiveFeed : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void fillsAndGoesOn();
+    void tellsWhatTheNodeTells();
+    void talliesAgreeWithTheLedgers();
+    void waitsForTheNode();
+    void comesBackAfterTheNode_data();
+    void comesBackAfterTheNode();
+    void stopsInTheMiddle();
+
+private:
+    void startNode();
+    qint64 newest() const { return m_feed->ledgers().last().id; }
+
+    std::unique_ptr<SimulatedNode> m_node;
+    std::unique_ptr<LedgerFeed> m_feed;
+};
+
+void TestLiveFeed::init()
+{
+    m_node = std::make_unique<SimulatedNode>();
+    m_node->configuration.replace("port = " + QByteArray::number(m_node->streamPort()),
+                                  "port = " + QByteArray::number(NodePorts::webSocket));
+    m_feed = std::make_unique<LedgerFeed>();
+}
+
+void TestLiveFeed::cleanup()
+{
+    m_feed.reset();
+    m_node.reset();
+}
+
+/// A ledger every fifth of a second; its port is open.
+void TestLiveFeed::startNode()
+{
+    m_node->start("start-delay=0 speed=20 stop-delay=0.1 state=full txns=3-9");
+    QTRY_VERIFY_WITH_TIMEOUT(RawClient(NodePorts::webSocket).state() == RawClient::State::Open,
+                             patience);
+}
+
+/// The ledger that is the newest on connecting is neither past nor still to close: it stays out.
+void TestLiveFeed::fillsAndGoesOn()
+{
+    startNode();
+    m_feed->start();
+    QTRY_VERIFY_WITH_TIMEOUT(m_feed->ledgers().size() >= 59, patience);
+    QVERIFY(m_feed->connected());
+    QTRY_COMPARE_WITH_TIMEOUT(gaps(*m_feed).size(), 1, patience);
+    const qint64 missing = gaps(*m_feed).first();
+    const qint64 before = newest();
+    QTRY_VERIFY_WITH_TIMEOUT(newest() >= before + 5, patience);
+    QCOMPARE(m_feed->ledgers().size(), 60);
+    QVERIFY(isAscending(*m_feed));
+    QCOMPARE(gaps(*m_feed), QList<qint64>{missing});
+
+    const auto now = std::chrono::system_clock::now();
+    for (const LedgerFeed::Ledger &ledger : m_feed->ledgers()) {
+        QVERIFY(ledger.txns >= 3 && ledger.txns <= 9);
+        QVERIFY(ledger.closed > now - 2h && ledger.closed < now + 1min);
+    }
+    QVERIFY(m_feed->txRate().value_or(0) > 0);
+}
+
+void TestLiveFeed::tellsWhatTheNodeTells()
+{
+    startNode();
+    m_feed->start();
+    QTRY_COMPARE_WITH_TIMEOUT(m_feed->txs().size(), 40, patience);
+    QSet<QString> hashes;
+    qint64 ledger = newest() + 1;
+    for (const LedgerFeed::Tx &tx : m_feed->txs()) {
+        QCOMPARE(tx.id.size(), 64);
+        hashes.insert(tx.id);
+        QVERIFY(!tx.type.isEmpty() && tx.type != u"Unknown");
+        QVERIFY(tx.account.startsWith(u'r'));
+        QVERIFY(tx.result.startsWith(u"te"));
+        // Newest first, each of a ledger that is there.
+        QVERIFY(tx.ledger <= ledger);
+        QVERIFY(indexes(*m_feed).contains(tx.ledger));
+        ledger = tx.ledger;
+    }
+    QCOMPARE(hashes.size(), 40);
+}
+
+/// When a ledger closes the transactions of those before have all come, its own not yet.
+void TestLiveFeed::talliesAgreeWithTheLedgers()
+{
+    startNode();
+    qint64 first = 0;
+    int closes = 0;
+    connect(m_feed.get(), &LedgerFeed::typesChanged, this, [&] {
+        qint64 told = 0;
+        for (const LedgerFeed::Ledger &ledger : m_feed->ledgers())
+            told += ledger.id >= first && ledger.id < newest() ? ledger.txns : 0;
+        qint64 counted = 0;
+        for (const LedgerFeed::TypeCount &type : m_feed->types())
+            counted += type.count;
+        QCOMPARE(counted, told);
+        ++closes;
+    });
+    const QSignalSpy changed(m_feed.get(), &LedgerFeed::ledgersChanged);
+    m_feed->start();
+    // Past ledgers only, so far; then the first that closed.
+    connect(m_feed.get(), &LedgerFeed::ledgersChanged, this, [&] {
+        const QList<qint64> missing = gaps(*m_feed);
+        if (first == 0 && !missing.isEmpty())
+            first = missing.last() + 1;
+    });
+    QTRY_VERIFY_WITH_TIMEOUT(closes >= 10, patience);
+}
+
+void TestLiveFeed::waitsForTheNode()
+{
+    m_feed->start();
+    QTest::qWait(100);
+    QVERIFY(m_feed->running());
+    QVERIFY(!m_feed->connected());
+    startNode();
+    QTRY_VERIFY_WITH_TIMEOUT(m_feed->ledgers().size() >= 59, patience);
+    QVERIFY(m_feed->connected());
+}
+
+void TestLiveFeed::comesBackAfterTheNode_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("stopped") << SIGTERM;
+    QTest::newRow("killed") << SIGKILL;
+}
+
+/// The limit is a timer beside that of the feed: when the whole program is held up, the one that is
+/// due first still comes first.
+void TestLiveFeed::comesBackAfterTheNode()
+{
+    QFETCH(int, signal);
+    startNode();
+    m_feed->start();
+    QTRY_COMPARE_WITH_TIMEOUT(m_feed->ledgers().size(), 60, patience);
+    m_node->signal(signal);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_feed->connected(), patience);
+    const qint64 before = newest();
+    QVERIFY(m_feed->running());
+    m_node->waitForEnd();
+    startNode();
+    bool late = false;
+    QTimer::singleShot(4s, Qt::PreciseTimer, m_feed.get(), [&] { late = !m_feed->connected(); });
+    QTRY_VERIFY_WITH_TIMEOUT(m_feed->connected() || late, patience);
+    QVERIFY(!late);
+    QTRY_VERIFY_WITH_TIMEOUT(newest() > before + 2, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_feed->ledgers().size(), 60, patience);
+    // What closed in between is there, but for the newest on connecting.
+    QTRY_VERIFY_WITH_TIMEOUT(gaps(*m_feed).size() <= 1, patience);
+    QVERIFY(isAscending(*m_feed));
+}
+
+void TestLiveFeed::stopsInTheMiddle()
+{
+    startNode();
+    m_feed->start();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_feed->txs().isEmpty(), patience);
+    m_feed->stop();
+    QVERIFY(!m_feed->connected());
+    const QSignalSpy ledgers(m_feed.get(), &LedgerFeed::ledgersChanged);
+    const QSignalSpy txs(m_feed.get(), &LedgerFeed::txsChanged);
+    const QList<qint64> before = indexes(*m_feed);
+    QVERIFY(!before.isEmpty());
+    QTest::qWait(600); // three ledgers
+    QCOMPARE(ledgers.count() + txs.count(), 0);
+    QCOMPARE(indexes(*m_feed), before);
+
+    m_feed->start();
+    QTRY_VERIFY_WITH_TIMEOUT(m_feed->connected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(newest() > before.last() + 3, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(txs.count() > 0, patience);
+    QVERIFY(isAscending(*m_feed));
+}
+
+TIDEWICK_LOOPBACK_TEST_MAIN(TestLiveFeed)
+#include "tst_livefeed.moc"
