@@ -7,12 +7,20 @@
 #include "platform/Folders.h"
 #include "platform/NumberText.h"
 
+#include <QLoggingCategory>
 #include <QSettings>
 #include <QUrl>
+
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace tidewick {
 
 namespace {
+
+Q_LOGGING_CATEGORY(lcDefaults, "tidewick.defaults", QtWarningMsg)
 
 std::filesystem::path fileOf(const std::string &suite)
 {
@@ -24,6 +32,15 @@ std::filesystem::path fileOf(const std::string &suite)
 QString storedKey(const QString &key)
 {
     return QString::fromLatin1(QUrl::toPercentEncoding(key));
+}
+
+/// Brings the names in a folder to disk, a file's new one among them. Where that cannot be done
+/// they come there a little later by themselves.
+void syncFolder(const std::filesystem::path &folder)
+{
+    const UniqueDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor)
+        ::fsync(descriptor.get());
 }
 
 } // namespace
@@ -43,8 +60,9 @@ std::optional<Defaults> Defaults::suite(const QString &name)
     return defaults;
 }
 
-Defaults::Defaults(const std::filesystem::path &file)
-    : m_settings(std::make_shared<QSettings>(Files::display(file), QSettings::IniFormat))
+Defaults::Defaults(std::filesystem::path file)
+    : m_file(std::move(file)),
+      m_settings(std::make_shared<QSettings>(Files::display(m_file), QSettings::IniFormat))
 {
 }
 
@@ -73,28 +91,41 @@ double Defaults::real(const QString &key) const
     return NumberText::leadingReal(text(key));
 }
 
-void Defaults::setInteger(const QString &key, qint64 value)
+bool Defaults::setInteger(const QString &key, qint64 value)
 {
-    set(key, QString::number(value));
+    return set(key, QString::number(value));
 }
 
-void Defaults::setReal(const QString &key, double value)
+bool Defaults::setReal(const QString &key, double value)
 {
-    set(key, QString::fromStdString(NumberText::shortest(value)));
+    return set(key, QString::fromStdString(NumberText::shortest(value)));
 }
 
 /// Numbers are kept as text: QSettings would round 12.9 to 13 when read back as an integer before
 /// it is saved, and to 0 afterwards.
-void Defaults::set(const QString &key, const QString &text)
+bool Defaults::set(const QString &key, const QString &text)
 {
-    m_settings->setValue(storedKey(key), text);
-    m_settings->sync();
+    return change([&](QSettings &store) { store.setValue(storedKey(key), text); });
 }
 
-void Defaults::remove(const QString &key)
+bool Defaults::remove(const QString &key)
 {
-    m_settings->remove(storedKey(key));
-    m_settings->sync();
+    return change([&](QSettings &store) { store.remove(storedKey(key)); });
+}
+
+bool Defaults::change(const std::function<void(QSettings &)> &change)
+{
+    // The status of one object stays bad after a failure; objects on one file share what it holds.
+    QSettings store(m_settings->fileName(), QSettings::IniFormat);
+    change(store);
+    store.sync();
+    if (store.status() == QSettings::AccessError) {
+        qCWarning(lcDefaults, "%s cannot be written", m_file.c_str());
+        return false;
+    }
+    // QSettings has brought the file's content to disk, but not yet its name.
+    syncFolder(m_file.parent_path());
+    return true;
 }
 
 void Defaults::refresh()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/Defaults.h"
+#include "platform/Files.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
@@ -28,6 +29,7 @@ private slots:
     void suitesAreApart();
     void suitesThatCannotBeOpened();
     void readingWritesNothing();
+    void failedWritesAreTold();
 
 private:
     std::optional<TemporaryFolder> m_folder;
@@ -189,6 +191,33 @@ void TestDefaults::readingWritesNothing()
     (void)defaults.integer(QStringLiteral("key"));
     defaults.refresh();
     QVERIFY(!fs::exists(m_file));
+}
+
+void TestDefaults::failedWritesAreTold()
+{
+    // Where its folder should be there is a file, which stops the mightiest user too.
+    const fs::path folder = m_folder->path() / "folder";
+    writeFile(folder, "");
+    Defaults defaults(folder / "settings.ini");
+    const QString key = QStringLiteral("key");
+    const auto expectWord = [&defaults] {
+        const QString word = Files::display(defaults.file()) + QLatin1String(" cannot be written");
+        QTest::ignoreMessage(QtWarningMsg, word.toUtf8().constData());
+    };
+    expectWord();
+    QVERIFY(!defaults.setInteger(key, 1));
+    expectWord();
+    QVERIFY(!defaults.setReal(key, 1.5));
+    expectWord();
+    QVERIFY(!defaults.remove(QStringLiteral("other")));
+    QCOMPARE(defaults.real(key), 1.5);
+
+    fs::remove(folder);
+    QVERIFY(defaults.setInteger(QStringLiteral("third"), 3));
+    QVERIFY(contentOf(defaults.file()).contains("third=3"));
+    QVERIFY(contentOf(defaults.file()).contains("key=1.5"));
+    QVERIFY(defaults.remove(key));
+    QVERIFY(!contentOf(defaults.file()).contains("key"));
 }
 
 TIDEWICK_TEST_MAIN(TestDefaults)
