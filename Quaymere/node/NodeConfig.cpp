@@ -6,6 +6,7 @@
 #include "node/Settings.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+#include "platform/Lines.h"
 
 #include <algorithm>
 
@@ -38,13 +39,6 @@ void removeFile(const fs::path &path)
     fs::remove(path, error);
     if (error)
         throw FileError(path, error);
-}
-
-/// Line ends as Unicode knows them; CR LF gives an empty line between, which is dropped anyway.
-bool isLineEnd(QChar c)
-{
-    return (c >= u'\n' && c <= u'\r') || c == QChar(0x85) || c == QChar(0x2028)
-           || c == QChar(0x2029);
 }
 
 /// Blanks within a line: tab, the space separators and the zero-width space.
@@ -132,12 +126,8 @@ ProcessEnvironment NodeConfig::environment() const
 {
     ProcessEnvironment environment = currentEnvironment();
     const QString text = Files::readText(resource("node", "env"));
-    const QStringView rest(text);
-    for (const auto *at = rest.begin(); at != rest.end();) {
-        const auto *end = std::find_if(at, rest.end(), isLineEnd);
-        applyLine({at, end}, environment);
-        at = end == rest.end() ? end : end + 1;
-    }
+    for (const QStringView line : Lines::of(text))
+        applyLine(line, environment);
     return environment;
 }
 

@@ -3,6 +3,9 @@
 
 #include "platform/Bundle.h"
 
+#include "platform/Files.h"
+#include "platform/PropertyList.h"
+
 #include <string>
 
 namespace tidewick {
@@ -32,6 +35,16 @@ std::optional<fs::path> Bundle::resource(std::string_view name, std::string_view
     if (!fs::exists(path, error))
         return std::nullopt;
     return path;
+}
+
+std::optional<QString> Bundle::version() const
+{
+    try {
+        return PropertyList::text(Files::read(m_path / "Contents" / "Info.plist"),
+                                  u"CFBundleShortVersionString");
+    } catch (const FileError &) {
+        return std::nullopt;
+    }
 }
 
 } // namespace tidewick

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QString>
+
 #include <filesystem>
 #include <optional>
 #include <string_view>
@@ -33,6 +35,9 @@ public:
     /// such file.
     std::optional<std::filesystem::path> resource(std::string_view name,
                                                   std::string_view extension) const;
+
+    /// The application's version as its "Info.plist" has it; nothing in a build for development.
+    std::optional<QString> version() const;
 
 private:
     std::filesystem::path m_path;

@@ -17,6 +17,7 @@ private slots:
     void ofExecutable();
     void mainIsWhereThisProgramLies();
     void findsResources();
+    void tellsItsVersion();
 };
 
 void TestBundleLookup::ofExecutable_data()
@@ -59,6 +60,20 @@ void TestBundleLookup::findsResources()
     QCOMPARE(bundle.resource("build-info", ""), std::optional(resources / "build-info"));
     QCOMPARE(bundle.resource("node", ""), std::nullopt);
     QCOMPARE(bundle.nodeExecutable(), bundle.path() / "Contents/MacOS/xrpld");
+}
+
+void TestBundleLookup::tellsItsVersion()
+{
+    TemporaryFolder folder;
+    const Bundle bundle(folder.path());
+    QCOMPARE(bundle.version(), std::nullopt);
+    fs::create_directory(bundle.path() / "Contents");
+    const fs::path list = bundle.path() / "Contents" / "Info.plist";
+    writeFile(list, contentOf(fs::path(TIDEWICK_RESOURCES) / "Info.plist"));
+    QCOMPARE(bundle.version(), std::nullopt);
+    writeFile(list, "<plist><dict><key>CFBundleShortVersionString</key>"
+                    "<string>1.0.0</string></dict></plist>");
+    QCOMPARE(bundle.version(), QStringLiteral("1.0.0"));
 }
 
 TIDEWICK_TEST_MAIN(TestBundleLookup)
