@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QDBusConnection>
+#include <QUrl>
+
+#include <filesystem>
+#include <functional>
+
+class QObject;
+
+namespace tidewick::FileBrowser {
+
+/// The URL of a file or folder, whatever bytes its name is made of.
+QUrl url(const std::filesystem::path &path);
+
+/// Asks the file browser of the desktop to show a file or folder, selected, in the folder that it
+/// is in. Calls `otherwise` where nobody does that, unless `context` has been destroyed by then.
+void reveal(const QDBusConnection &bus, const std::filesystem::path &path, QObject *context,
+            const std::function<void()> &otherwise);
+
+} // namespace tidewick::FileBrowser
