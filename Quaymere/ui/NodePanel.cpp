@@ -8,36 +8,18 @@
 #include "ui/PanelRows.h"
 
 #include <QCloseEvent>
-#include <QScreen>
-#include <QScrollArea>
-#include <QStyle>
-#include <QWindow>
 
 namespace tidewick {
 
-namespace {
+NodePanel::NodePanel(QWidget *parent) : NodePanel(new PanelRows, parent) {}
 
-/// What a title bar takes, as far as is known before the window has one.
-constexpr int usualFrame = 40;
-
-} // namespace
-
-NodePanel::NodePanel(QWidget *parent)
-    : QWidget(parent, Qt::Window), m_area(new QScrollArea(this)), m_rows(new PanelRows)
+NodePanel::NodePanel(PanelRows *rows, QWidget *parent) : FittedWindow(rows, parent), m_rows(rows)
 {
     setWindowTitle(QStringLiteral("Tidewick"));
-    setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     setPalette(panelPalette(m_dark));
-    m_area->setFrameShape(QFrame::NoFrame);
-    m_area->setFocusPolicy(Qt::NoFocus);
-    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_area->setWidget(m_rows);
-    m_rows->setAutoFillBackground(false);
-    m_rows->setFocus();
     connect(m_rows, &PanelRows::commandChosen, this, &NodePanel::commandChosen);
     connect(m_rows, &PanelRows::heightChanged, this, &NodePanel::fit);
-    connect(m_rows, &PanelRows::focusMoved, m_area,
-            [area = m_area](QWidget *button) { area->ensureWidgetVisible(button); });
+    connect(m_rows, &PanelRows::focusMoved, this, &NodePanel::ensureVisible);
     fit();
 }
 
@@ -73,57 +55,14 @@ void NodePanel::closeEvent(QCloseEvent *event)
     showMinimized();
 }
 
-void NodePanel::showEvent(QShowEvent *event)
+int NodePanel::wantedWidth() const
 {
-    QWidget::showEvent(event);
-    connect(windowHandle(), &QWindow::screenChanged, this, &NodePanel::followScreen,
-            Qt::UniqueConnection);
-    followScreen();
+    return PanelMetrics::scaled(font(), PanelMetrics::width);
 }
 
-void NodePanel::resizeEvent(QResizeEvent *)
+/// At once, also where the size stays the same: rows may have changed places.
+void NodePanel::fitContent(int width)
 {
-    fillWindow();
-}
-
-void NodePanel::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    switch (event->type()) {
-    case QEvent::FontChange:
-    case QEvent::StyleChange:
-    case QEvent::LayoutDirectionChange:
-        fit();
-        break;
-    default:
-        break;
-    }
-}
-
-void NodePanel::followScreen()
-{
-    disconnect(m_screenChange);
-    m_screenChange = connect(screen(), &QScreen::availableGeometryChanged, this, &NodePanel::fit);
-    fit();
-}
-
-void NodePanel::fit()
-{
-    const QSize frame = (frameGeometry().size() - size()).expandedTo({0, usualFrame});
-    const QSize room = screen()->availableSize() - frame;
-    const int width =
-        std::min(PanelMetrics::scaled(font(), PanelMetrics::width), std::max(1, room.width()));
-    setFixedSize(width, std::clamp(m_rows->heightForWidth(width), 1, std::max(1, room.height())));
-    fillWindow();
-}
-
-/// Window managers that tile give other sizes than asked for.
-void NodePanel::fillWindow()
-{
-    m_area->setGeometry(rect());
-    int width = this->width();
-    if (m_rows->heightForWidth(width) > height())
-        width -= style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_area);
     m_rows->fit(width);
 }
 

@@ -3,12 +3,10 @@
 
 #pragma once
 
+#include "ui/FittedWindow.h"
 #include "ui/MenuRows.h"
 
-#include <QWidget>
-
 class QIcon;
-class QScrollArea;
 
 namespace tidewick {
 
@@ -20,7 +18,7 @@ class PanelRows;
 ///
 /// A user who closes it minimises it, since without a tray it is all there is of the application;
 /// close() and QApplication::quit() do close it, hide() takes it away for a tray.
-class NodePanel final : public QWidget
+class NodePanel final : public FittedWindow
 {
     Q_OBJECT
 
@@ -44,19 +42,14 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-    void changeEvent(QEvent *event) override;
+    int wantedWidth() const override;
+    void fitContent(int width) override;
 
 private:
-    void followScreen();
-    void fit();
-    void fillWindow();
+    NodePanel(PanelRows *rows, QWidget *parent);
 
-    QScrollArea *m_area;
     PanelRows *m_rows;
     bool m_dark = false;
-    QMetaObject::Connection m_screenChange;
 };
 
 } // namespace tidewick

@@ -3,11 +3,10 @@
 
 #include "ui/PanelLine.h"
 
+#include "ui/DevicePixels.h"
 #include "ui/PanelMetrics.h"
 
 #include <QPainter>
-
-#include <cmath>
 
 namespace tidewick {
 
@@ -27,12 +26,9 @@ void PanelLine::paintEvent(QPaintEvent *)
         PanelMetrics::scaled(font(), PanelMetrics::lineMargin - PanelMetrics::fillMargin);
     QPainter painter(this);
     const QRect middle(margin, height() / 2, width() - 2 * margin, 1);
-    // Between the pixels of a screen of ratio 1.5, lines of one point would differ in thickness.
-    QRectF pixels = painter.deviceTransform().mapRect(QRectF(middle));
-    pixels.moveTop(std::round(pixels.top()));
-    pixels.setHeight(std::max(1.0, std::floor(pixels.height())));
-    painter.fillRect(painter.deviceTransform().inverted().mapRect(pixels),
-                     palette().color(QPalette::Mid));
+    QRectF line = DevicePixels::snapped(painter, middle);
+    line.setHeight(DevicePixels::hairline(painter));
+    painter.fillRect(line, palette().color(QPalette::Mid));
 }
 
 } // namespace tidewick

@@ -35,6 +35,25 @@ void PanelText::setFont(const QFont &font)
     m_width = -1;
 }
 
+void PanelText::setLineHeight(qreal factor)
+{
+    m_lineHeight = factor;
+    m_width = -1;
+}
+
+void PanelText::setAlignedToEnd(bool toEnd)
+{
+    m_alignedToEnd = toEnd;
+    m_width = -1;
+}
+
+int PanelText::naturalWidth() const
+{
+    // Layouts need a little more than metrics say where letters lean.
+    return QFontMetrics(m_layout.font()).horizontalAdvance(m_layout.text()) + 1
+           + 2 * PanelMetrics::scaled(m_layout.font(), m_sideMargin);
+}
+
 int PanelText::height(int width) const
 {
     layOut(width, m_direction);
@@ -80,7 +99,8 @@ void PanelText::layOut(int width, Qt::LayoutDirection direction) const
     const int side = PanelMetrics::scaled(m_layout.font(), m_sideMargin);
     m_topLeft = QPoint(side, PanelMetrics::scaled(m_layout.font(), m_padding) / 2);
     // The text runs in its own direction; it begins where the interface begins.
-    QTextOption option(QStyle::visualAlignment(direction, Qt::AlignLeft) | Qt::AlignAbsolute);
+    const Qt::Alignment anchor = m_alignedToEnd ? Qt::AlignRight : Qt::AlignLeft;
+    QTextOption option(QStyle::visualAlignment(direction, anchor) | Qt::AlignAbsolute);
     option.setTextDirection(m_layout.text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     m_layout.setTextOption(option);
@@ -88,8 +108,9 @@ void PanelText::layOut(int width, Qt::LayoutDirection direction) const
     m_layout.beginLayout();
     for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
         line.setLineWidth(std::max(1, width - 2 * side));
-        line.setPosition({0, m_height});
-        m_height += line.height();
+        const qreal space = line.height() * (m_lineHeight - 1);
+        line.setPosition({0, m_height + space / 2});
+        m_height += line.height() + space;
     }
     m_layout.endLayout();
 }

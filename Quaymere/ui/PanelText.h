@@ -30,6 +30,14 @@ public:
     void set(const QString &text);
     void setFont(const QFont &font);
 
+    QFont font() const { return m_layout.font(); }
+
+    /// Lines this much higher than the font asks for; 1 at first.
+    void setLineHeight(qreal factor);
+
+    /// Begins at the side where the interface begins, as at first, or ends where it ends.
+    void setAlignedToEnd(bool toEnd);
+
     /// What is shown.
     QString text() const { return m_layout.text(); }
 
@@ -39,6 +47,9 @@ public:
 
     /// The height, space included, when all of it is as wide as that.
     int height(int width) const;
+
+    /// The width, space included, of all of it on one line.
+    int naturalWidth() const;
 
     /// Draws it in that width, beginning at the side where the interface does.
     void draw(QPainter &painter, int width, Qt::LayoutDirection direction,
@@ -54,6 +65,8 @@ private:
 
     int m_sideMargin;
     int m_padding;
+    qreal m_lineHeight = 1;
+    bool m_alignedToEnd = false;
     QString m_toolTip;
     /// Laid out when it is needed, for the width and direction below.
     mutable QTextLayout m_layout;
