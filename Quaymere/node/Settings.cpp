@@ -7,9 +7,14 @@
 
 namespace tidewick {
 
+qint64 Setting::stored(const Defaults &defaults) const
+{
+    return defaults.contains(key) ? defaults.integer(key) : fallback;
+}
+
 qint64 Setting::read(const Defaults &defaults) const
 {
-    return defaults.contains(key) ? std::clamp(defaults.integer(key), least, most) : fallback;
+    return std::clamp(stored(defaults), least, most);
 }
 
 } // namespace tidewick

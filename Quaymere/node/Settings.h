@@ -20,6 +20,9 @@ struct Setting
     qint64 least = std::numeric_limits<qint64>::min();
     qint64 most = std::numeric_limits<qint64>::max();
 
+    /// The value as it stands in the store, which a hand may have put there.
+    qint64 stored(const Defaults &defaults) const;
+
     /// The value that applies.
     qint64 read(const Defaults &defaults) const;
 };

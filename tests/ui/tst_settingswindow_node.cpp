@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "FormRig.h"
+#include "platform/FileBrowser.h"
+#include "platform/Files.h"
+#include "support/Surroundings.h"
+#include "ui/ToolTip.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+
+using namespace tidewick;
+
+/// The settings window beside a real node, and its ways to the desktop.
+class TestSettingsWindowNode : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void followsTheNode();
+    void closesTheListOfWhatIsFixedNow();
+    void keepsTheFocusFromNeighbours();
+    void choicesApplyFromTheNextStart();
+    void revealsTheDataFolder();
+    void opensTheConfiguration();
+    void saysWhenNothingOpens();
+
+private:
+    using Rig = SettingsRig;
+};
+
+namespace {
+
+const QString whileRunning = QStringLiteral("Stop the node to change how often it tidies up.");
+
+} // namespace
+
+void TestSettingsWindowNode::followsTheNode()
+{
+    Rig rig;
+    const int height = rig.window->height();
+    QVERIFY(rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(!shownTexts(*rig.window).contains(whileRunning));
+
+    rig.node.node().start();
+    QVERIFY(!rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(shownTexts(*rig.window).contains(whileRunning));
+    QTRY_VERIFY(rig.window->height() < height);
+    for (const auto question : {Rig::AfterFull, Rig::HardCap, Rig::DiskGuard})
+        QVERIFY(rig.picker(question)->isEnabled());
+    QVERIFY(rig.node.waitForPhase(Phase::Full));
+    const NodeStatus &status = rig.node.status();
+    QVERIFY(status.freeSpace != NodeStatus::unknown());
+    QVERIFY(shownTexts(*rig.window)
+                .contains(status.storeSize + QStringLiteral(" · ") + status.freeSpace));
+
+    rig.node.node().stop();
+    QVERIFY(!rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(rig.node.waitForPhase(Phase::Stopped));
+    QVERIFY(rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(!shownTexts(*rig.window).contains(whileRunning));
+    QTRY_COMPARE(rig.window->height(), height);
+}
+
+void TestSettingsWindowNode::closesTheListOfWhatIsFixedNow()
+{
+    Rig rig;
+    rig.picker(Rig::RoundGrowth)->showPopup();
+    QVERIFY(rig.picker(Rig::RoundGrowth)->view()->isVisible());
+    rig.node.node().start();
+    QVERIFY(!rig.picker(Rig::RoundGrowth)->view()->isVisible());
+}
+
+void TestSettingsWindowNode::keepsTheFocusFromNeighbours()
+{
+    Rig rig;
+    rig.picker(Rig::RoundGrowth)->setFocus();
+    rig.node.node().start();
+    rig.key(Qt::Key_Space);
+    rig.key(Qt::Key_Return);
+    QVERIFY(rig.revealed.isEmpty());
+    QCOMPARE(rig.opened, QList<QUrl>());
+}
+
+void TestSettingsWindowNode::choicesApplyFromTheNextStart()
+{
+    Rig rig;
+    QTest::keyClick(rig.picker(Rig::RoundGrowth), Qt::Key_Down);
+    QVERIFY(rig.node.startUntil(Phase::Full));
+    QVERIFY(contentOf(rig.node.data() / "xrpld.cfg").contains("4096"));
+}
+
+void TestSettingsWindowNode::revealsTheDataFolder()
+{
+    Rig rig;
+    const QString path = Files::display(rig.node.data());
+    const QWidget *row = button(*rig.window, "Show in Finder")->parentWidget();
+    QCOMPARE(row->toolTip(), ToolTip::plain(path));
+    QTest::mouseClick(button(*rig.window, "Show in Finder"), Qt::LeftButton);
+    QCOMPARE(rig.revealed, QList({rig.node.data()}));
+    QCOMPARE(rig.opened, QList<QUrl>());
+    // Without a file browser that selects, the folder is opened.
+    rig.reveals = false;
+    QTest::keyClick(button(*rig.window, "Show in Finder"), Qt::Key_Return);
+    QCOMPARE(rig.revealed.size(), 2);
+    QCOMPARE(rig.opened, QList({FileBrowser::url(rig.node.data())}));
+}
+
+void TestSettingsWindowNode::opensTheConfiguration()
+{
+    Rig rig;
+    QTest::keyClick(button(*rig.window, "View"), Qt::Key_Space);
+    QCOMPARE(rig.opened, QList({FileBrowser::url(rig.node.data() / "xrpld.cfg")}));
+    QVERIFY(rig.revealed.isEmpty());
+}
+
+void TestSettingsWindowNode::saysWhenNothingOpens()
+{
+    Rig rig;
+    const QString word = QStringLiteral("Nothing on this desktop opens %1.")
+                             .arg(Files::display(rig.node.data() / "xrpld.cfg"));
+    rig.opens = false;
+    QTest::mouseClick(button(*rig.window, "View"), Qt::LeftButton);
+    QCOMPARE(shownTexts(*rig.window).constLast(), word);
+    rig.opens = true;
+    QTest::mouseClick(button(*rig.window, "View"), Qt::LeftButton);
+    QVERIFY(!shownTexts(*rig.window).contains(word));
+}
+
+int main(int argc, char *argv[])
+{
+    enterPrivateLoopback();
+    const TestHome home;
+    drawOffscreen();
+    const QApplication application(argc, argv);
+    TestSettingsWindowNode test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_settingswindow_node.moc"
