@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/AboutWindow.h"
+
+#include "ui/AppIcon.h"
+#include "ui/FormCard.h"
+#include "ui/FormDetails.h"
+#include "ui/FormDisclosure.h"
+#include "ui/FormMetrics.h"
+#include "ui/FormText.h"
+#include "ui/VersionLine.h"
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace tidewick {
+
+namespace {
+
+constexpr int windowWidth = 480;
+constexpr int sideMargin = 26;
+constexpr int topMargin = 24;
+constexpr int iconGap = 16;
+constexpr int belowHeader = 18;
+constexpr int belowHeadline = 6;
+constexpr int betweenParagraphs = 9;
+constexpr int betweenBlocks = 15;
+constexpr int aboveDetails = 12;
+constexpr int cardMargin = 10;
+constexpr int nameWidth = 79;
+
+} // namespace
+
+AboutWindow::AboutWindow(NodeController &node, const Bundle &bundle, QWidget *parent)
+    : FormWindow(QStringLiteral("About Tidewick"), windowWidth, parent), m_node(node)
+{
+    const QString buildInfo = node.config().buildInfo();
+    setMargins(sideMargin, topMargin, topMargin);
+    makeHeader(versionLine(bundle.version(), buildInfo));
+    makeTexts();
+    makeFigures();
+    makeBuildDetails(buildInfo);
+    connect(&m_node, &NodeController::statusChanged, this, &AboutWindow::followNode);
+    followNode();
+    fit();
+}
+
+void AboutWindow::makeHeader(const QString &versionLine)
+{
+    auto *names = new QVBoxLayout;
+    names->setSpacing(points(3));
+    names->addStretch();
+    names->addWidget(new FormText(FormText::Look::Title, QStringLiteral("Tidewick"), form()));
+    names->addWidget(new FormText(FormText::Look::Subtitle, versionLine, form()));
+    names->addStretch();
+    auto *header = new QHBoxLayout;
+    header->setSpacing(points(iconGap));
+    if (AppIcon::isThere())
+        header->addWidget(new AppIcon(form()), 0, Qt::AlignTop);
+    header->addLayout(names, 1);
+    column().addLayout(header);
+}
+
+void AboutWindow::makeTexts()
+{
+    using Look = FormText::Look;
+    addText(Look::Paragraph,
+            QStringLiteral("A full XRP Ledger node in your menu bar. It follows the ledger as it "
+                           "closes, checks each one against the network's trusted validators, and "
+                           "keeps the whole current ledger on your Mac."),
+            belowHeader);
+    addText(Look::Headline, QStringLiteral("How it stays small"), betweenBlocks);
+    addText(Look::Paragraph,
+            QStringLiteral("Every storage engine trades between three things: how fast it reads, "
+                           "how much RAM it needs, and how much disk it takes. Make two of them "
+                           "cheap and the third usually pays."),
+            belowHeadline);
+    addText(Look::Paragraph,
+            QStringLiteral("Tidewick runs on Mossgrid, an experimental storage engine built for "
+                           "it. Mossgrid picks fast reads and low RAM, and spends a little extra "
+                           "disk: new ledger data goes on the end of the store, and the node trims "
+                           "it back in the background, without stopping."),
+            betweenParagraphs);
+}
+
+void AboutWindow::makeFigures()
+{
+    FormCard *card = addCard(QStringLiteral("This node now"), betweenBlocks);
+    auto *figures = new QWidget(card);
+    auto *grid = new QGridLayout(figures);
+    grid->setContentsMargins(points(FormMetrics::rowPadding), points(cardMargin),
+                             points(FormMetrics::rowPadding), points(cardMargin));
+    grid->setVerticalSpacing(points(6));
+    grid->setHorizontalSpacing(points(FormMetrics::rowGap));
+    grid->setColumnMinimumWidth(0, points(nameWidth));
+    grid->setColumnStretch(1, 1);
+    const auto add = [&](const QString &name) {
+        auto *label = new FormText(FormText::Look::Name, name, figures);
+        auto *figure = new FormText(FormText::Look::Figure, {}, figures);
+        label->setBuddy(figure);
+        const int row = grid->rowCount();
+        grid->addWidget(label, row, 0, Qt::AlignTop);
+        grid->addWidget(figure, row, 1, Qt::AlignTop);
+        return figure;
+    };
+    m_memory = add(QStringLiteral("Memory"));
+    m_store = add(QStringLiteral("Store"));
+    card->add(figures);
+}
+
+void AboutWindow::makeBuildDetails(const QString &buildInfo)
+{
+    const QString title = QStringLiteral("Build details");
+    m_disclosure = new FormDisclosure(title, form());
+    m_details = new FormDetails(title, buildInfo, form());
+    m_details->hide();
+    connect(m_disclosure, &FormDisclosure::toggled, this, &AboutWindow::openDetails);
+    column().addSpacing(points(aboveDetails));
+    column().addWidget(m_disclosure, 0, Qt::AlignLeft);
+    column().addWidget(m_details);
+}
+
+void AboutWindow::followNode()
+{
+    const NodeStatus &status = m_node.status();
+    m_memory->setWholeText(status.memory);
+    m_store->setWholeText(status.storeSize + QStringLiteral(" · ") + status.freeSpace);
+}
+
+void AboutWindow::openDetails(bool open)
+{
+    m_details->setVisible(open);
+    fit();
+    if (open)
+        ensureVisible(m_details);
+}
+
+} // namespace tidewick

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "node/NodeController.h"
+#include "platform/Bundle.h"
+#include "ui/FormWindow.h"
+
+namespace tidewick {
+
+class FormDetails;
+class FormDisclosure;
+class FormText;
+
+/// The window "About Tidewick": what the application is, its version and the node's, what the node
+/// takes now, and how it was built. Owned by the application, which destroys it before the
+/// controller; main thread only.
+class AboutWindow final : public FormWindow
+{
+    Q_OBJECT
+
+public:
+    /// The bundle tells the application's version.
+    explicit AboutWindow(NodeController &node, const Bundle &bundle = Bundle::main(),
+                         QWidget *parent = nullptr);
+
+private:
+    void makeHeader(const QString &versionLine);
+    void makeTexts();
+    void makeFigures();
+    void makeBuildDetails(const QString &buildInfo);
+
+    void followNode();
+    void openDetails(bool open);
+
+    NodeController &m_node;
+    FormText *m_memory = nullptr;
+    FormText *m_store = nullptr;
+    FormDisclosure *m_disclosure = nullptr;
+    FormDetails *m_details = nullptr;
+};
+
+} // namespace tidewick

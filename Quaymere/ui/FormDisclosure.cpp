@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/FormDisclosure.h"
+
+#include "ui/FormMetrics.h"
+#include "ui/FormPaint.h"
+#include "ui/PanelMetrics.h"
+
+#include <QKeyEvent>
+
+namespace tidewick {
+
+namespace {
+
+QFont mediumWeight(QFont font)
+{
+    font.setWeight(QFont::Medium);
+    return font;
+}
+
+int textStart(const QFont &font)
+{
+    return PanelMetrics::scaled(font, FormMetrics::signWidth + FormMetrics::signMargin);
+}
+
+} // namespace
+
+FormDisclosure::FormDisclosure(const QString &text, QWidget *parent) : FormButton(text, parent)
+{
+    setCheckable(true);
+}
+
+QSize FormDisclosure::sizeHint() const
+{
+    const int text = QFontMetrics(mediumWeight(font())).horizontalAdvance(this->text());
+    return {textStart(font()) + text + PanelMetrics::scaled(font(), FormMetrics::signMargin),
+            FormButton::sizeHint().height()};
+}
+
+void FormDisclosure::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    const qreal sign = PanelMetrics::scaled(font(), FormMetrics::signWidth);
+    const qreal half = sign * 0.5;
+    const qreal depth = sign * 0.26;
+    const QPointF middle(isRightToLeft ? width() - half : half, height() / 2.0);
+    const auto color = palette().color(QPalette::PlaceholderText);
+    if (isChecked()) {
+        FormPaint::arrow(painter, middle + QPointF(0, depth), middle + QPointF(-half, -depth),
+                         middle + QPointF(half, -depth), color, sign * 0.2);
+    } else {
+        const qreal ahead = isRightToLeft ? -depth : depth;
+        FormPaint::arrow(painter, middle + QPointF(ahead, 0), middle + QPointF(-ahead, -half),
+                         middle + QPointF(-ahead, half), color, sign * 0.2);
+    }
+    painter.setFont(mediumWeight(font()));
+    painter.setPen(palette().color(QPalette::WindowText));
+    FormPaint::line(painter, rect(), textStart(font()), layoutDirection(), text());
+    FormPaint::ring(painter, *this, PanelMetrics::scaled(font(), FormMetrics::controlRadius));
+}
+
+void FormDisclosure::keyPressEvent(QKeyEvent *event)
+{
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    const int towards = isRightToLeft ? Qt::Key_Left : Qt::Key_Right;
+    const int away = isRightToLeft ? Qt::Key_Right : Qt::Key_Left;
+    if (event->key() == towards)
+        setChecked(true);
+    else if (event->key() == away)
+        setChecked(false);
+    else
+        FormButton::keyPressEvent(event);
+}
+
+} // namespace tidewick
