@@ -34,7 +34,7 @@ QString trayAdvice()
 } // namespace
 
 DesktopFaces::DesktopFaces(NodeController &node)
-    : m_node(node), m_windows(m_appearance, QDesktopServices::openUrl),
+    : m_node(node), m_windows(node, m_appearance, QDesktopServices::openUrl),
       m_commands(node, m_windows, m_alerts, QDesktopServices::openUrl), m_icon(Bundle::main())
 {
     node.setConfirm(

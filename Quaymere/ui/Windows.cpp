@@ -3,50 +3,38 @@
 
 #include "ui/Windows.h"
 
+#include "ui/AboutWindow.h"
 #include "ui/Appearance.h"
 #include "ui/LedgerWindow.h"
-
-#include <QLabel>
-#include <QVBoxLayout>
+#include "ui/SettingsWindow.h"
 
 namespace tidewick {
 
 namespace {
 
-/// A window of one line, as large as that line asks for.
-QWidget *makeLine(const QString &title, const QString &line)
+/// Lets a window look as the desktop does, now and later.
+template <typename Window>
+Window *following(const Appearance &appearance, Window *window)
 {
-    auto *window = new QWidget;
-    window->setWindowTitle(title);
-    auto *layout = new QVBoxLayout(window);
-    layout->setContentsMargins(32, 28, 32, 28);
-    auto *label = new QLabel(line, window);
-    label->setTextFormat(Qt::PlainText);
-    label->setAlignment(Qt::AlignCenter);
-    layout->addWidget(label);
-    return window;
-}
-
-QWidget *makeFixed(const QString &title, const QString &line)
-{
-    QWidget *window = makeLine(title, line);
-    window->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    const auto follow = [&appearance, window] { window->setDark(appearance.isDark()); };
+    QObject::connect(&appearance, &Appearance::changed, window, follow);
+    follow();
     return window;
 }
 
 } // namespace
 
-Windows::Windows(const Appearance &appearance, OpenUrl openUrl)
-    : m_appearance(appearance), m_openUrl(std::move(openUrl))
+Windows::Windows(NodeController &node, const Appearance &appearance, OpenUrl openUrl)
+    : m_appearance(appearance)
 {
-    m_scenes[QStringLiteral("settings")].make = [] {
-        return makeFixed(QStringLiteral("Tidewick Settings"),
-                         QStringLiteral("Settings are kept in settings.ini for now."));
+    m_scenes[QStringLiteral("settings")].make = [this, &node] {
+        return following(m_appearance, new SettingsWindow(node));
     };
-    m_scenes[QStringLiteral("ledger")].make = [this] { return makeLedger(); };
-    m_scenes[QStringLiteral("about")].make = [] {
-        return makeFixed(QStringLiteral("About Tidewick"),
-                         QStringLiteral("Tidewick runs an XRP Ledger node on your machine."));
+    m_scenes[QStringLiteral("ledger")].make = [this, open = std::move(openUrl)] {
+        return makeLedger(open);
+    };
+    m_scenes[QStringLiteral("about")].make = [this, &node] {
+        return following(m_appearance, new AboutWindow(node));
     };
 }
 
@@ -56,13 +44,10 @@ Windows::~Windows()
         delete scene.window;
 }
 
-QWidget *Windows::makeLedger()
+QWidget *Windows::makeLedger(const OpenUrl &openUrl)
 {
-    auto *window = new LedgerWindow(m_openUrl);
-    const auto follow = [this, window] {
-        window->setDark(m_appearance.isDark());
-        window->setStill(m_appearance.isStill());
-    };
+    auto *window = following(m_appearance, new LedgerWindow(openUrl));
+    const auto follow = [this, window] { window->setStill(m_appearance.isStill()); };
     connect(&m_appearance, &Appearance::changed, window, follow);
     follow();
     window->resize(800, 780);

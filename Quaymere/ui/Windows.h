@@ -15,6 +15,7 @@ class QWidget;
 namespace tidewick {
 
 class Appearance;
+class NodeController;
 
 /// The application's windows by identifier: each is made when it is first asked for, and there is
 /// one of each at most. Closing one destroys it. Main thread only.
@@ -25,9 +26,9 @@ class Windows final : public QObject
 public:
     using OpenUrl = std::function<bool(const QUrl &)>;
 
-    /// The windows look as the appearance says, which outlives this, also when it changes. Links in
-    /// them are shown through openUrl.
-    Windows(const Appearance &appearance, OpenUrl openUrl);
+    /// The windows show the node and look as the appearance says, also when that changes; both
+    /// outlive this. Pages of the explorer are shown through openUrl.
+    Windows(NodeController &node, const Appearance &appearance, OpenUrl openUrl);
     ~Windows() override;
 
     /// Opens the window of that identifier, or brings it forward where it is open already. One of
@@ -47,10 +48,9 @@ private:
         QPointer<QWidget> window;
     };
 
-    QWidget *makeLedger();
+    QWidget *makeLedger(const OpenUrl &openUrl);
 
     const Appearance &m_appearance;
-    OpenUrl m_openUrl;
 
     std::map<QString, Scene> m_scenes;
 };

@@ -50,7 +50,8 @@ void TestMenuCommands::init()
     m_opens = true;
     m_rig = std::make_unique<NodeRig>();
     m_appearance = std::make_unique<Appearance>();
-    m_windows = std::make_unique<Windows>(*m_appearance, [](const QUrl &) { return true; });
+    m_windows =
+        std::make_unique<Windows>(m_rig->node(), *m_appearance, [](const QUrl &) { return true; });
     m_alerts = std::make_unique<Alerts>();
     m_commands = std::make_unique<MenuCommands>(m_rig->node(), *m_windows, *m_alerts,
                                                 [this](const QUrl &url) {

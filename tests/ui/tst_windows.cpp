@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
+#include "support/NodeRig.h"
 #include "support/Surroundings.h"
 #include "ui/Appearance.h"
 #include "ui/Windows.h"
@@ -26,20 +27,24 @@ private slots:
     void closingTheLastIsNoEnd();
 
 private:
+    std::unique_ptr<NodeRig> m_rig;
     std::unique_ptr<Appearance> m_appearance;
     std::unique_ptr<Windows> m_windows;
 };
 
 void TestWindows::init()
 {
+    m_rig = std::make_unique<NodeRig>();
     m_appearance = std::make_unique<Appearance>();
-    m_windows = std::make_unique<Windows>(*m_appearance, [](const QUrl &) { return true; });
+    m_windows =
+        std::make_unique<Windows>(m_rig->node(), *m_appearance, [](const QUrl &) { return true; });
 }
 
 void TestWindows::cleanup()
 {
     m_windows.reset();
     m_appearance.reset();
+    m_rig.reset();
 }
 
 namespace {
