@@ -3,27 +3,14 @@
 
 #include "QuaymereApp.h"
 
-#include "platform/Bundle.h"
-#include "platform/Files.h"
 #include "platform/SignalListener.h"
+#include "ui/AppIcon.h"
 
 #include <QEvent>
 
 #include <csignal>
 
 namespace tidewick {
-
-namespace {
-
-/// The one that is installed with the desktop's icons, else the one that the bundle carries.
-QIcon applicationIcon()
-{
-    const auto own = Bundle::main().resource("AppIcon", "svg");
-    return QIcon::fromTheme(QLatin1String(SingleInstance::name),
-                            own ? QIcon(Files::display(*own)) : QIcon());
-}
-
-} // namespace
 
 QuaymereApp::QuaymereApp(int &argc, char **argv) : QApplication(argc, argv)
 {

@@ -88,13 +88,6 @@ int run(const Mode::Smoke &, int &argc, char **argv)
     return QCoreApplication::exec();
 }
 
-int run(const Mode::Snapshot &mode)
-{
-    StandardStreams::printError("cannot write " + mode.png
-                                + "\nthis build renders no windows yet\n");
-    return EXIT_FAILURE;
-}
-
 int run(const Mode::Usage &mode)
 {
     StandardStreams::printError(mode.message);

@@ -7,9 +7,8 @@
 
 #include <cstdlib>
 
-// The modes for scripts: results on standard output, everything else on standard error. Each
-// returns the exit status of the process. Only the smoke test needs an event loop; none needs a
-// display.
+// The modes for scripts that draw nothing: results on standard output, everything else on standard
+// error. Each returns the exit status of the process. Only the smoke test needs an event loop.
 
 namespace tidewick::ToolingModes {
 
@@ -20,7 +19,6 @@ int run(const Mode::RenderConfig &mode);
 int run(const Mode::NodeVersion &mode);
 int run(const Mode::DescribeStorage &mode);
 int run(const Mode::Smoke &mode, int &argc, char **argv);
-int run(const Mode::Snapshot &mode);
 int run(const Mode::Usage &mode);
 
 } // namespace tidewick::ToolingModes

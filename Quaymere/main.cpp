@@ -3,6 +3,7 @@
 
 #include "ApplicationMode.h"
 #include "CommandLine.h"
+#include "Snapshots.h"
 #include "ToolingModes.h"
 #include "platform/StandardStreams.h"
 
@@ -22,6 +23,8 @@ public:
     {
         return ToolingModes::run(mode, m_argc, m_argv);
     }
+
+    int operator()(const Mode::Snapshot &mode) const { return Snapshots::run(mode, m_argv); }
 
     int operator()(const Mode::Application &) const { return ApplicationMode::run(m_argv); }
 

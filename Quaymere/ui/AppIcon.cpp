@@ -3,6 +3,10 @@
 
 #include "ui/AppIcon.h"
 
+#include "platform/Bundle.h"
+#include "platform/Files.h"
+#include "platform/SingleInstance.h"
+
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -25,6 +29,13 @@ QRect drawnPart(const QImage &image)
 }
 
 } // namespace
+
+QIcon applicationIcon()
+{
+    const auto own = Bundle::main().resource("AppIcon", "svg");
+    return QIcon::fromTheme(QLatin1String(SingleInstance::name),
+                            own ? QIcon(Files::display(*own)) : QIcon());
+}
 
 AppIcon::AppIcon(QWidget *parent) : QWidget(parent), m_icon(QGuiApplication::windowIcon())
 {

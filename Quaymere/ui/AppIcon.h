@@ -8,6 +8,10 @@
 
 namespace tidewick {
 
+/// The icon that the application is to have: the one that is installed with the desktop's icons,
+/// else the one that the bundle carries.
+QIcon applicationIcon();
+
 /// The application's icon, 64 points square. Icons come with empty space around them, each with as
 /// much as it likes; that is left away, so that the icon begins where the texts below it begin.
 class AppIcon final : public QWidget

@@ -31,6 +31,12 @@ FittedWindow::FittedWindow(QWidget *content, QWidget *parent)
     content->setFocus();
 }
 
+void FittedWindow::setBoundByScreen(bool bound)
+{
+    m_isBoundByScreen = bound;
+    fit();
+}
+
 void FittedWindow::ensureVisible(QWidget *part)
 {
     m_area->ensureWidgetVisible(part);
@@ -79,7 +85,8 @@ void FittedWindow::followScreen()
 void FittedWindow::fit()
 {
     const QSize frame = (frameGeometry().size() - size()).expandedTo({0, usualFrame});
-    const QSize room = screen()->availableSize() - frame;
+    const QSize room = m_isBoundByScreen ? screen()->availableSize() - frame
+                                         : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     const int width = std::min(wantedWidth(), std::max(1, room.width()));
     setFixedSize(width,
                  std::clamp(m_content->heightForWidth(width), 1, std::max(1, room.height())));

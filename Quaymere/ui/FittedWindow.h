@@ -15,6 +15,10 @@ class FittedWindow : public QWidget
 {
     Q_OBJECT
 
+public:
+    /// As it is at first, the window is no larger than its screen. A picture of it may be.
+    void setBoundByScreen(bool bound);
+
 protected:
     /// Whoever derives from it calls fit() when the content is there.
     FittedWindow(QWidget *content, QWidget *parent);
@@ -41,6 +45,7 @@ private:
 
     QScrollArea *m_area;
     QWidget *m_content;
+    bool m_isBoundByScreen = true;
     QMetaObject::Connection m_screenChange;
 };
 

@@ -40,7 +40,6 @@ private slots:
     void describe_data();
     void describe();
     void describeHasAStoreOfItsOwn();
-    void snapshotsSayTheyAreMissing();
     void unwritableOutput_data();
     void unwritableOutput();
     void closedStreamsReceiveNothingElse();
@@ -299,17 +298,6 @@ void TestToolingModes::describeHasAStoreOfItsOwn()
              QByteArray("Storage: rewriting the store · 5m so far, about 10m left\n"));
     Defaults::suite(QStringLiteral("quaymere-describe-storage"))->remove(key);
     Defaults::standard().remove(key);
-}
-
-void TestToolingModes::snapshotsSayTheyAreMissing()
-{
-    for (const char *option : {"--snapshot-settings", "--snapshot-ledger", "--snapshot-about"}) {
-        const Outcome outcome = run({option, "a.png", "dark"});
-        QCOMPARE(outcome.status, 1);
-        QVERIFY(outcome.output.isEmpty());
-        QVERIFY(outcome.error.startsWith("cannot write a.png\n"));
-        QVERIFY(!fs::exists(m_path / "a.png"));
-    }
 }
 
 void TestToolingModes::unwritableOutput_data()
