@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+// Makes the pictures of the documentation: the tray's menu and the node panel on a desktop of their
+// own, and the windows by the application's snapshot modes, all with the simulated node.
+
+#include "application/Desktop.h"
+#include "application/LaunchedApplication.h"
+#include "application/TrayReader.h"
+#include "application/XWindows.h"
+#include "support/RunProgram.h"
+#include "support/Surroundings.h"
+
+#include <QCoreApplication>
+#include <QImage>
+
+#include <csignal>
+
+using namespace tidewick;
+
+namespace {
+
+constexpr const char *scenario = "state=full peers=15 txns=40-220";
+
+/// Of the tray's menu on the screen, at the panel's corner.
+constexpr QRect menuPlace(0, 0, 380, 478);
+
+ChildSpec applicationSpec(std::vector<std::string> arguments = {})
+{
+    ChildSpec spec;
+    spec.executable = TIDEWICK_QUAYMERE_PATH;
+    spec.arguments = std::move(arguments);
+    spec.environment["TIDEWICK_SIMNODE"] = scenario;
+    return spec;
+}
+
+void require(bool condition, const char *what)
+{
+    if (!condition)
+        qFatal("%s", what);
+}
+
+void command(const char *program, std::vector<std::string> arguments)
+{
+    ChildSpec spec;
+    spec.executable = program;
+    spec.arguments = std::move(arguments);
+    const Outcome outcome = runProgram(spec);
+    require(outcome.status == 0, (QByteArray(program) + ": " + outcome.error).constData());
+}
+
+/// The figures are there once the second answer with counts is.
+void waitForFigures()
+{
+    require(waitUntil([] { return LaunchedApplication::noted("get_counts") > 1; }),
+            "the node shows no figures");
+}
+
+void end(Beside &application)
+{
+    application.send(SIGTERM);
+    require(application.waitForEnd(), "the application does not end");
+}
+
+void makePanel(const std::string &file)
+{
+    Beside application(applicationSpec());
+    require(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }),
+            "the node panel does not open");
+    waitForFigures();
+    command("/usr/bin/import", {"-window", "Tidewick", "-strip", file});
+    end(application);
+}
+
+void makeTray(const SessionBus &bus, const std::string &file)
+{
+    TrayReader reader(bus.connection());
+    require(waitUntil([&] { return reader.findItem(); }), "the tray shows no item");
+    const QString picture = QString::fromStdString(file);
+    const auto take = [&] {
+        command("/usr/bin/import", {"-window", "root", "-strip", file});
+        return QImage(picture).copy(menuPlace);
+    };
+    const QImage closed = take();
+    command("/usr/bin/xdotool", {"mousemove", "12", "15", "click", "3"});
+    command("/usr/bin/xdotool", {"mousemove", "700", "500"});
+    QImage open;
+    QImage before;
+    require(waitUntil([&] {
+                before = std::exchange(open, take());
+                return open != closed && open == before;
+            }),
+            "the menu does not open");
+    require(open.save(picture), "the tray's picture cannot be written");
+}
+
+void makeWindows(const std::string &folder)
+{
+    std::list<Beside> programs;
+    for (const std::string window : {"ledger", "settings", "about"}) {
+        for (const std::string theme : {"light", "dark"}) {
+            const std::string file = folder + '/' + window + '-' + theme + ".png";
+            programs.emplace_back(applicationSpec({"--snapshot-" + window, file, theme}));
+        }
+    }
+    for (Beside &program : programs)
+        require(waitUntil([&] { return program.ending().has_value(); })
+                    && program.ending()->status == 0,
+                program.output().constData());
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    enterPrivateLoopback();
+    const TestHome home;
+    const SessionBus bus;
+    const XServer display;
+    const QCoreApplication application(argc, argv);
+    require(argc == 2, "usage: pictures FOLDER");
+    const std::string folder = argv[1];
+
+    makePanel(folder + "/panel.png");
+    const DesktopPanel panel;
+    require(DesktopPanel::waitForHost(bus), "no tray host came up");
+    Beside tidewick(applicationSpec());
+    waitForFigures();
+    makeTray(bus, folder + "/tray.png");
+    makeWindows(folder);
+    end(tidewick);
+    return 0;
+}
