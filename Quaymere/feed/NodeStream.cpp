@@ -41,7 +41,9 @@ NodeStream::NodeStream(std::chrono::milliseconds handshakeLimit)
     m_handshakeTimer.start(handshakeLimit);
 
     // From the event loop, since opening can fail then and there, before anybody listens.
-    QMetaObject::invokeMethod(this, &NodeStream::open, Qt::QueuedConnection);
+    connect(&m_opener, &QTimer::timeout, this, &NodeStream::open);
+    m_opener.setSingleShot(true);
+    m_opener.start(0);
 }
 
 /// A QWebSocket that is connected would say goodbye.
@@ -53,8 +55,6 @@ NodeStream::~NodeStream()
 
 void NodeStream::open()
 {
-    if (m_over)
-        return;
     QUrl url;
     url.setScheme(QStringLiteral("ws"));
     url.setHost(QStringLiteral("127.0.0.1"));
@@ -109,6 +109,7 @@ void NodeStream::take(const QString &text)
 void NodeStream::finish()
 {
     m_over = true;
+    m_opener.stop();
     m_handshakeTimer.stop();
     m_socket.disconnect(this);
 }

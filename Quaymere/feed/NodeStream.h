@@ -39,6 +39,7 @@ private:
     QWebSocket m_socket;
     /// What was sent before the connection stood.
     QStringList m_waiting;
+    QTimer m_opener;
     QTimer m_handshakeTimer;
     bool m_over = false;
 };

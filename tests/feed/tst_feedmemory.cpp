@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr qint64 MiB = 1024 * 1024;
+constexpr qint64 MiB = 1024LL * 1024;
 constexpr qsizetype largest = 16 * MiB;
 
 qint64 sumOf(const QList<TypesByLedger::TypeCount> &totals)

@@ -105,10 +105,8 @@ void TestLedgerFeedSlots::startsAnewInsideASlot()
 void TestLedgerFeedSlots::goesFromAQueuedCall()
 {
     m_feed->start();
-    connect(m_feed.get(), &LedgerFeed::ledgersChanged, this, [this] {
-        QMetaObject::invokeMethod(
-            this, [this] { m_feed.reset(); }, Qt::QueuedConnection);
-    });
+    const auto go = [this] { m_feed.reset(); };
+    connect(m_feed.get(), &LedgerFeed::ledgersChanged, this, go, Qt::QueuedConnection);
     m_stream->close(7, 1, 100);
     m_stream->transact(QStringLiteral("A"), QStringLiteral("Payment"), 7);
     QVERIFY(m_feed);

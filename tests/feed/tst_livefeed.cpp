@@ -7,7 +7,6 @@
 #include "simnode/SimulatedNode.h"
 #include "support/Surroundings.h"
 
-#include <QElapsedTimer>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTimer>
@@ -189,7 +188,11 @@ void TestLiveFeed::comesBackAfterTheNode()
     m_node->waitForEnd();
     startNode();
     bool late = false;
-    QTimer::singleShot(4s, Qt::PreciseTimer, m_feed.get(), [&] { late = !m_feed->connected(); });
+    QTimer bound;
+    bound.setSingleShot(true);
+    bound.setTimerType(Qt::PreciseTimer);
+    connect(&bound, &QTimer::timeout, this, [&] { late = !m_feed->connected(); });
+    bound.start(4s);
     QTRY_VERIFY_WITH_TIMEOUT(m_feed->connected() || late, patience);
     QVERIFY(!late);
     QTRY_VERIFY_WITH_TIMEOUT(newest() > before + 2, patience);

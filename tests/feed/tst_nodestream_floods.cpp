@@ -12,7 +12,7 @@ namespace {
 
 using Server = RawWebSocketServer;
 
-constexpr qint64 MiB = 1024 * 1024;
+constexpr qint64 MiB = 1024LL * 1024;
 
 /// Sends the bytes again and again, as fast as they are taken, up to so many times.
 void pour(QTcpSocket *connection, const QByteArray &bytes, int times)
@@ -74,7 +74,7 @@ void TestNodeStreamFloods::pingsThatAreAnswered()
     const Server server;
     const StreamClient client;
     QTRY_VERIFY(server.isOpen());
-    for (int i = 0; i < 10; ++i) {
+    for (qsizetype i = 0; i < 10; ++i) {
         server.send(Server::frame(Server::ping, "p").repeated(1000));
         QTRY_COMPARE(server.frames().size(), 1000 * (i + 1));
     }
@@ -113,7 +113,7 @@ void TestNodeStreamFloods::largeTexts()
     QTRY_VERIFY(server.isOpen());
     const QByteArray text = Server::frame(Server::text, QByteArray(16 * MiB, 'x'));
     const PeakMemory memory;
-    for (int i = 1; i <= 20; ++i) {
+    for (qint64 i = 1; i <= 20; ++i) {
         server.send(text);
         QTRY_COMPARE_WITH_TIMEOUT(sum, i * 16 * MiB, 30'000);
     }

@@ -13,7 +13,7 @@ namespace {
 
 using Server = RawWebSocketServer;
 
-constexpr qsizetype largest = 16 * 1024 * 1024;
+constexpr qsizetype largest = 16LL * 1024 * 1024;
 
 /// Something to wait for behind frames that say nothing.
 const QString ready = QStringLiteral("ready");
