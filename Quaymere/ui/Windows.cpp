@@ -27,8 +27,10 @@ Window *following(const Appearance &appearance, Window *window)
 Windows::Windows(NodeController &node, const Appearance &appearance, OpenUrl openUrl)
     : m_appearance(appearance)
 {
-    m_scenes[QStringLiteral("settings")].make = [this, &node] {
-        return following(m_appearance, new SettingsWindow(node));
+    m_scenes[QStringLiteral("settings")].make = [this, &node, openUrl] {
+        SettingsHost host;
+        host.openUrl = openUrl;
+        return following(m_appearance, new SettingsWindow(node, std::move(host)));
     };
     m_scenes[QStringLiteral("ledger")].make = [this, open = std::move(openUrl)] {
         return makeLedger(open);

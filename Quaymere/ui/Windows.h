@@ -27,7 +27,7 @@ public:
     using OpenUrl = std::function<bool(const QUrl &)>;
 
     /// The windows show the node and look as the appearance says, also when that changes; both
-    /// outlive this. Pages of the explorer are shown through openUrl.
+    /// outlive this. What they show by other programs goes through openUrl.
     Windows(NodeController &node, const Appearance &appearance, OpenUrl openUrl);
     ~Windows() override;
 

@@ -24,6 +24,7 @@ private slots:
     void comeBackFromMinimised();
     void openAnewAfterClosing();
     void ledgerHasItsSize();
+    void followLightAndDark();
     void closingTheLastIsNoEnd();
 
 private:
@@ -106,6 +107,30 @@ void TestWindows::ledgerHasItsSize()
 {
     m_windows->open(QStringLiteral("ledger"));
     QCOMPARE(m_windows->window(QStringLiteral("ledger"))->size(), QSize(800, 780));
+}
+
+void TestWindows::followLightAndDark()
+{
+    const auto setLightness = [this](int lightness) {
+        QApplication::setPalette(QColor(lightness, lightness, lightness));
+        m_appearance->paletteChanged();
+    };
+    const auto isDark = [this](const QString &identifier) {
+        const QImage picture = m_windows->window(identifier)->grab().toImage();
+        return picture.pixelColor(1, 1).lightness() < 128;
+    };
+    const QPalette before = QApplication::palette();
+    setLightness(20);
+    for (const char *name : {"settings", "ledger", "about"}) {
+        const QString identifier = QString::fromLatin1(name);
+        m_windows->open(identifier);
+        QVERIFY(isDark(identifier));
+        setLightness(240);
+        QVERIFY(!isDark(identifier));
+        setLightness(20);
+        QVERIFY(isDark(identifier));
+    }
+    QApplication::setPalette(before);
 }
 
 void TestWindows::closingTheLastIsNoEnd()
