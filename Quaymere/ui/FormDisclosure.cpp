@@ -43,9 +43,9 @@ void FormDisclosure::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
     const qreal sign = PanelMetrics::scaled(font(), FormMetrics::signWidth);
-    const qreal half = sign * 0.5;
-    const qreal depth = sign * 0.26;
-    const QPointF middle(isRightToLeft ? width() - half : half, height() / 2.0);
+    const qreal half = sign * 0.4;
+    const qreal depth = sign * 0.22;
+    const QPointF middle(isRightToLeft ? width() - sign / 2 : sign / 2, height() / 2.0);
     const auto color = palette().color(QPalette::PlaceholderText);
     if (isChecked()) {
         FormPaint::arrow(painter, middle + QPointF(0, depth), middle + QPointF(-half, -depth),
