@@ -55,12 +55,18 @@ private:
     QByteArray m_before;
 };
 
+/// For folders that are gone again at the end.
+QString scratchTemplate()
+{
+    return Files::display(Folders::temporary() / "quaymere-scratch-XXXXXX");
+}
+
 /// The application that draws into memory, whatever desktop there is or is not.
 std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
     // Qt looks for a file in the runtime directory when it starts. Where that is missing it would
     // make one, and leave it.
-    const QTemporaryDir runtime(Files::display(Folders::temporary() / "quaymere-snapshot-XXXXXX"));
+    const QTemporaryDir runtime(scratchTemplate());
     const Variable runtimeVariable("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
     const Variable platformVariable("QT_QPA_PLATFORM", "offscreen");
     // It also tells what a display in memory cannot do, which is not for somebody who asked for a
@@ -76,6 +82,8 @@ struct Scene
 {
     std::unique_ptr<QWidget> window;
     std::chrono::milliseconds settling;
+    /// Files that the window works with.
+    std::unique_ptr<QTemporaryDir> files;
 };
 
 template <typename Window>
@@ -85,33 +93,51 @@ std::unique_ptr<QWidget> inTheme(std::unique_ptr<Window> window, Mode::Snapshot:
     return window;
 }
 
+/// A form as large as it needs to be, whatever the screen.
 template <typename Window>
-std::unique_ptr<Window> form(NodeController &node)
+std::unique_ptr<QWidget> whole(std::unique_ptr<Window> window, Mode::Snapshot::Theme theme)
 {
-    auto window = std::make_unique<Window>(node);
     window->setBoundByScreen(false);
-    return window;
+    return inTheme(std::move(window), theme);
+}
+
+/// With the user's settings as they are, in a file of its own: the window puts in order what it
+/// finds.
+Scene makeSettings(NodeController &node, Mode::Snapshot::Theme theme)
+{
+    auto files = std::make_unique<QTemporaryDir>(scratchTemplate());
+    const std::filesystem::path copy = files->filePath(QStringLiteral("settings")).toStdString();
+    std::error_code thereAreNone;
+    std::filesystem::copy_file(Defaults::standard().file(), copy, thereAreNone);
+    SettingsHost host;
+    host.defaults = Defaults(copy);
+    auto window = whole(std::make_unique<SettingsWindow>(node, std::move(host)), theme);
+    return {std::move(window), 500ms, std::move(files)};
+}
+
+Scene makeLedger(Mode::Snapshot::Theme theme)
+{
+    auto window = std::make_unique<LedgerWindow>([](const QUrl &) { return false; });
+    window->setStill(true);
+    window->resize(800, 780);
+    return {inTheme(std::move(window), theme), 15s, nullptr};
 }
 
 Scene makeScene(const Mode::Snapshot &mode, NodeController &node)
 {
     switch (mode.window) {
     case Mode::Snapshot::Window::Settings:
-        return {inTheme(form<SettingsWindow>(node), mode.theme), 500ms};
+        return makeSettings(node, mode.theme);
+    case Mode::Snapshot::Window::Ledger:
+        return makeLedger(mode.theme);
     case Mode::Snapshot::Window::About:
-        return {inTheme(form<AboutWindow>(node), mode.theme), 500ms};
-    case Mode::Snapshot::Window::Ledger: {
-        auto window = std::make_unique<LedgerWindow>([](const QUrl &) { return false; });
-        window->setStill(true);
-        window->resize(800, 780);
-        return {inTheme(std::move(window), mode.theme), 15s};
-    }
+        return {whole(std::make_unique<AboutWindow>(node), mode.theme), 500ms, nullptr};
     }
     Q_UNREACHABLE();
 }
 
 /// For the controller to have one; it is never started, so nothing is written there.
-std::filesystem::path scratchDirectory()
+std::filesystem::path dataDirectory()
 {
     const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
     return Folders::temporary() / ("quaymere-snapshot-" + unique.toStdString());
@@ -120,7 +146,10 @@ std::filesystem::path scratchDirectory()
 void settle(std::chrono::milliseconds time)
 {
     QEventLoop loop;
-    QTimer::singleShot(time, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    QTimer timer;
+    timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+    timer.start(time);
     loop.exec();
 }
 
@@ -161,7 +190,7 @@ int run(const Mode::Snapshot &mode, char **argv)
 {
     int argc = 1; // the rest is not for Qt to read
     const auto application = makeApplication(argc, argv);
-    NodeController node(scratchDirectory(), NodeHost());
+    NodeController node(dataDirectory());
     const Scene scene = makeScene(mode, node);
     scene.window->show();
     settle(scene.settling);

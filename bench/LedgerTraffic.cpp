@@ -19,6 +19,7 @@ using namespace std::chrono_literals;
 constexpr auto flushInterval = 400ms;
 constexpr int flushesPerLedger = 10;
 constexpr int transactionsPerFlush = 80;
+constexpr qint64 transactionsPerLedger = 800;
 
 } // namespace
 
@@ -50,7 +51,7 @@ void LedgerTraffic::run(std::chrono::seconds time)
 void LedgerTraffic::close()
 {
     ++m_ledger;
-    m_stream.close(m_ledger, flushesPerLedger * transactionsPerFlush, m_ledger * 4);
+    m_stream.close(m_ledger, transactionsPerLedger, m_ledger * 4);
 }
 
 void LedgerTraffic::transact(int count)

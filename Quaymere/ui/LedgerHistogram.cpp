@@ -209,11 +209,11 @@ void LedgerHistogram::focusOutEvent(QFocusEvent *)
     updateBars({m_currentLedger});
 }
 
-void LedgerHistogram::step(qsizetype to)
+void LedgerHistogram::stepTo(qsizetype position)
 {
     if (m_ledgers.isEmpty())
         return;
-    const qsizetype place = std::clamp<qsizetype>(to, 0, m_ledgers.size() - 1);
+    const qsizetype place = std::clamp<qsizetype>(position, 0, m_ledgers.size() - 1);
     m_showsCurrent = true;
     updateBars({std::exchange(m_currentLedger, m_ledgers.at(place).id), m_ledgers.at(place).id});
     LedgerHistogramAccess::tellFocus(*this);
@@ -223,13 +223,13 @@ void LedgerHistogram::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
     case Qt::Key_Left:
-        return step(position(m_currentLedger) - 1);
+        return stepTo(position(m_currentLedger) - 1);
     case Qt::Key_Right:
-        return step(position(m_currentLedger) + 1);
+        return stepTo(position(m_currentLedger) + 1);
     case Qt::Key_Home:
-        return step(0);
+        return stepTo(0);
     case Qt::Key_End:
-        return step(m_ledgers.size() - 1);
+        return stepTo(m_ledgers.size() - 1);
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:

@@ -56,7 +56,7 @@ private:
     qsizetype position(Index ledger) const;
     Index ledgerAt(const QPoint &point) const;
     void hover(Index ledger);
-    void step(qsizetype position);
+    void stepTo(qsizetype position);
     void updateBars(std::initializer_list<Index> ledgers);
     void settle();
 

@@ -10,6 +10,7 @@
 #include <QAccessibleWidget>
 
 #include <map>
+#include <memory>
 
 namespace tidewick::LedgerHistogramAccess {
 
@@ -106,8 +107,9 @@ public:
             return nullptr;
         auto bar = m_bars.find(position);
         if (bar == m_bars.end()) {
-            auto *made = new Bar(m_histogram, position);
-            bar = m_bars.emplace(position, QAccessible::registerAccessibleInterface(made)).first;
+            auto made = std::make_unique<Bar>(m_histogram, position);
+            const QAccessible::Id id = QAccessible::registerAccessibleInterface(made.release());
+            bar = m_bars.emplace(position, id).first;
         }
         return QAccessible::accessibleInterface(bar->second);
     }

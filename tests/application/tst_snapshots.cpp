@@ -35,6 +35,7 @@ private slots:
     void ledgerWaitsForANode();
     void ledgerShowsTheNode();
     void leaveNothingBeside();
+    void leaveTheSettingsAlone();
     void replaceWhatWasThere();
     void followALink();
     void failures_data();
@@ -240,6 +241,24 @@ void TestSnapshots::leaveNothingBeside()
     auto after = filesBelow(m_path);
     QCOMPARE(after.erase(m_path / "a.png"), 1U);
     QVERIFY(after == before);
+}
+
+/// The window itself would put the one that is out of its range in order.
+void TestSnapshots::leaveTheSettingsAlone()
+{
+    const fs::path config = m_path / "config";
+    const fs::path file = config / "Tidewick/settings.ini";
+    fs::create_directories(file.parent_path());
+    const QByteArray settings = "[General]\nautoStopAfterFullMinutes=-5\ndiskGuardFreeGB=50\n";
+    writeFile(file, settings);
+    const ProcessEnvironment variables{{"XDG_CONFIG_HOME", config.string()}};
+    QCOMPARE(run({"--snapshot-settings", "a.png"}, variables).status, 0);
+    QCOMPARE(contentOf(file), settings);
+
+    // What is stored is what is shown.
+    fs::remove(file);
+    QCOMPARE(run({"--snapshot-settings", "b.png"}, variables).status, 0);
+    QVERIFY(contentOf(m_path / "a.png") != contentOf(m_path / "b.png"));
 }
 
 void TestSnapshots::replaceWhatWasThere()

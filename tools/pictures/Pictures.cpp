@@ -40,20 +40,27 @@ void require(bool condition, const char *what)
         qFatal("%s", what);
 }
 
-void command(const char *program, std::vector<std::string> arguments)
+/// What the program prints.
+QByteArray command(const char *program, std::vector<std::string> arguments)
 {
     ChildSpec spec;
     spec.executable = program;
     spec.arguments = std::move(arguments);
     const Outcome outcome = runProgram(spec);
     require(outcome.status == 0, (QByteArray(program) + ": " + outcome.error).constData());
+    return outcome.output.trimmed();
 }
 
-/// The figures are there once the second answer with counts is.
-void waitForFigures()
+/// How often the node was asked for its counts, in this run and those before.
+qsizetype counts()
 {
-    require(waitUntil([] { return LaunchedApplication::noted("get_counts") > 1; }),
-            "the node shows no figures");
+    return LaunchedApplication::noted("get_counts");
+}
+
+/// The figures are there once the node has been asked for its counts twice, since so many times.
+void waitForFigures(qsizetype countsBefore)
+{
+    require(waitUntil([=] { return counts() > countsBefore + 1; }), "the node shows no figures");
 }
 
 void end(Beside &application)
@@ -67,8 +74,11 @@ void makePanel(const std::string &file)
     Beside application(applicationSpec());
     require(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }),
             "the node panel does not open");
-    waitForFigures();
-    command("/usr/bin/import", {"-window", "Tidewick", "-strip", file});
+    waitForFigures(0);
+    // Its title alone is also that of windows that are never shown.
+    const QByteArray window =
+        command("/usr/bin/xdotool", {"search", "--onlyvisible", "--name", "^Tidewick$"});
+    command("/usr/bin/import", {"-window", window.toStdString(), "-strip", file});
     end(application);
 }
 
@@ -124,8 +134,10 @@ int main(int argc, char *argv[])
     makePanel(folder + "/panel.png");
     const DesktopPanel panel;
     require(DesktopPanel::waitForHost(bus), "no tray host came up");
+    command("/usr/bin/xsetroot", {"-solid", "#dfe3e8"});
+    const qsizetype before = counts();
     Beside tidewick(applicationSpec());
-    waitForFigures();
+    waitForFigures(before);
     makeTray(bus, folder + "/tray.png");
     makeWindows(folder);
     end(tidewick);
