@@ -109,7 +109,8 @@ void makeWindows(const std::string &folder)
     std::list<Beside> programs;
     for (const std::string window : {"ledger", "settings", "about"}) {
         for (const std::string theme : {"light", "dark"}) {
-            const std::string file = folder + '/' + window + '-' + theme + ".png";
+            const std::string file =
+                folder + '/' + std::string(window).append("-").append(theme).append(".png");
             programs.emplace_back(applicationSpec({"--snapshot-" + window, file, theme}));
         }
     }
