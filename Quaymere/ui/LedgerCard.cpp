@@ -47,6 +47,12 @@ QRect LedgerCard::titleRect() const
             QFontMetrics(metrics().cardTitle).height()};
 }
 
+QRect LedgerCard::besideTitle() const
+{
+    const int title = QFontMetrics(metrics().cardTitle).horizontalAdvance(m_title);
+    return titleRect().adjusted(title + metrics().gap, 0, 0, 0);
+}
+
 QRect LedgerCard::content() const
 {
     QRect rect = titleRect();

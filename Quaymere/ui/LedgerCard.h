@@ -35,6 +35,9 @@ protected:
     /// Where the title stands, over the whole width of what the card holds.
     QRect titleRect() const;
 
+    /// To the right of the title.
+    QRect besideTitle() const;
+
     /// Below the title.
     QRect content() const;
 

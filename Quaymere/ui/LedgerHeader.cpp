@@ -55,20 +55,28 @@ void LedgerHeader::paintEvent(QPaintEvent *event)
     const QString label = QStringLiteral("Ledger ");
     LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().heading, colors().ink2, label);
     line.setLeft(QFontMetrics(metrics().heading).horizontalAdvance(label));
+    line.setRight(status().left() - metrics().gap);
     LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().headingNumber, colors().ink,
                         m_index);
     paintStatus(painter);
 }
 
-void LedgerHeader::paintStatus(QPainter &painter) const
+/// Its text with a dot before it, in a field that is round at the ends.
+QRect LedgerHeader::status() const
 {
-    const QString text = LedgerTexts::status(m_connected);
     const QFontMetrics font(metrics().caption);
     const int height = font.height() * 7 / 4;
-    const int dot = font.height() / 2;
+    const int width =
+        height + font.height() / 2 * 2 + font.horizontalAdvance(LedgerTexts::status(m_connected));
+    return {this->width() - width, this->height() - height, width, height};
+}
+
+void LedgerHeader::paintStatus(QPainter &painter) const
+{
+    const QRect pill = status();
+    const int height = pill.height();
     const int margin = height / 2;
-    const int width = margin + dot + dot + font.horizontalAdvance(text) + margin;
-    const QRect pill(this->width() - width, this->height() - height, width, height);
+    const int dot = QFontMetrics(metrics().caption).height() / 2;
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -77,7 +85,8 @@ void LedgerHeader::paintStatus(QPainter &painter) const
     painter.setBrush(m_connected ? colors().accent : colors().ink3);
     painter.drawEllipse(QRectF(pill.left() + margin, pill.top() + (height - dot) / 2.0, dot, dot));
     LedgerDrawing::line(painter, pill.adjusted(margin + 2 * dot, 0, 0, 0), Qt::AlignLeft,
-                        metrics().caption, m_connected ? colors().link : colors().ink2, text);
+                        metrics().caption, m_connected ? colors().link : colors().ink2,
+                        LedgerTexts::status(m_connected));
 }
 
 } // namespace tidewick

@@ -24,6 +24,7 @@ protected:
 
 private:
     void nameAnew();
+    QRect status() const;
     void paintStatus(QPainter &painter) const;
 
     QString m_index;

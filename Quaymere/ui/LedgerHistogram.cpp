@@ -68,7 +68,7 @@ LedgerHistogram::LedgerHistogram(const LedgerLook &look, QWidget *parent)
     m_move.setEasingCurve(QEasingCurve::OutCubic);
     m_move.setStartValue(0.0);
     m_move.setEndValue(1.0);
-    connect(&m_move, &QVariantAnimation::valueChanged, this, [this] { update(chart()); });
+    connect(&m_move, &QVariantAnimation::valueChanged, this, [this] { updateChart(); });
     connect(&m_move, &QVariantAnimation::finished, this, &LedgerHistogram::settle);
 }
 
@@ -77,7 +77,12 @@ void LedgerHistogram::setLedgers(const QList<LedgerFeed::Ledger> &ledgers)
     const bool oneMore = !m_ledgers.isEmpty() && ledgers.size() >= 2
                          && ledgers.at(ledgers.size() - 2) == m_ledgers.last();
     m_largestBefore = largest(m_ledgers);
+    const Index current = m_current < 0 ? Index() : m_ledgers.at(m_current).id;
     m_ledgers = ledgers;
+    if (current)
+        m_current = m_ledgers.isEmpty() ? -1 : std::max<qsizetype>(0, position(*current));
+    else if (hasFocus())
+        m_current = m_ledgers.size() - 1;
     m_move.stop();
     if (oneMore && !isStill() && isVisible() && !window()->isMinimized())
         m_move.start();
@@ -89,8 +94,6 @@ void LedgerHistogram::setLedgers(const QList<LedgerFeed::Ledger> &ledgers)
 void LedgerHistogram::settle()
 {
     hover(m_pointer ? ledgerAt(*m_pointer) : std::nullopt);
-    if (m_currentLedger && position(m_currentLedger) < 0)
-        m_currentLedger = m_ledgers.isEmpty() ? Index() : m_ledgers.first().id;
 }
 
 void LedgerHistogram::lookChanged()
@@ -98,6 +101,7 @@ void LedgerHistogram::lookChanged()
     if (isStill())
         m_move.stop();
     LedgerCard::lookChanged();
+    settle();
 }
 
 QRect LedgerHistogram::chart() const
@@ -124,19 +128,22 @@ qsizetype LedgerHistogram::position(Index ledger) const
     return found == m_ledgers.end() ? -1 : found - m_ledgers.begin();
 }
 
+QRect LedgerHistogram::target(qsizetype position) const
+{
+    return column(position).adjusted(0, 0, barGap, 0) & chart();
+}
+
 LedgerHistogram::Index LedgerHistogram::ledgerAt(const QPoint &point) const
 {
-    if (!chart().contains(point))
-        return {};
     for (qsizetype i = 0; i < m_ledgers.size(); ++i)
-        if (column(i).adjusted(0, 0, barGap, 0).contains(point))
+        if (target(i).contains(point))
             return m_ledgers.at(i).id;
     return {};
 }
 
 qsizetype LedgerHistogram::current() const
 {
-    return hasFocus() ? position(m_currentLedger) : -1;
+    return hasFocus() ? m_current : -1;
 }
 
 void LedgerHistogram::choose(qsizetype position)
@@ -149,19 +156,26 @@ void LedgerHistogram::hover(Index ledger)
 {
     if (ledger == m_hoveredLedger)
         return;
-    updateBars({std::exchange(m_hoveredLedger, ledger), ledger});
+    updateBar(position(std::exchange(m_hoveredLedger, ledger)));
+    updateBar(position(ledger));
     if (ledger)
         setCursor(Qt::PointingHandCursor);
     else
         unsetCursor();
 }
 
-void LedgerHistogram::updateBars(std::initializer_list<Index> ledgers)
+/// Its label as well.
+void LedgerHistogram::updateBar(qsizetype position)
 {
     update(titleRect());
-    for (const Index ledger : ledgers)
-        if (const qsizetype place = position(ledger); place >= 0)
-            update(column(place).adjusted(-barGap, -barGap, barGap, barGap));
+    if (position >= 0)
+        update(column(position).adjusted(-barGap, -barGap, barGap, barGap));
+}
+
+/// With the ring around a bar.
+void LedgerHistogram::updateChart()
+{
+    update(chart().adjusted(-barGap, -barGap, barGap, barGap));
 }
 
 void LedgerHistogram::mouseMoveEvent(QMouseEvent *event)
@@ -178,44 +192,44 @@ void LedgerHistogram::leaveEvent(QEvent *)
 
 void LedgerHistogram::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton)
-        m_pressedLedger = ledgerAt(event->position().toPoint());
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_pressedLedger = ledgerAt(event->position().toPoint());
+    if (m_pressedLedger)
+        m_pressedTarget = target(position(m_pressedLedger));
 }
 
 void LedgerHistogram::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    // The bars may have moved since the press; what was pressed is what is meant.
+    // The bars may have moved since the press. What was pressed is what is meant, where it was and
+    // where it is.
+    const QPoint point = event->position().toPoint();
     const Index pressed = std::exchange(m_pressedLedger, {});
-    if (pressed && pressed == ledgerAt(event->position().toPoint()))
+    if (pressed && (m_pressedTarget.contains(point) || pressed == ledgerAt(point)))
         emit chosen(*pressed);
 }
 
-void LedgerHistogram::focusInEvent(QFocusEvent *event)
+void LedgerHistogram::focusInEvent(QFocusEvent *)
 {
-    if (!m_currentLedger && !m_ledgers.isEmpty())
-        m_currentLedger = m_ledgers.last().id;
-    m_showsCurrent = event->reason() == Qt::TabFocusReason
-                     || event->reason() == Qt::BacktabFocusReason
-                     || event->reason() == Qt::ShortcutFocusReason;
-    updateBars({m_currentLedger});
+    if (m_current < 0)
+        m_current = m_ledgers.size() - 1;
+    updateBar(m_current);
     LedgerHistogramAccess::tellFocus(*this);
 }
 
 void LedgerHistogram::focusOutEvent(QFocusEvent *)
 {
-    m_showsCurrent = false;
-    updateBars({m_currentLedger});
+    updateBar(m_current);
 }
 
 void LedgerHistogram::stepTo(qsizetype position)
 {
     if (m_ledgers.isEmpty())
         return;
-    const qsizetype place = std::clamp<qsizetype>(position, 0, m_ledgers.size() - 1);
-    m_showsCurrent = true;
-    updateBars({std::exchange(m_currentLedger, m_ledgers.at(place).id), m_ledgers.at(place).id});
+    updateBar(std::exchange(m_current, std::clamp<qsizetype>(position, 0, m_ledgers.size() - 1)));
+    updateBar(m_current);
     LedgerHistogramAccess::tellFocus(*this);
 }
 
@@ -223,9 +237,9 @@ void LedgerHistogram::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
     case Qt::Key_Left:
-        return stepTo(position(m_currentLedger) - 1);
+        return stepTo(m_current - 1);
     case Qt::Key_Right:
-        return stepTo(position(m_currentLedger) + 1);
+        return stepTo(m_current + 1);
     case Qt::Key_Home:
         return stepTo(0);
     case Qt::Key_End:
@@ -233,7 +247,7 @@ void LedgerHistogram::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
     case Qt::Key_Space:
-        return choose(position(m_currentLedger));
+        return choose(m_current);
     default:
         LedgerCard::keyPressEvent(event);
     }
@@ -241,8 +255,8 @@ void LedgerHistogram::keyPressEvent(QKeyEvent *event)
 
 QString LedgerHistogram::label() const
 {
-    for (const Index ledger : {m_hoveredLedger, m_showsCurrent ? m_currentLedger : Index()})
-        if (const qsizetype place = position(ledger); ledger && place >= 0)
+    for (const qsizetype place : {position(m_hoveredLedger), current()})
+        if (place >= 0)
             return LedgerTexts::bar(m_ledgers.at(place));
     return LedgerTexts::summary(m_ledgers);
 }
@@ -252,15 +266,14 @@ void LedgerHistogram::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     paintCard(painter, event->rect());
     if (event->rect().intersects(titleRect()))
-        LedgerDrawing::line(painter, titleRect(), Qt::AlignRight, metrics().caption, colors().ink3,
-                            label());
+        LedgerDrawing::line(painter, besideTitle(), Qt::AlignRight, metrics().caption,
+                            colors().ink3, label());
     paintBars(painter, event->rect());
     const double line = LedgerDrawing::hairline(painter);
     painter.fillRect(QRectF(chart().left(), chart().bottom() + 1 - line, chart().width(), line),
                      colors().line);
     paintAverage(painter);
-    if (m_showsCurrent)
-        paintFocus(painter);
+    paintFocus(painter);
 }
 
 void LedgerHistogram::paintBars(QPainter &painter, const QRect &area) const
@@ -302,18 +315,24 @@ void LedgerHistogram::paintAverage(QPainter &painter) const
 
 void LedgerHistogram::paintFocus(QPainter &painter) const
 {
-    const qsizetype place = position(m_currentLedger);
-    if (!m_currentLedger || place < 0)
+    if (current() < 0)
         return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(colors().link, 1.5));
-    painter.drawRoundedRect(QRectF(column(place)).adjusted(-1, -1, 1, 1), barRadius, barRadius);
+    painter.drawRoundedRect(QRectF(column(current())).adjusted(-1, -1, 1, 1), barRadius, barRadius);
 }
 
 void LedgerHistogram::resizeEvent(QResizeEvent *)
 {
     m_move.stop();
+    settle();
+}
+
+void LedgerHistogram::hideEvent(QHideEvent *)
+{
+    m_move.stop();
+    settle();
 }
 
 } // namespace tidewick

@@ -40,6 +40,7 @@ signals:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -54,10 +55,12 @@ private:
     QRect chart() const;
     QString label() const;
     qsizetype position(Index ledger) const;
+    QRect target(qsizetype position) const;
     Index ledgerAt(const QPoint &point) const;
     void hover(Index ledger);
     void stepTo(qsizetype position);
-    void updateBars(std::initializer_list<Index> ledgers);
+    void updateBar(qsizetype position);
+    void updateChart();
     void settle();
 
     void paintBars(QPainter &painter, const QRect &area) const;
@@ -67,11 +70,12 @@ private:
     QList<LedgerFeed::Ledger> m_ledgers;
     Index m_hoveredLedger;
     Index m_pressedLedger;
-    Index m_currentLedger;
+    /// What took the press, where that was at the time.
+    QRect m_pressedTarget;
+    /// The place that the keyboard is or was at; -1 before it came.
+    qsizetype m_current = -1;
     /// Where the pointer is, if it is here.
     std::optional<QPoint> m_pointer;
-    /// The current bar is shown: the keyboard brought the focus or moved it since.
-    bool m_showsCurrent = false;
 
     /// From the bars as they were, at 0, to the bars as they are, at 1.
     QVariantAnimation m_move;

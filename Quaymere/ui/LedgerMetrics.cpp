@@ -60,7 +60,7 @@ LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
     gap = between(8, 12);
     mostWidth = between(1200, 1200);
     radius = between(11, 11);
-    cardSide = between(16, 18);
+    cardSide = between(18, 18);
     cardTop = between(9, 14);
     titleGap = between(4, 6);
 
@@ -71,6 +71,7 @@ LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
     chart = between(54, 128);
     typeRow = std::max(between(16, 22), lineOf(body) + between(1, 3));
     txRow = std::max(between(22, 28), lineOf(body) + 6);
+    listMargin = radius / 3 + 1;
     // In a narrow window it takes two lines.
     footnote = 2 * lineOf(caption);
 
@@ -80,6 +81,7 @@ LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
     nameColumn = mark + markGap
                  + QFontMetrics(body).horizontalAdvance(QStringLiteral("PaymentChannelCreate"))
                  + between(12, 16);
+    accountColumn = QFontMetrics(body).horizontalAdvance(QStringLiteral("r00000000000000"));
 }
 
 LedgerMetrics::LedgerMetrics(const QFont &base, int windowHeight)
@@ -89,6 +91,11 @@ LedgerMetrics::LedgerMetrics(const QFont &base, int windowHeight)
           return std::clamp(double(windowHeight - together) / (apart - together), 0.0, 1.0);
       }())
 {
+}
+
+int LedgerMetrics::leastWidth(const QFont &base)
+{
+    return PanelMetrics::scaled(base, 540);
 }
 
 int LedgerMetrics::leastHeight(const QFont &base)
@@ -106,7 +113,7 @@ int LedgerMetrics::windowHeight(double transactions) const
     const int types = (int(LedgerTexts::mostTypes) + 1) * typeRow;
     const int list = int(std::ceil(transactions * txRow));
     return top + header + headerGap + tile + gap + cardHeight(chart) + gap + cardHeight(types) + gap
-           + cardHeight(list) - cardTop + gap + footnote + gap;
+           + cardHeight(list) - cardTop + listMargin + gap + footnote + gap;
 }
 
 } // namespace tidewick

@@ -15,6 +15,9 @@ public:
     /// For a window of that height.
     LedgerMetrics(const QFont &base, int windowHeight);
 
+    /// The least width in which texts have room beside each other.
+    static int leastWidth(const QFont &base);
+
     /// The least height that shows everything, with two transactions.
     static int leastHeight(const QFont &base);
 
@@ -53,6 +56,8 @@ public:
     int chart;
     int typeRow;
     int txRow;
+    /// From a card's edge to the list in it, so that its corners stay within the card's round ones.
+    int listMargin;
     int footnote;
 
     /// The square that shows a type's colour, the space to its right, and its corners.
@@ -61,6 +66,8 @@ public:
     int markRadius;
     /// From a row's mark to what follows the type's name.
     int nameColumn;
+    /// Wide enough for accounts that are not shortened, and for those that are.
+    int accountColumn;
 
     int cardHeight(int content) const;
 

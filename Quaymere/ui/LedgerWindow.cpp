@@ -42,7 +42,10 @@ LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent
 {
     setWindowTitle(QStringLiteral("Live Ledger"));
     setAttribute(Qt::WA_OpaquePaintEvent);
+    // At first the keyboard is at nothing: a window that has just come may get an Enter that was
+    // meant for another.
     setFocusPolicy(Qt::ClickFocus);
+    setFocus();
     m_footnote->setTextFormat(Qt::PlainText);
     m_footnote->setAlignment(Qt::AlignCenter);
     m_footnote->setWordWrap(true);
@@ -154,7 +157,8 @@ void LedgerWindow::paintEvent(QPaintEvent *event)
 /// Takes its measures from font and height, and shows everything in them.
 void LedgerWindow::fit()
 {
-    setMinimumSize(leastSize.expandedTo({0, LedgerMetrics::leastHeight(font())}));
+    setMinimumSize(leastSize.expandedTo(
+        {LedgerMetrics::leastWidth(font()), LedgerMetrics::leastHeight(font())}));
     m_look.metrics = LedgerMetrics(font(), height());
     m_footnote->setFont(m_look.metrics.caption);
     for (LedgerCard *card : findChildren<LedgerCard *>())

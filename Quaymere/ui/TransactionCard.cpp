@@ -11,13 +11,6 @@
 
 namespace tidewick {
 
-namespace {
-
-/// From the card's edge to the list, so that the list's corners stay within the card's round ones.
-constexpr int listMargin = 4;
-
-} // namespace
-
 TransactionCard::TransactionCard(const LedgerLook &look, QWidget *parent)
     : LedgerCard(look, QStringLiteral("Latest transactions"), parent),
       m_list(new TransactionList(look, this))
@@ -28,7 +21,7 @@ TransactionCard::TransactionCard(const LedgerLook &look, QWidget *parent)
 
 int TransactionCard::rowMargin(const LedgerMetrics &metrics)
 {
-    return metrics.cardSide - listMargin;
+    return metrics.cardSide - metrics.listMargin;
 }
 
 void TransactionCard::setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetype arrived)
@@ -51,7 +44,8 @@ void TransactionCard::resizeEvent(QResizeEvent *)
 
 void TransactionCard::arrange()
 {
-    QRect place = rect().adjusted(listMargin, 0, -listMargin, -listMargin);
+    const int margin = metrics().listMargin;
+    QRect place = rect().adjusted(margin, 0, -margin, -margin);
     place.setTop(content().top());
     m_list->setGeometry(place);
 }

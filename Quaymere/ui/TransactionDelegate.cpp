@@ -60,7 +60,7 @@ void TransactionDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
 
     const int name = row.left() + metrics.mark + metrics.markGap;
     const int account = row.left() + metrics.nameColumn;
-    const int accountEnd = account + QFontMetrics(metrics.body).averageCharWidth() * 16;
+    const int accountEnd = account + metrics.accountColumn;
     const auto part = [&row](int left, int right) {
         return QRect(left, row.top(), std::max(0, right - left), row.height());
     };
