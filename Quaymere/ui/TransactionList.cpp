@@ -29,10 +29,11 @@ QString scrollBarStyle(const QColor &handle)
 } // namespace
 
 TransactionList::TransactionList(const LedgerLook &look, QWidget *parent)
-    : QListView(parent), m_look(look), m_model(new TransactionModel(this))
+    : QListView(parent), m_look(look), m_model(new TransactionModel(this)),
+      m_delegate(new TransactionDelegate(look, this))
 {
     setModel(m_model);
-    setItemDelegate(new TransactionDelegate(look, this));
+    setItemDelegate(m_delegate);
     setAccessibleName(QStringLiteral("Latest transactions"));
     setFrameShape(QFrame::NoFrame);
     setUniformItemSizes(true);
@@ -63,7 +64,8 @@ void TransactionList::lookChanged()
     verticalScrollBar()->setStyleSheet(
         scrollBarStyle(LedgerDrawing::mixed(m_look.colors.surface, m_look.colors.ink3, 0.45F)));
     if (m_look.still)
-        m_move.stop();
+        endMove();
+    m_delegate->lookChanged();
     scheduleDelayedItemsLayout();
     viewport()->update();
 }
@@ -74,13 +76,16 @@ void TransactionList::setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetyp
     m_model->setTransactions(txs, arrived);
     executeDelayedItemsLayout();
     const int added = int(arrived) * m_look.metrics.txRow;
+    m_move.stop();
     if (!m_followsNewest || isHeld())
         verticalScrollBar()->setValue(before + added);
     else if (before + added < viewport()->height())
         moveToTop(before + added);
     else
-        returnToTop(); // all that was in sight is out of it: there is nothing to move down
+        verticalScrollBar()->setValue(0); // nothing that was in sight stays in sight
     hoverAnew();
+    if (hasFocus() && !currentIndex().isValid())
+        setCurrentIndex(indexAt({0, 0}));
 }
 
 bool TransactionList::isHeld() const
@@ -98,15 +103,19 @@ void TransactionList::scrolledByHand()
 void TransactionList::moveToTop(int from)
 {
     m_move.stop();
-    verticalScrollBar()->setValue(from);
-    if (m_look.still || !isVisible() || window()->isMinimized())
-        return verticalScrollBar()->setValue(0);
+    const bool isSeen = isVisible() && !window()->isMinimized();
+    verticalScrollBar()->setValue(isSeen && !m_look.still ? from : 0);
+    if (verticalScrollBar()->value() == 0)
+        return;
     m_move.setStartValue(verticalScrollBar()->value());
     m_move.start();
 }
 
-void TransactionList::returnToTop()
+/// At once, where it is under way.
+void TransactionList::endMove()
 {
+    if (m_move.state() != QAbstractAnimation::Running)
+        return;
     m_move.stop();
     verticalScrollBar()->setValue(0);
 }
@@ -155,6 +164,12 @@ void TransactionList::resizeEvent(QResizeEvent *event)
     hoverAnew();
 }
 
+void TransactionList::hideEvent(QHideEvent *event)
+{
+    QListView::hideEvent(event);
+    endMove();
+}
+
 void TransactionList::mousePressEvent(QMouseEvent *event)
 {
     m_usesKeyboard = false;
@@ -177,18 +192,24 @@ void TransactionList::keyPressEvent(QKeyEvent *event)
         return;
     m_usesKeyboard = true;
     m_move.stop();
+    const int place = verticalScrollBar()->value();
     scrollTo(currentIndex());
-    m_followsNewest = verticalScrollBar()->value() == 0;
+    if (verticalScrollBar()->value() != place)
+        m_followsNewest = verticalScrollBar()->value() == 0;
     update(before);
 }
 
 void TransactionList::focusInEvent(QFocusEvent *event)
 {
+    // The mouse does not bring it; with the window it comes back as it was.
+    const bool isBack =
+        event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
+    if (!isBack) {
+        m_usesKeyboard = true;
+        if (!viewport()->rect().intersects(visualRect(currentIndex())))
+            setCurrentIndex(indexAt({0, 0}));
+    }
     QListView::focusInEvent(event);
-    m_usesKeyboard =
-        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
-    if (m_usesKeyboard && !currentIndex().isValid())
-        setCurrentIndex(indexAt({0, 0}));
     update(currentIndex());
 }
 

@@ -11,6 +11,8 @@
 
 namespace tidewick {
 
+class TransactionDelegate;
+
 /// The rows of the latest transactions. A click or Enter chooses one.
 ///
 /// New ones come in at the top, and the list moves down for them. Where the user has scrolled down,
@@ -43,6 +45,7 @@ signals:
 protected:
     bool viewportEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
@@ -52,11 +55,12 @@ private:
     bool isHeld() const;
     void scrolledByHand();
     void moveToTop(int from);
-    void returnToTop();
+    void endMove();
     void hoverAnew();
 
     const LedgerLook &m_look;
     TransactionModel *m_model;
+    TransactionDelegate *m_delegate;
     /// Where the pointer is, if it is here.
     std::optional<QPoint> m_pointer;
     QPersistentModelIndex m_hovered;
