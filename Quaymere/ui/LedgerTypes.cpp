@@ -21,14 +21,18 @@ LedgerTypes::LedgerTypes(const LedgerLook &look, QWidget *parent)
 
 void LedgerTypes::setTypes(const QList<LedgerFeed::TypeCount> &types)
 {
-    m_rows = types.first(std::min(types.size(), LedgerTexts::mostTypes));
-    m_remark = types.isEmpty() ? LedgerTexts::waiting() : LedgerTexts::moreTypes(types.size());
-
+    auto rows = types.first(std::min(types.size(), LedgerTexts::mostTypes));
+    const QString remark =
+        types.isEmpty() ? LedgerTexts::waiting() : LedgerTexts::moreTypes(types.size());
     QStringList parts;
-    for (LedgerFeed::TypeCount &row : m_rows) {
+    for (LedgerFeed::TypeCount &row : rows) {
         row.type = DisplayText::singleLine(row.type);
         parts += row.type + u' ' + QString::number(row.count);
     }
+    if (rows == m_rows && remark == m_remark)
+        return;
+    m_rows = std::move(rows);
+    m_remark = remark;
     if (!m_remark.isEmpty())
         parts += m_remark;
     setAccessibleDescription(parts.join(QLatin1String(", ")));
