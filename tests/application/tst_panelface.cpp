@@ -5,7 +5,10 @@
 #include "application/Desktop.h"
 #include "support/NodeRig.h"
 #include "support/Surroundings.h"
+#include "ui/LedgerHeader.h"
+#include "ui/LedgerHistogram.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -24,6 +27,7 @@ private slots:
     void opensByItselfAfterAWhile();
     void comesForwardAtOnce();
     void followsTheNode();
+    void opensTheLiveLedger();
     void advisesOnceOnGnome();
     void advisesNobodyElse();
 
@@ -92,6 +96,31 @@ void TestPanelFace::followsTheNode()
     QVERIFY(m_rig->waitForPhase(Phase::Full));
     QVERIFY(shows(QStringLiteral("Full")));
     QVERIFY(shows(QStringLiteral("Following mainnet")));
+}
+
+/// On the node's own stream.
+void TestPanelFace::opensTheLiveLedger()
+{
+    m_faces->comeForward();
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Full));
+    for (QAbstractButton *command : panel()->findChildren<QAbstractButton *>())
+        if (command->accessibleName() == QStringLiteral("Live Ledger…"))
+            command->click();
+    const auto ledger = [] {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
+            return window->isVisible() && window->windowTitle() == u"Live Ledger";
+        });
+        return found == windows.end() ? nullptr : *found;
+    };
+    QVERIFY(ledger());
+    const auto *head = ledger()->findChild<LedgerHeader *>();
+    const auto *bars = ledger()->findChild<LedgerHistogram *>();
+    QVERIFY(waitUntil([&] {
+        return head->accessibleName().endsWith(QStringLiteral(", Live"))
+               && bars->ledgers().size() >= 59;
+    }));
 }
 
 void TestPanelFace::advisesOnceOnGnome()
