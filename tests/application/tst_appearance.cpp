@@ -19,16 +19,24 @@ namespace {
 constexpr const char *group = "org.freedesktop.appearance";
 constexpr const char *key = "color-scheme";
 
+/// Settings by group and key.
+using Settings = QMap<std::pair<QString, QString>, QVariant>;
+
+Settings schemeOf(uint scheme)
+{
+    return {{{QString::fromLatin1(group), QString::fromLatin1(key)}, scheme}};
+}
+
 } // namespace
 
-/// The desktop's settings portal, with the one setting that counts here.
+/// The desktop's settings portal.
 class Portal final : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
 public:
-    Portal(const QDBusConnection &bus, uint scheme) : m_bus(bus), m_scheme(scheme)
+    Portal(const QDBusConnection &bus, const Settings &settings) : m_bus(bus), m_settings(settings)
     {
         m_bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
                              QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
@@ -40,7 +48,8 @@ public:
         m_bus.unregisterObject(QStringLiteral("/org/freedesktop/portal/desktop"));
     }
 
-    bool isAsked() const { return m_isAsked; }
+    /// Everything that counts has been asked for.
+    bool isAsked() const { return m_asked.size() == 4; }
 
     void change(const QString &itsGroup, const QString &itsKey, const QVariant &value)
     {
@@ -53,19 +62,20 @@ signals:
 public slots:
     QDBusVariant Read(const QString &itsGroup, const QString &itsKey)
     {
-        m_isAsked = true;
-        if (itsGroup != QLatin1String(group) || itsKey != QLatin1String(key))
+        m_asked += {itsGroup, itsKey};
+        const QVariant value = m_settings.value({itsGroup, itsKey});
+        if (!value.isValid())
             sendErrorReply(QDBusError::InvalidArgs);
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(m_scheme)));
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(value)));
     }
 
 private:
     QDBusConnection m_bus;
-    uint m_scheme;
-    bool m_isAsked = false;
+    Settings m_settings;
+    QSet<std::pair<QString, QString>> m_asked;
 };
 
-/// Light or dark, as the desktop says.
+/// Light or dark, moving or still, as the desktop says.
 class TestAppearance : public QObject
 {
     Q_OBJECT
@@ -80,6 +90,12 @@ private slots:
     void startsAsThePortalSays();
     void followsThePortal();
     void followsThePaletteWithoutAPortal();
+
+    void isStillAsThePortalSays_data();
+    void isStillAsThePortalSays();
+    void stillnessFollowsThePortal_data();
+    void stillnessFollowsThePortal();
+    void movesWithoutAPortal();
 
 private:
     SessionBus &m_bus;
@@ -103,14 +119,14 @@ void TestAppearance::startsAsThePortalSays()
     QFETCH(bool, darkPalette);
     QFETCH(bool, expected);
     QApplication::setPalette(QPalette(darkPalette ? Qt::black : Qt::white));
-    Portal portal(m_bus.connection(), scheme);
+    Portal portal(m_bus.connection(), schemeOf(scheme));
     const Appearance appearance;
     QVERIFY(waitUntil([&] { return appearance.isDark() == expected && portal.isAsked(); }));
 }
 
 void TestAppearance::followsThePortal()
 {
-    Portal portal(m_bus.connection(), 2);
+    Portal portal(m_bus.connection(), schemeOf(2));
     const Appearance appearance;
     QSignalSpy changes(&appearance, &Appearance::changed);
     QVERIFY(
@@ -131,6 +147,100 @@ void TestAppearance::followsThePaletteWithoutAPortal()
     QApplication::setPalette(QPalette(Qt::black));
     appearance.paletteChanged();
     QVERIFY(appearance.isDark());
+}
+
+void TestAppearance::isStillAsThePortalSays_data()
+{
+    QTest::addColumn<QString>("itsGroup");
+    QTest::addColumn<QString>("itsKey");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("expected");
+    const auto row = [](const char *name, const char *itsGroup, const char *itsKey,
+                        const QVariant &value, bool expected) {
+        QTest::newRow(name) << QString::fromLatin1(itsGroup) << QString::fromLatin1(itsKey) << value
+                            << expected;
+    };
+    const char *motion = "reduced-motion";
+    row("less motion", group, motion, 1U, true);
+    row("no preference", group, motion, 0U, false);
+    row("a value to come", group, motion, 7U, false);
+    const char *gnome = "org.gnome.desktop.interface";
+    row("GNOME, no animations", gnome, "enable-animations", false, true);
+    row("GNOME, animations", gnome, "enable-animations", true, false);
+    const char *kde = "org.kde.kdeglobals.KDE";
+    const char *factor = "AnimationDurationFactor";
+    row("KDE, instantly", kde, factor, QStringLiteral("0"), true);
+    row("KDE, instantly, with a fraction", kde, factor, QStringLiteral("0.0"), true);
+    row("KDE, instantly, as a number", kde, factor, 0.0, true);
+    row("KDE, half as long", kde, factor, QStringLiteral("0.5"), false);
+    row("KDE, as usual", kde, factor, 1.0, false);
+    row("KDE, no number", kde, factor, QStringLiteral("slow"), false);
+    row("KDE, nothing", kde, factor, QString(), false);
+    row("another group's", "org.gnome.desktop.sound", "enable-animations", false, false);
+}
+
+void TestAppearance::isStillAsThePortalSays()
+{
+    QFETCH(QString, itsGroup);
+    QFETCH(QString, itsKey);
+    QFETCH(QVariant, value);
+    QFETCH(bool, expected);
+    // The scheme's answer comes first, the others right after it.
+    Settings settings = schemeOf(1);
+    settings[{itsGroup, itsKey}] = value;
+    Portal portal(m_bus.connection(), settings);
+    const Appearance appearance;
+    QVERIFY(waitUntil([&] { return appearance.isDark() && portal.isAsked(); }));
+    QVERIFY(waitUntil([&] { return appearance.isStill() == expected; }));
+    // What it says next comes after the answers.
+    portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 2U);
+    QVERIFY(waitUntil([&] { return !appearance.isDark(); }));
+    QCOMPARE(appearance.isStill(), expected);
+}
+
+void TestAppearance::stillnessFollowsThePortal_data()
+{
+    QTest::addColumn<QString>("itsGroup");
+    QTest::addColumn<QString>("itsKey");
+    QTest::addColumn<QVariant>("still");
+    QTest::addColumn<QVariant>("moving");
+    const auto row = [](const char *itsGroup, const char *itsKey, const QVariant &still,
+                        const QVariant &moving) {
+        QTest::newRow(itsGroup) << QString::fromLatin1(itsGroup) << QString::fromLatin1(itsKey)
+                                << still << moving;
+    };
+    row(group, "reduced-motion", 1U, 0U);
+    row("org.gnome.desktop.interface", "enable-animations", false, true);
+    row("org.kde.kdeglobals.KDE", "AnimationDurationFactor", QStringLiteral("0"),
+        QStringLiteral("1"));
+}
+
+void TestAppearance::stillnessFollowsThePortal()
+{
+    QFETCH(QString, itsGroup);
+    QFETCH(QString, itsKey);
+    QFETCH(QVariant, still);
+    QFETCH(QVariant, moving);
+    Portal portal(m_bus.connection(), schemeOf(2));
+    const Appearance appearance;
+    QSignalSpy changes(&appearance, &Appearance::changed);
+    QVERIFY(waitUntil([&] { return portal.isAsked(); }));
+    QVERIFY(!appearance.isStill());
+    portal.change(itsGroup, itsKey, still);
+    QVERIFY(waitUntil([&] { return appearance.isStill(); }));
+    portal.change(itsGroup, itsKey, still);
+    portal.change(QStringLiteral("org.example"), itsKey, moving);
+    portal.change(itsGroup, itsKey, moving);
+    QVERIFY(waitUntil([&] { return !appearance.isStill(); }));
+    QCOMPARE(changes.size(), 2);
+    QVERIFY(!appearance.isDark());
+}
+
+void TestAppearance::movesWithoutAPortal()
+{
+    Appearance appearance;
+    appearance.paletteChanged();
+    QVERIFY(!appearance.isStill());
 }
 
 int main(int argc, char *argv[])

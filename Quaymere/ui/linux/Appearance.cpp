@@ -95,9 +95,11 @@ void Appearance::decide()
     bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
     if (scheme == preferDark || scheme == preferLight)
         dark = scheme == preferDark;
+    bool isNumber = false;
+    const double duration = m_settings.value(kdeDurationKey).toDouble(&isNumber);
     const bool still = m_settings.value(motionKey).toUInt() == 1
                        || !m_settings.value(gnomeAnimationsKey, true).toBool()
-                       || m_settings.value(kdeDurationKey, 1.0).toDouble() == 0;
+                       || (isNumber && duration == 0);
 
     const bool same = dark == m_dark && still == m_still;
     m_dark = dark;
