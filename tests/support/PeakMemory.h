@@ -6,6 +6,8 @@
 #include "platform/ProcessMemory.h"
 #include "support/TestFiles.h"
 
+#include <QtGlobal>
+
 #include <unistd.h>
 
 namespace tidewick {
@@ -23,7 +25,23 @@ public:
     /// The most so far, in bytes.
     qint64 grown() const { return ProcessMemory::of(::getpid())->peakFootprint - m_before; }
 
+    /// Whether that is below a limit. A sanitizer keeps what was freed for a while, hundreds of MB
+    /// of it, so that under one there is nothing to be told.
+    bool isBelow(qint64 limit) const
+    {
+        if (hasSanitizer || grown() < limit)
+            return true;
+        qWarning("%lld bytes instead of %lld", grown(), limit);
+        return false;
+    }
+
 private:
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    static constexpr bool hasSanitizer = true;
+#else
+    static constexpr bool hasSanitizer = false;
+#endif
+
     qint64 m_before;
 };
 
