@@ -8,6 +8,8 @@
 #include "ui/LedgerWindow.h"
 #include "ui/SettingsWindow.h"
 
+#include <QShortcut>
+
 namespace tidewick {
 
 namespace {
@@ -64,6 +66,8 @@ void Windows::open(const QString &identifier)
         scene.window = scene.make();
         scene.window->setObjectName(identifier);
         scene.window->setAttribute(Qt::WA_DeleteOnClose);
+        new QShortcut(QKeySequence::Close, scene.window.data(), scene.window.data(),
+                      &QWidget::close);
     }
     bringForward(*scene.window);
 }

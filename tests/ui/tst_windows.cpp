@@ -23,6 +23,7 @@ private slots:
     void openOnce();
     void comeBackFromMinimised();
     void openAnewAfterClosing();
+    void closeByTheUsualKey();
     void ledgerHasItsSize();
     void followLightAndDark();
     void closingTheLastIsNoEnd();
@@ -101,6 +102,17 @@ void TestWindows::openAnewAfterClosing()
     QVERIFY(!m_windows->window(QStringLiteral("about")));
     m_windows->open(QStringLiteral("about"));
     QVERIFY(m_windows->window(QStringLiteral("about"))->isVisible());
+}
+
+void TestWindows::closeByTheUsualKey()
+{
+    for (const char *name : {"settings", "ledger", "about"}) {
+        const QString identifier = QString::fromLatin1(name);
+        m_windows->open(identifier);
+        QVERIFY(QTest::qWaitForWindowActive(m_windows->window(identifier)));
+        QTest::keySequence(m_windows->window(identifier), QKeySequence::Close);
+        QTRY_VERIFY(!m_windows->window(identifier));
+    }
 }
 
 void TestWindows::ledgerHasItsSize()
