@@ -24,6 +24,8 @@ constexpr int barGap = 2;
 /// Also of a ledger without transactions.
 constexpr int leastBar = 2;
 constexpr double barRadius = 3;
+/// What the ring takes around a bar, and a pixel for screens of fractional ratio.
+constexpr QMargins ringMargins(3, 3, 3, 3);
 
 double largest(const QList<LedgerFeed::Ledger> &ledgers)
 {
@@ -169,13 +171,13 @@ void LedgerHistogram::updateBar(qsizetype position)
 {
     update(titleRect());
     if (position >= 0)
-        update(column(position).adjusted(-barGap, -barGap, barGap, barGap));
+        update(column(position) + ringMargins);
 }
 
 /// With the ring around a bar.
 void LedgerHistogram::updateChart()
 {
-    update(chart().adjusted(-barGap, -barGap, barGap, barGap));
+    update(chart() + ringMargins);
 }
 
 void LedgerHistogram::mouseMoveEvent(QMouseEvent *event)

@@ -52,7 +52,7 @@ void LedgerRig::transact(int count)
 }
 
 void LedgerRig::transact(const QString &hash, const QString &type, const QString &result,
-                         const QString &account)
+                         const QString &account) const
 {
     stream.transact(hash, type, firstLedger, result, account);
     flush();

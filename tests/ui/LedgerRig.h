@@ -28,9 +28,10 @@ public:
     /// Lists so many transactions, numbered on; the last has the name nameOf(transactions() - 1).
     void transact(int count);
     /// Lists one.
-    void transact(const QString &hash, const QString &type,
-                  const QString &result = QStringLiteral("tesSUCCESS"),
-                  const QString &account = QStringLiteral("rHb9CJAWyB4rj91VRWn96DkukG4bwdtyTh"));
+    void
+    transact(const QString &hash, const QString &type,
+             const QString &result = QStringLiteral("tesSUCCESS"),
+             const QString &account = QStringLiteral("rHb9CJAWyB4rj91VRWn96DkukG4bwdtyTh")) const;
     static QString nameOf(int transaction) { return QStringLiteral("T%1").arg(transaction); }
     int transactions() const { return m_transactions; }
 
