@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeController.h"
-#include "platform/NodePorts.h"
 #include "node/Settings.h"
+#include "platform/NodePorts.h"
 #include "support/NodeRig.h"
 #include "support/Processes.h"
 #include "support/RpcCall.h"
