@@ -36,6 +36,20 @@ Duration childrensTime()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
+/// A line of what the kernel says of a process's memory, in MiB.
+double inMemory(pid_t process, const std::string &line)
+{
+    std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
+    std::string word;
+    double found = 0;
+    while (rollup >> word) {
+        double value = 0;
+        if (word == line && rollup >> value)
+            found = value / 1024;
+    }
+    return found;
+}
+
 } // namespace
 
 Duration median(std::vector<Duration> values)
@@ -86,15 +100,12 @@ Duration processorTimeSoFar(pid_t process)
 
 double memory(pid_t process)
 {
-    std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");
-    std::string word;
-    double own = 0;
-    while (rollup >> word) {
-        double value = 0;
-        if (word == "Pss:" && rollup >> value)
-            own = value / 1024;
-    }
-    return own;
+    return inMemory(process, "Pss:");
+}
+
+double writtenMemory(pid_t process)
+{
+    return inMemory(process, "Private_Dirty:");
 }
 
 void print(const std::string &what, const Pair &pair, const std::string &goal)

@@ -38,6 +38,9 @@ Duration processorTimeSoFar(pid_t process);
 /// Resident memory that is the process's own, in MiB: what it shares counts in proportion.
 double memory(pid_t process);
 
+/// The part of it that the process has written, and that would not be there without it.
+double writtenMemory(pid_t process);
+
 /// One line of the table: what was compared, both figures, the ratio and the goal for it.
 void print(const std::string &what, const Pair &pair, const std::string &goal);
 

@@ -60,6 +60,8 @@ int main(int argc, char *argv[])
           "<= 0.2");
     printMemory("the live ledger / Node.js client, memory", memory(tidewick.process().id()),
                 memory(client.id()), "<= 0.2");
+    printMemory("  of it what they have written", writtenMemory(tidewick.process().id()),
+                writtenMemory(client.id()), "");
 
     client.send(SIGTERM);
     if (!client.waitForEnd() || !client.output().contains("Payment"))
