@@ -22,8 +22,6 @@ public:
     /// The look is another one.
     virtual void lookChanged() { update(); }
 
-    const QString &title() const { return m_title; }
-
 protected:
     const Palette &colors() const { return m_look.colors; }
     const LedgerMetrics &metrics() const { return m_look.metrics; }

@@ -61,8 +61,11 @@ TransactionList::TransactionList(const LedgerLook &look, QWidget *parent)
 
 void TransactionList::lookChanged()
 {
-    verticalScrollBar()->setStyleSheet(
-        scrollBarStyle(LedgerDrawing::mixed(m_look.colors.surface, m_look.colors.ink3, 0.45F)));
+    const QString style =
+        scrollBarStyle(LedgerDrawing::mixed(m_look.colors.surface, m_look.colors.ink3, 0.45F));
+    // Taking one up takes long, and the look is another one at every step of a resize.
+    if (style != verticalScrollBar()->styleSheet())
+        verticalScrollBar()->setStyleSheet(style);
     if (m_look.still)
         endMove();
     m_delegate->lookChanged();
