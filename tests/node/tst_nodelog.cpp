@@ -225,7 +225,7 @@ void TestNodeLog::appends()
     QCOMPARE(fs::status(m_path).permissions(), fs::perms(0644));
     fs::remove(m_path);
     fs::create_directory(m_path);
-    QVERIFY_EXCEPTION_THROWN((void)m_log->open(), FileError);
+    QVERIFY_THROWS_EXCEPTION(FileError, (void)m_log->open());
 }
 
 void TestNodeLog::rotates_data()

@@ -148,7 +148,7 @@ void TestFolders::currentFolderGone()
         const TemporaryFolder folder;
         fs::current_path(folder.path());
     }
-    QVERIFY_EXCEPTION_THROWN(Folders::fromOperand("x"), FileError);
+    QVERIFY_THROWS_EXCEPTION(FileError, Folders::fromOperand("x"));
     QCOMPARE(Folders::fromOperand("/x"), fs::path("/x"));
     fs::current_path(before);
 }

@@ -241,7 +241,7 @@ void TestSimScenario::readsAFile()
 void TestSimScenario::needsTheFile()
 {
     qputenv("TIDEWICK_SIMNODE", "@/nowhere/to be found");
-    QVERIFY_EXCEPTION_THROWN(Scenario::fromEnvironment(), ScenarioError);
+    QVERIFY_THROWS_EXCEPTION(ScenarioError, Scenario::fromEnvironment());
 }
 
 TIDEWICK_TEST_MAIN(TestSimScenario)

@@ -181,7 +181,7 @@ void TestSimStore::overwritesHalfARecord()
 void TestSimStore::failsWithoutAFolder()
 {
     writeFile(m_folder->path() / "db", "a file");
-    QVERIFY_EXCEPTION_THROWN(Store{folder()}, FileError);
+    QVERIFY_THROWS_EXCEPTION(FileError, Store{folder()});
 }
 
 TIDEWICK_TEST_MAIN(TestSimStore)
