@@ -36,7 +36,7 @@ public:
     }
 
 private:
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(TIDEWICK_SANITIZED)
     static constexpr bool hasSanitizer = true;
 #else
     static constexpr bool hasSanitizer = false;
