@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "faults/FaultRun.h"
+
+#include "platform/Defaults.h"
+#include "simnode/Store.h"
+#include "support/Processes.h"
+
+#include <csignal>
+#include <fstream>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tidewick {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char *usualScenario = "speed=50 ledger-interval=200 ";
+constexpr quint32 oldLedger = 1'000'000;
+/// A choice of the user's, and an odd one, that nothing else would come to.
+constexpr const char *settingName = "roundGrowthMiB";
+constexpr qint64 settingValue = 1537;
+constexpr int orphansMs = 5'000;
+
+QString setting()
+{
+    return QString::fromLatin1(settingName);
+}
+
+fs::path storeFolder()
+{
+    return applicationData() / "db";
+}
+
+} // namespace
+
+std::set<pid_t> offspringOf(pid_t process)
+{
+    std::set<pid_t> all;
+    std::error_code error;
+    for (const fs::directory_entry &task :
+         fs::directory_iterator("/proc/" + std::to_string(process) + "/task", error)) {
+        std::ifstream children(task.path() / "children");
+        pid_t child = 0;
+        while (children >> child) {
+            if (!all.insert(child).second)
+                continue;
+            all.merge(offspringOf(child));
+        }
+    }
+    return all;
+}
+
+FaultRun::FaultRun()
+{
+    qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(m_runtime.path().string()));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        qunsetenv(variable);
+    Defaults::standard().setInteger(setting(), settingValue);
+    sim::Store(storeFolder()).append(oldLedger);
+}
+
+FaultRun::~FaultRun()
+{
+    for (const pid_t process : m_tolerated)
+        ::kill(process, SIGKILL);
+}
+
+WatchedApplication &FaultRun::launch(const QByteArray &scenario,
+                                     const ProcessEnvironment &variables)
+{
+    return launchWith(scenario, variables, true);
+}
+
+WatchedApplication &FaultRun::launchOnDesktop(const QByteArray &scenario,
+                                              const ProcessEnvironment &variables)
+{
+    return launchWith(scenario, variables, false);
+}
+
+WatchedApplication &FaultRun::launchWith(const QByteArray &scenario, ProcessEnvironment variables,
+                                         bool isWatched)
+{
+    if (isWatched)
+        variables.insert({{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+    m_applications.push_back(std::make_unique<WatchedApplication>(
+        m_bundle, usualScenario + scenario, variables, isWatched));
+    return *m_applications.back();
+}
+
+Outcome FaultRun::smoke(const QByteArray &scenario, const ProcessEnvironment &variables)
+{
+    ChildSpec spec;
+    spec.executable = m_bundle.application();
+    spec.arguments = {"--smoke"};
+    spec.environment["TIDEWICK_SIMNODE"] = usualScenario + scenario.toStdString();
+    for (const auto &[name, value] : variables)
+        spec.environment[name] = value;
+    return runProgram(std::move(spec));
+}
+
+bool FaultRun::expect(bool holds, const QByteArray &what)
+{
+    if (!holds)
+        m_missed += what;
+    return holds;
+}
+
+void FaultRun::expectToldToEnd(WatchedApplication &application)
+{
+    if (!application.hasEnded())
+        expect(application.endsWell(), "the application ends when it is told to");
+    for (const QByteArray &wrong : application.wrongs())
+        expect(false, "for no longer than one poll: " + wrong);
+}
+
+void FaultRun::expectNothingLeft(const std::set<pid_t> &helpers)
+{
+    QByteArray left;
+    const auto isNothingLeft = [&] {
+        left.clear();
+        for (const pid_t process : offspringOf(::getpid())) {
+            if (m_tolerated.contains(process) || helpers.contains(process))
+                continue;
+            // Orphans become children of this process, which knows of no other that has ended.
+            if (runs(process))
+                left += ' ' + QByteArray::number(process);
+        }
+        return left.isEmpty();
+    };
+    QElapsedTimer timer;
+    timer.start();
+    while (!isNothingLeft() && !timer.hasExpired(orphansMs))
+        ::usleep(20'000);
+    expect(left.isEmpty(), "no process is left, unlike" + left);
+}
+
+void FaultRun::expectDataKept()
+{
+    Defaults defaults = Defaults::standard();
+    defaults.refresh();
+    expect(defaults.integer(setting()) == settingValue, "the settings are kept");
+    try {
+        const auto newest = sim::Store(storeFolder()).newestLedger();
+        expect(newest && *newest >= oldLedger, "the store is kept");
+    } catch (const FileError &error) {
+        expect(false, QByteArray("the store can be read, unlike ") + error.what());
+    }
+}
+
+void FaultRun::expectNextStart()
+{
+    WatchedApplication &next = launch("state=full");
+    expect(next.reaches(Phase::Full), "the next start comes up, unlike: " + next.lastLine());
+    expectToldToEnd(next);
+    expectNothingLeft();
+    expectDataKept();
+    expect(contentOf(applicationData() / "xrpld.cfg").contains(QByteArray::number(settingValue)),
+           "the configuration follows the settings");
+}
+
+void FaultRun::conclude()
+{
+    for (const auto &application : m_applications)
+        expectToldToEnd(*application);
+    expectNothingLeft();
+    if (isSkipped())
+        return;
+    expectDataKept();
+    if (m_startsAnew)
+        expectNextStart();
+}
+
+QByteArray FaultRun::report() const
+{
+    if (isSkipped())
+        return m_skipped;
+    QByteArrayList all = m_seen;
+    for (const QByteArray &missed : m_missed)
+        all += "MISSED " + missed;
+    return all.join("; ");
+}
+
+QByteArray FaultRun::details()
+{
+    QByteArray text;
+    for (const auto &application : m_applications)
+        text += "--- an application\n" + application->output();
+    const QByteArray log = LaunchedApplication::debugLog();
+    return text + "--- its node\n" + log.right(4096);
+}
+
+} // namespace tidewick

@@ -1,0 +1,133 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "faults/WatchedApplication.h"
+
+#include "support/Processes.h"
+#include "ui/MenuRows.h"
+
+#include <array>
+#include <chrono>
+#include <fstream>
+
+namespace tidewick {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds lookInterval = 20ms;
+constexpr std::chrono::milliseconds onePoll = 2s;
+
+constexpr auto phases =
+    std::to_array({Phase::Stopped, Phase::Starting, Phase::Bootstrapping, Phase::Connecting,
+                   Phase::Syncing, Phase::Full, Phase::Stopping, Phase::Error});
+
+std::optional<Phase> phaseOf(const QByteArray &line)
+{
+    for (const Phase phase : phases) {
+        const QByteArray title = phaseTitle(phase).toUtf8();
+        if (line == title || line.startsWith(title + " · "))
+            return phase;
+    }
+    return std::nullopt;
+}
+
+bool isWithoutNode(Phase phase)
+{
+    return phase == Phase::Stopped || phase == Phase::Error;
+}
+
+bool hasZombie(pid_t parent)
+{
+    const std::string task = std::to_string(parent);
+    std::ifstream children("/proc/" + task + "/task/" + task + "/children");
+    pid_t child = 0;
+    while (children >> child) {
+        // It may have been collected meanwhile, and then is no zombie.
+        if (!runs(child) && std::filesystem::exists("/proc/" + std::to_string(child)))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+WatchedApplication::WatchedApplication(const TestBundle &bundle, const QByteArray &scenario,
+                                       const ProcessEnvironment &variables, bool tellsPhase)
+    : m_application(bundle, scenario, variables), m_tellsPhase(tellsPhase)
+{
+    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
+    m_timer.start(lookInterval);
+}
+
+bool WatchedApplication::reaches(Phase phase)
+{
+    return waitUntil([&] {
+        readPhase();
+        return m_phase == phase;
+    });
+}
+
+bool WatchedApplication::waitForNote(const QByteArray &event, qsizetype times)
+{
+    return waitUntil([&] { return LaunchedApplication::noted(event) >= times; });
+}
+
+void WatchedApplication::send(int signalNumber)
+{
+    m_toldToEnd |= signalNumber == SIGTERM || signalNumber == SIGINT || signalNumber == SIGHUP;
+    process().send(signalNumber);
+}
+
+bool WatchedApplication::endsWell(int signalNumber)
+{
+    send(signalNumber);
+    return process().waitForEnd() && !process().ending()->signaled
+           && process().ending()->status == 0;
+}
+
+void WatchedApplication::readPhase()
+{
+    const QByteArray &told = output();
+    for (qsizetype end = told.indexOf('\n', m_read); end >= 0; end = told.indexOf('\n', m_read)) {
+        const QByteArray line = told.mid(m_read, end - m_read);
+        m_read = end + 1;
+        if (const auto phase = phaseOf(line)) {
+            m_phase = phase;
+            m_line = line;
+        }
+    }
+}
+
+void WatchedApplication::look()
+{
+    if (hasEnded()) {
+        m_timer.stop();
+        return;
+    }
+    judge("a zombie is left", hasZombie(id()));
+    if (!m_tellsPhase)
+        return;
+    readPhase();
+    const bool runs = node().has_value();
+    const bool tellsNode = m_phase && !isWithoutNode(*m_phase);
+    judge("tells of a node where there is none", tellsNode && !runs);
+    judge("tells of no node where there is one", m_phase && !tellsNode && runs);
+    judge("does not stop its node", m_toldToEnd && runs && m_phase != Phase::Stopping);
+}
+
+void WatchedApplication::judge(const char *what, bool isWrong)
+{
+    if (!isWrong) {
+        m_wrongSince.erase(what);
+        return;
+    }
+    const auto [entry, isNew] = m_wrongSince.try_emplace(what);
+    if (isNew)
+        entry->second.start();
+    else if (entry->second.hasExpired(onePoll.count()) && !m_wrongs.contains(what))
+        m_wrongs += what;
+}
+
+} // namespace tidewick
