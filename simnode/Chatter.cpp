@@ -3,13 +3,14 @@
 
 #include "simnode/Chatter.h"
 
+#include "platform/Files.h"
 #include "platform/StandardStreams.h"
 
 #include <algorithm>
 #include <charconv>
 #include <string>
-#include <thread>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace tidewick::sim::Chatter {
@@ -53,7 +54,7 @@ void printLines(qint64 count)
         printer.print("line " + std::to_string(number) + '\n');
 }
 
-void printBytes(qint64 bytes)
+void printBytes(qint64 bytes, const std::stop_token &stop)
 {
     constexpr std::string_view title = "output line ";
     constexpr std::size_t lineLength = 100;
@@ -61,13 +62,25 @@ void printBytes(qint64 bytes)
 
     Printer printer;
     qint64 left = bytes;
-    for (qint64 number = 1; left > 0; ++number) {
+    for (qint64 number = 1; left > 0 && !stop.stop_requested(); ++number) {
         // A longer number overwrites all of a shorter one, so the dots need no restoring.
         std::to_chars(line.data() + title.size(), line.data() + lineLength, number);
         const auto length = std::min(left, static_cast<qint64>(lineLength));
         printer.print({line.data() + lineLength - length, static_cast<std::size_t>(length)});
         left -= length;
     }
+}
+
+std::jthread flood(qint64 bytes)
+{
+    return std::jthread([bytes](const std::stop_token &stop) { printBytes(bytes, stop); });
+}
+
+void closeStreams()
+{
+    const UniqueDescriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    ::dup2(nowhere.get(), STDOUT_FILENO);
+    ::dup2(nowhere.get(), STDERR_FILENO);
 }
 
 pid_t startGrandchild(Seconds lifetime)

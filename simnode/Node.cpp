@@ -3,6 +3,7 @@
 
 #include "simnode/Node.h"
 
+#include "simnode/Chatter.h"
 #include "simnode/Ending.h"
 
 #include <QCoreApplication>
@@ -37,7 +38,8 @@ QString placeOf(const PortConfiguration &port)
 
 Node::Node(NodeConfiguration configuration, Scenario scenario, DebugLog &log)
     : m_configuration(std::move(configuration)), m_scenario(std::move(scenario)), m_log(log),
-      m_signals({SIGTERM, SIGINT, SIGHUP}), m_simulation(m_configuration, m_scenario, m_log)
+      m_signals({SIGTERM, SIGINT, SIGHUP, SIGUSR1}),
+      m_simulation(m_configuration, m_scenario, m_log)
 {
     for (QTimer *timer : {&m_openTimer, &m_scriptTimer, &m_closeTimer, &m_exitTimer})
         timer->setSingleShot(true);
@@ -60,7 +62,12 @@ void Node::start()
 {
     const Seconds delay = m_scenario.startDelay.value_or(usualStartDelay / m_scenario.speed);
     m_openTimer.start(timerSpan(delay));
-    if (m_scenario.ending)
+    takeCue(Scenario::Cue::Start);
+}
+
+void Node::takeCue(Scenario::Cue cue)
+{
+    if (m_scenario.ending && m_scenario.endingCue == cue)
         m_scriptTimer.start(timerSpan(m_scenario.endingAfter));
 }
 
@@ -79,6 +86,8 @@ void Node::openPorts()
     }
     m_log.info("Application", QStringLiteral("Application starting"));
     m_simulation.start();
+    if (m_scenario.floodBytes > 0)
+        m_flood = Chatter::flood(m_scenario.floodBytes);
 }
 
 bool Node::openPort(const PortConfiguration &port)
@@ -141,6 +150,10 @@ void Node::receiveSignal(int number)
     m_log.info("Application", QStringLiteral("signal %1").arg(number));
     if (number == SIGTERM && m_scenario.ignoresSigterm)
         return;
+    if (number == SIGUSR1) {
+        takeCue(Scenario::Cue::User);
+        return;
+    }
     // A second one may have come before the first one's effect on it.
     if (number == SIGHUP || m_signalled)
         dieOf(number);
@@ -157,6 +170,7 @@ void Node::beginStop()
         return;
     m_stopping = true;
     m_log.write("Application", DebugLog::Severity::Warning, QStringLiteral("Server stopping"));
+    takeCue(Scenario::Cue::Stop);
     m_closeTimer.start(lastAnswers);
     leave(EXIT_SUCCESS, timerSpan(m_scenario.stopDelay));
 }

@@ -16,6 +16,7 @@
 
 #include <chrono>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace tidewick::sim {
@@ -44,6 +45,7 @@ private:
     void receiveSignal(int number);
     void beginStop();
     void leave(int status, std::chrono::milliseconds after);
+    void takeCue(Scenario::Cue cue);
     void endAsScripted();
     void abortWithoutStore(const QString &text);
 
@@ -54,6 +56,7 @@ private:
     Simulation m_simulation;
     std::vector<std::unique_ptr<HttpServer>> m_httpServers;
     std::vector<std::unique_ptr<StreamServer>> m_streamServers;
+    std::jthread m_flood;
     QTimer m_openTimer;
     QTimer m_scriptTimer;
     QTimer m_closeTimer;

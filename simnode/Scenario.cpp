@@ -83,6 +83,15 @@ Ending signalOf(const QString &value)
     throw BadValue("the name of a signal that ends a process, such as SEGV");
 }
 
+Scenario::Cue cueOf(const QString &value)
+{
+    if (value == u"usr1")
+        return Scenario::Cue::User;
+    if (value == u"stop")
+        return Scenario::Cue::Stop;
+    throw BadValue("usr1 or stop");
+}
+
 RpcFault faultOf(const QString &value)
 {
     if (const auto fault = rpcFaultNamed(value))
@@ -112,14 +121,17 @@ constexpr auto keys = std::to_array<Key>({
     {"exit", [](auto &s, auto &v) { s.ending = {static_cast<int>(integerOf(v, 0, 255)), false}; }},
     {"signal", [](auto &s, auto &v) { s.ending = signalOf(v); }},
     {"after", [](auto &s, auto &v) { s.endingAfter = secondsOf(v); }},
+    {"when", [](auto &s, auto &v) { s.endingCue = cueOf(v); }},
     {"listen", [](auto &s, auto &v) { s.listens = !isWord(v, "no"); }},
     {"start-delay", [](auto &s, auto &v) { s.startDelay = secondsOf(v); }},
     {"stop-delay", [](auto &s, auto &v) { s.stopDelay = secondsOf(v); }},
     {"stop", [](auto &s, auto &v) { s.stopHangs = isWord(v, "hang"); }},
     {"sigterm", [](auto &s, auto &v) { s.ignoresSigterm = isWord(v, "ignore"); }},
     {"grandchild", [](auto &s, auto &v) { s.grandchild = secondsOf(v); }},
+    {"streams", [](auto &s, auto &v) { s.closesStreams = isWord(v, "close"); }},
     {"output", [](auto &s, auto &v) { s.outputBytes = integerOf(v, 0, 1LL << 40); }},
     {"lines", [](auto &s, auto &v) { s.outputLines = integerOf(v, 0, 1LL << 40); }},
+    {"flood", [](auto &s, auto &v) { s.floodBytes = integerOf(v, 0, 1LL << 40); }},
     {"rpc", [](auto &s, auto &v) { s.faults.all = faultOf(v); }},
     {"rpc.server_info",
      [](auto &s, auto &v) { s.faults.ofMethod[QStringLiteral("server_info")] = faultOf(v); }},

@@ -39,8 +39,12 @@ struct Scenario
     /// Simulated.
     Seconds ledgerInterval{4};
 
+    /// What the scripted end follows.
+    enum class Cue { Start, User, Stop };
+
     std::optional<Ending> ending;
-    /// From the start of the process; zero is before the store and the ports are opened.
+    Cue endingCue = Cue::Start;
+    /// From the cue; zero from the start is before the store and the ports are opened.
     Seconds endingAfter{0};
     bool listens = true;
     std::optional<Seconds> startDelay;
@@ -48,9 +52,12 @@ struct Scenario
     bool stopHangs = false;
     bool ignoresSigterm = false;
     std::optional<Seconds> grandchild;
+    bool closesStreams = false;
 
     qint64 outputBytes = 0;
     qint64 outputLines = 0;
+    /// Printed while it runs.
+    qint64 floodBytes = 0;
 
     RpcFaults faults;
     /// Each of these objects can be left out of the answer to get_counts.

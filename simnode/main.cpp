@@ -49,7 +49,10 @@ bool playPrelude(const Scenario &scenario)
 {
     Chatter::printBytes(scenario.outputBytes);
     Chatter::printLines(scenario.outputLines);
-    const bool ends = scenario.ending && scenario.endingAfter == Seconds(0);
+    if (scenario.closesStreams)
+        Chatter::closeStreams();
+    const bool ends = scenario.ending && scenario.endingCue == Scenario::Cue::Start
+                      && scenario.endingAfter == Seconds(0);
     if (ends && scenario.ending->signaled)
         dieOf(scenario.ending->number);
     return ends;

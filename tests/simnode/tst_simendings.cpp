@@ -49,6 +49,10 @@ private slots:
     void stopsWhileStarting();
     void endsAsScripted_data();
     void endsAsScripted();
+    void endsOnACue_data();
+    void endsOnACue();
+    void floods();
+    void closesItsStreams();
     void leavesAGrandchild();
 };
 
@@ -190,6 +194,48 @@ void TestSimEndings::endsAsScripted()
     node.start("start-delay=0 " + scenario);
     QCOMPARE(node.waitForEnd(), (Ending{number, signaled}));
     QCOMPARE(node.debugLog().contains("Opened"), opens);
+}
+
+void TestSimEndings::endsOnACue_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<int>("cue");
+    QTest::newRow("a signal") << QByteArray("exit=7 when=usr1") << SIGUSR1;
+    QTest::newRow("a stop") << QByteArray("exit=7 when=stop stop-delay=1000") << SIGTERM;
+}
+
+void TestSimEndings::endsOnACue()
+{
+    QFETCH(QByteArray, scenario);
+    QFETCH(int, cue);
+    SimulatedNode node;
+    node.start("start-delay=0 " + scenario);
+    QVERIFY(node.waitForLog("Application starting"));
+    QCOMPARE(node.ask("server_info")[u"status"].toString(), QStringLiteral("success"));
+    node.signal(cue);
+    QCOMPARE(node.waitForEnd(), (Ending{7, false}));
+}
+
+void TestSimEndings::floods()
+{
+    SimulatedNode node;
+    node.start("start-delay=0 stop-delay=0 flood=1000000000000"); // until it is stopped
+    QByteArray text;
+    QTRY_VERIFY((text += node.standardError()).size() > 1'000'000);
+    QVERIFY(text.contains("output line 9999."));
+    QCOMPARE(node.ask("server_info")[u"status"].toString(), QStringLiteral("success"));
+    node.signal(SIGTERM);
+    QCOMPARE(node.waitForEnd(), success);
+}
+
+void TestSimEndings::closesItsStreams()
+{
+    SimulatedNode node;
+    node.start("start-delay=0 stop-delay=0 streams=close output=10");
+    QVERIFY(node.waitUntilOpen());
+    node.signal(SIGTERM);
+    QCOMPARE(node.waitForEnd(), success);
+    QVERIFY(!node.standardError().contains("stopping"));
 }
 
 void TestSimEndings::leavesAGrandchild()

@@ -73,12 +73,16 @@ void TestSimScenario::readsTheCourse()
 
 void TestSimScenario::readsTheProcess()
 {
-    const Scenario scenario =
-        parse("exit=3 after=1.5 listen=no start-delay=2 stop-delay=0 stop=hang sigterm=ignore "
-              "grandchild=4 output=5000000000 lines=30");
+    const Scenario scenario = parse("exit=3 after=1.5 when=stop streams=close flood=7 listen=no "
+                                    "start-delay=2 stop-delay=0 stop=hang sigterm=ignore "
+                                    "grandchild=4 output=5000000000 lines=30");
     QCOMPARE(scenario.ending->number, 3);
     QVERIFY(!scenario.ending->signaled);
     QCOMPARE(scenario.endingAfter, Seconds(1.5));
+    QCOMPARE(scenario.endingCue, Scenario::Cue::Stop);
+    QCOMPARE(parse("when=usr1").endingCue, Scenario::Cue::User);
+    QVERIFY(scenario.closesStreams);
+    QCOMPARE(scenario.floodBytes, 7);
     QVERIFY(!scenario.listens);
     QCOMPARE(scenario.startDelay, Seconds(2));
     QCOMPARE(scenario.stopDelay, Seconds(0));
@@ -195,6 +199,9 @@ void TestSimScenario::refuses_data()
                              "signal=CHLD",
                              "signal=segv",
                              "after=-1",
+                             "when=start",
+                             "streams=open",
+                             "flood=-1",
                              "listen=yes",
                              "start-delay=soon",
                              "stop=go",
