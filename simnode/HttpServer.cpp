@@ -60,7 +60,7 @@ bool HttpServer::open(const PortConfiguration &port)
 
 bool HttpServer::misbehaves() const
 {
-    return std::chrono::steady_clock::now() - m_openedAt >= m_faults.after;
+    return !m_faults.onCue && std::chrono::steady_clock::now() - m_openedAt >= m_faults.after;
 }
 
 void HttpServer::incomingConnection(qintptr descriptor)

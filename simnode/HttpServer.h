@@ -34,6 +34,9 @@ public:
     /// Opens the port. False with errorString() set on failure.
     bool open(const PortConfiguration &port);
 
+    /// The cue for the faults that wait for one.
+    void cueFaults() { m_faults.onCue = false; }
+
 protected:
     void incomingConnection(qintptr descriptor) override;
 

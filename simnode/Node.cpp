@@ -151,6 +151,8 @@ void Node::receiveSignal(int number)
     if (number == SIGTERM && m_scenario.ignoresSigterm)
         return;
     if (number == SIGUSR1) {
+        for (const auto &server : m_httpServers)
+            server->cueFaults();
         takeCue(Scenario::Cue::User);
         return;
     }

@@ -59,6 +59,8 @@ struct RpcFaults
     QHash<QString, RpcFault> ofMethod;
     /// Real time since the port was opened; nothing misbehaves before.
     Seconds after{0};
+    /// Nothing misbehaves before the process is told so.
+    bool onCue = false;
     quint16 redirectPort = 0;
 
     RpcFault of(const QString &method) const { return ofMethod.value(method, all); }

@@ -138,7 +138,11 @@ constexpr auto keys = std::to_array<Key>({
     {"rpc.get_counts",
      [](auto &s, auto &v) { s.faults.ofMethod[QStringLiteral("get_counts")] = faultOf(v); }},
     {"rpc.stop", [](auto &s, auto &v) { s.faults.ofMethod[QStringLiteral("stop")] = faultOf(v); }},
-    {"rpc-after", [](auto &s, auto &v) { s.faults.after = secondsOf(v); }},
+    {"rpc-after",
+     [](auto &s, auto &v) {
+         s.faults.onCue = v == u"usr1";
+         s.faults.after = s.faults.onCue ? Seconds(0) : secondsOf(v);
+     }},
     {"redirect-port",
      [](auto &s, auto &v) {
          s.faults.redirectPort = static_cast<quint16>(integerOf(v, 1, 65535));

@@ -40,19 +40,19 @@ struct Scenario
     Seconds ledgerInterval{4};
 
     /// What the scripted end follows.
-    enum class Cue { Start, User, Stop };
+    enum class Cue : char { Start, User, Stop };
 
     std::optional<Ending> ending;
-    Cue endingCue = Cue::Start;
     /// From the cue; zero from the start is before the store and the ports are opened.
     Seconds endingAfter{0};
+    Cue endingCue = Cue::Start;
+    bool closesStreams = false;
     bool listens = true;
     std::optional<Seconds> startDelay;
     Seconds stopDelay{0.4};
     bool stopHangs = false;
     bool ignoresSigterm = false;
     std::optional<Seconds> grandchild;
-    bool closesStreams = false;
 
     qint64 outputBytes = 0;
     qint64 outputLines = 0;

@@ -10,6 +10,8 @@
 #include <QElapsedTimer>
 #include <QJsonArray>
 
+#include <csignal>
+
 using namespace tidewick;
 using namespace std::chrono_literals;
 
@@ -354,6 +356,11 @@ void TestSimRpcFaults::beginsLater()
     const Node node("rpc=503 rpc-after=2");
     QCOMPARE(node.ask().status, 200);
     QTRY_COMPARE_WITH_TIMEOUT(node.ask().status, 503, 10'000);
+
+    const Node told("rpc=503 rpc-after=usr1", 1);
+    QCOMPARE(told.ask().status, 200);
+    told.signal(SIGUSR1);
+    QTRY_COMPARE(told.ask().status, 503);
 }
 
 void TestSimRpcFaults::carriesOutTheCommand_data()

@@ -103,6 +103,8 @@ void TestSimScenario::readsTheFaults()
     QCOMPARE(scenario.faults.of(QStringLiteral("get_counts")), RpcFault::Redirect);
     QCOMPARE(scenario.faults.redirectPort, quint16{80});
     QCOMPARE(scenario.faults.after, Seconds(0.25));
+    QVERIFY(!scenario.faults.onCue);
+    QVERIFY(parse("rpc-after=usr1").faults.onCue);
 }
 
 void TestSimScenario::readsTheCounts()
