@@ -154,8 +154,10 @@ QCoro::Task<std::optional<QJsonObject>> NodeRPC::call(QString method)
         m_session->setProxy(QNetworkProxy::NoProxy);
     }
     QNetworkReply *reply = m_session->post(requestTo(m_port), envelope(method));
-    // Held here, so that no more of a large answer piles up behind what has been looked at.
-    reply->setReadBufferSize(readBufferSize);
+    // So that no more of a large answer piles up behind what has been looked at. Before the request
+    // is under way, which the session has queued, the limit would be lost.
+    QMetaObject::invokeMethod(
+        reply, [reply] { reply->setReadBufferSize(readBufferSize); }, Qt::QueuedConnection);
 
     Exchange exchange(reply);
     // No member from here on: the session may be gone when the answer is in.
