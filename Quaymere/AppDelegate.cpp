@@ -7,20 +7,49 @@
 
 namespace tidewick {
 
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::milliseconds lookInterval = 100ms;
+/// By then the watch of the program before has killed its node.
+constexpr std::chrono::milliseconds longestWait = 100s;
+
+} // namespace
+
 AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
-    : QObject(parent), m_node(NodeConfig::dataDirectory(), NodeHost(&deathWatch))
+    : QObject(parent), m_deathWatch(deathWatch),
+      m_node(NodeConfig::dataDirectory(), NodeHost(&deathWatch))
 {
     connect(&m_node, &NodeController::readyToTerminate, this, &AppDelegate::terminated);
     connect(&m_launched, &QTimer::timeout, this, &AppDelegate::applicationDidFinishLaunching);
     m_launched.setSingleShot(true);
     m_launched.start(0);
+    connect(&m_lookAgain, &QTimer::timeout, this, &AppDelegate::startWhenAlone);
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    m_waited.start();
+    startWhenAlone();
+}
+
+void AppDelegate::startWhenAlone()
+{
     // A request to quit may have been faster.
-    if (!m_terminating)
-        m_node.start();
+    if (m_terminating)
+        return;
+    if (!m_deathWatch.isAlone() && !m_waited.hasExpired(longestWait.count())) {
+        m_node.setStartBlocked(QStringLiteral("Waiting for the earlier node to stop"));
+        if (!m_lookAgain.isActive()) {
+            m_lookAgain.start(lookInterval);
+            m_node.start(); // is refused, which tells why
+        }
+        return;
+    }
+    m_lookAgain.stop();
+    m_node.setStartBlocked(std::nullopt);
+    m_node.start();
 }
 
 AppDelegate::TerminateReply AppDelegate::applicationShouldTerminate()

@@ -6,6 +6,7 @@
 #include "node/NodeController.h"
 #include "platform/DeathWatch.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -43,8 +44,14 @@ signals:
     void terminated();
 
 private:
+    /// The node of a program that was killed may still be closing its store.
+    void startWhenAlone();
+
+    const DeathWatch &m_deathWatch;
     NodeController m_node;
     QTimer m_launched;
+    QTimer m_lookAgain;
+    QElapsedTimer m_waited;
     bool m_terminating = false;
 };
 

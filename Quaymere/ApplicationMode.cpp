@@ -6,6 +6,7 @@
 #include "QuaymereApp.h"
 #include "TerminalApp.h"
 #include "platform/DeathWatch.h"
+#include "platform/Folders.h"
 #include "platform/SingleInstance.h"
 #include "platform/StandardStreams.h"
 #include "ui/Display.h"
@@ -17,7 +18,7 @@ namespace {
 template <typename App>
 int runAs(char **argv)
 {
-    const DeathWatch deathWatch;
+    const DeathWatch deathWatch(Folders::lockFile("tidewick-node"));
     int argc = 1; // the rest is not for Qt to read
     App application(argc, argv);
     SingleInstance instance;

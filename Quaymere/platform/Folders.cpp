@@ -59,6 +59,13 @@ fs::path temporary()
     return named != nullptr && *named != '\0' ? fromOperand(named) : fs::path("/tmp");
 }
 
+fs::path lockFile(const std::string &name)
+{
+    if (const fs::path runtime = fromEnvironment("XDG_RUNTIME_DIR"); !runtime.empty())
+        return runtime / (name + ".lock");
+    return temporary() / (name + '-' + std::to_string(::getuid()) + ".lock");
+}
+
 fs::path fromOperand(const std::string &operand)
 {
     const fs::path path(operand);

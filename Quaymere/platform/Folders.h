@@ -18,6 +18,10 @@ std::filesystem::path configuration();
 /// For what need not last: $TMPDIR, else /tmp. Throws as fromOperand for a relative $TMPDIR.
 std::filesystem::path temporary();
 
+/// A lock of this user's that lasts as long as the session: "<name>.lock" in $XDG_RUNTIME_DIR if
+/// absolute, else "<name>-<user id>.lock" in temporary().
+std::filesystem::path lockFile(const std::string &name);
+
 /// A folder as named on a command line, made absolute against the current one: an absolute name
 /// stays as it is but for slashes at its end; in a relative one dot segments are resolved, and the
 /// empty name is the current folder. No "~", no percent decoding, no look at the disk.

@@ -5,6 +5,7 @@
 #include "platform/DeathWatch.h"
 #include "support/Surroundings.h"
 
+#include <QElapsedTimer>
 #include <QSignalSpy>
 
 #include <csignal>
@@ -13,6 +14,7 @@
 #include <fcntl.h>
 
 using namespace tidewick;
+using namespace std::chrono_literals;
 
 /// What happens to children when the program that started them dies.
 class TestDeathWatch : public QObject
@@ -23,6 +25,9 @@ private slots:
     void tellsOnceWhenTheProgramIsKilled_data();
     void tellsOnceWhenTheProgramIsKilled();
     void tellsOnceWhenItGoes();
+    void killsInTheEnd_data();
+    void killsInTheEnd();
+    void tellsALaterProgram();
     void leavesOthersAlone();
     void holdsNoStreams();
 
@@ -61,7 +66,7 @@ void TestDeathWatch::tellsOnceWhenTheProgramIsKilled()
         ChildSpec spec = counting(output);
         spec.executable = TIDEWICK_PARENT_PATH;
         spec.arguments = {TIDEWICK_CHILD_PATH, "count-terminate", (m_folder.path() / "id").string(),
-                          "watched"};
+                          (m_folder.path() / "lock").string()};
         const auto parent = ChildProcess::start(spec);
         QTRY_VERIFY(contentOf(output) == "ready\n");
         ::kill(parent->id(), signalNumber);
@@ -81,6 +86,55 @@ void TestDeathWatch::tellsOnceWhenItGoes()
     watch.reset();
     QTRY_COMPARE(ended.size(), 1);
     QCOMPARE(contentOf(output), "ready\ntold 1\n");
+}
+
+void TestDeathWatch::killsInTheEnd_data()
+{
+    QTest::addColumn<bool>("isTold");
+    QTest::newRow("told by the watch") << false;
+    QTest::newRow("told by the program") << true;
+}
+
+void TestDeathWatch::killsInTheEnd()
+{
+    QFETCH(bool, isTold);
+    const std::filesystem::path output = m_folder.path() / "output";
+    std::optional<DeathWatch> watch(std::in_place, std::filesystem::path(), 1s);
+    ChildSpec spec = counting(output);
+    spec.arguments = {"ignore-terminate"};
+    spec.deathWatch = &*watch;
+    const auto child = ChildProcess::start(spec);
+    QTRY_VERIFY(contentOf(output) == "ready\n");
+    if (isTold)
+        child->terminate();
+    const QSignalSpy ended(child.get(), &ChildProcess::exited);
+    QElapsedTimer timer;
+    timer.start();
+    watch.reset();
+    QVERIFY(timer.elapsed() >= 1000);
+    QTRY_COMPARE(ended.size(), 1);
+    QCOMPARE(ended[0][0].toInt(), SIGKILL);
+    QVERIFY(ended[0][1].toBool());
+}
+
+void TestDeathWatch::tellsALaterProgram()
+{
+    const std::filesystem::path lock = m_folder.path() / "lock";
+    const std::filesystem::path output = m_folder.path() / "output";
+    ChildSpec spec = counting(output);
+    spec.executable = TIDEWICK_PARENT_PATH;
+    spec.arguments = {TIDEWICK_CHILD_PATH, "count-terminate", (m_folder.path() / "id").string(),
+                      lock.string()};
+    const auto program = ChildProcess::start(spec);
+    QTRY_VERIFY(contentOf(output) == "ready\n");
+    const DeathWatch later(lock);
+    QVERIFY(!later.isAlone());
+    ::kill(program->id(), SIGKILL);
+    program->wait();
+    QVERIFY(!later.isAlone());
+    QTRY_VERIFY(later.isAlone());
+    QCOMPARE(contentOf(output), "ready\ntold 1\n");
+    QVERIFY(DeathWatch("/no/such/folder/lock").isAlone());
 }
 
 void TestDeathWatch::leavesOthersAlone()

@@ -6,6 +6,8 @@
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 
+#include <unistd.h>
+
 using namespace tidewick;
 namespace fs = std::filesystem;
 
@@ -49,6 +51,7 @@ private slots:
     void fallsBackToTheUsersHome();
     void temporary_data();
     void temporary();
+    void lockFile();
     void fromOperand_data();
     void fromOperand();
     void currentFolderGone();
@@ -103,6 +106,17 @@ void TestFolders::temporary()
     QCOMPARE(Folders::temporary(), fs::path(expected.toStdString()));
     const Variable unset("TMPDIR", nullptr);
     QCOMPARE(Folders::temporary(), fs::path("/tmp"));
+}
+
+void TestFolders::lockFile()
+{
+    const Variable runtime("XDG_RUNTIME_DIR", "/run/user/1/");
+    QCOMPARE(Folders::lockFile("x"), fs::path("/run/user/1/x.lock"));
+    const std::string named = "x-" + std::to_string(::getuid()) + ".lock";
+    for (const char *none : {"", "relative"}) {
+        const Variable unnamed("XDG_RUNTIME_DIR", none);
+        QCOMPARE(Folders::lockFile("x"), Folders::temporary() / named);
+    }
 }
 
 void TestFolders::fromOperand_data()

@@ -3,7 +3,7 @@
 
 // A program that starts the child named by its first argument, with the second for an argument,
 // writes its process id to the file named by the third, and waits to be killed. With a fourth
-// argument it has a watch over its child, and threads.
+// argument, a file to lock, it has a watch over its child, and threads.
 
 #include "platform/ChildProcess.h"
 #include "platform/DeathWatch.h"
@@ -30,7 +30,8 @@ int main(int argc, char **argv)
     std::vector<std::thread> threads;
     tidewick::ChildSpec spec;
     if (argc > 4) {
-        spec.deathWatch = &watch.emplace();
+        spec.deathWatch = &watch.emplace(argv[4]);
+        (void)watch->isAlone();
         for (int thread = 0; thread < 16; ++thread)
             threads.emplace_back(waitForEver);
     }

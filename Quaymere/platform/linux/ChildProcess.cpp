@@ -271,7 +271,7 @@ ChildProcess::~ChildProcess() = default;
 void ChildProcess::terminate()
 {
     if (m_deathWatch)
-        m_deathWatch->release(m_id);
+        m_deathWatch->noteTold(m_id);
     send(SIGTERM);
 }
 

@@ -3,6 +3,8 @@
 
 #include "platform/DeathWatch.h"
 
+#include "platform/Clock.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -10,6 +12,9 @@
 #include <cstring>
 #include <optional>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -22,7 +27,10 @@ namespace {
 /// The number of processes guarded at a time; the oldest are let go beyond that.
 constexpr std::size_t mostGuarded = 8;
 
-/// A process to guard, with its descriptor, or to let go of, without.
+/// Between two looks at whether those told to end have ended.
+constexpr std::chrono::milliseconds lookInterval{100};
+
+/// A process to guard, with its descriptor, or one that is told to end by others, without.
 struct Message
 {
     Message()
@@ -46,7 +54,10 @@ struct Guarded
 {
     pid_t id = 0;
     int descriptor = -1;
+    bool isTold = false;
 };
+
+using AllGuarded = std::array<Guarded, mostGuarded>;
 
 /// The next word from the program; nothing once it is gone.
 std::optional<Guarded> receive(int channel)
@@ -73,66 +84,102 @@ void standApart()
         ::signal(number, SIG_IGN);
 }
 
-/// Closes everything but the channel, so that nobody waits for a stream that this process holds.
-void closeOthers(int channel)
+/// Closes everything but the channel and the lock, so that nobody waits for a stream that this
+/// process holds. Both are above the standard streams.
+void closeOthers(int channel, int lock)
 {
     ::dup2(channel, 0);
-    if (::syscall(SYS_close_range, 1U, ~0U, 0U) == 0)
+    ::close(1);
+    if (lock >= 0)
+        ::dup2(lock, 1);
+    if (::syscall(SYS_close_range, 2U, ~0U, 0U) == 0)
         return;
     constexpr int mostOpenThisEarly = 1024; // kernels before 5.9
-    for (int descriptor = 1; descriptor < mostOpenThisEarly; ++descriptor)
+    for (int descriptor = 2; descriptor < mostOpenThisEarly; ++descriptor)
         ::close(descriptor);
 }
 
-[[noreturn]] void watch(int channel)
+/// Takes note of what the program says until it is gone.
+AllGuarded listen()
 {
-    standApart();
-    closeOthers(channel);
-    std::array<Guarded, mostGuarded> guarded{};
+    AllGuarded all{};
     std::size_t next = 0;
     while (const auto word = receive(0)) {
-        Guarded *place = std::find_if(guarded.begin(), guarded.end(), [&](const Guarded &known) {
-            return known.descriptor >= 0 && known.id == word->id;
-        });
-        if (place == guarded.end()) {
-            place = &guarded[next];
-            next = (next + 1) % guarded.size();
+        if (word->descriptor < 0) {
+            for (Guarded &known : all)
+                known.isTold |= known.id == word->id;
+            continue;
         }
-        if (place->descriptor >= 0)
-            ::close(place->descriptor);
-        *place = *word;
+        if (all[next].descriptor >= 0)
+            ::close(all[next].descriptor);
+        all[next] = *word;
+        next = (next + 1) % all.size();
     }
-    for (const Guarded &left : guarded) {
-        if (left.descriptor >= 0)
-            ::syscall(SYS_pidfd_send_signal, left.descriptor, SIGTERM, nullptr, 0U);
+    return all;
+}
+
+void send(const AllGuarded &all, int number)
+{
+    for (const Guarded &left : all) {
+        if (left.descriptor >= 0 && !(number == SIGTERM && left.isTold))
+            ::syscall(SYS_pidfd_send_signal, left.descriptor, number, nullptr, 0U);
     }
+}
+
+bool haveEnded(const AllGuarded &all)
+{
+    return std::all_of(all.begin(), all.end(), [](const Guarded &left) {
+        pollfd end{left.descriptor, POLLIN, 0};
+        return left.descriptor < 0 || ::poll(&end, 1, 0) > 0;
+    });
+}
+
+[[noreturn]] void watch(int channel, int lock, std::chrono::seconds patience)
+{
+    standApart();
+    closeOthers(channel, lock);
+    const AllGuarded all = listen();
+    send(all, SIGTERM);
+    const ContinuousClock::time_point deadline = ContinuousClock::now() + patience;
+    while (!haveEnded(all) && ContinuousClock::now() < deadline)
+        ::poll(nullptr, 0, static_cast<int>(lookInterval.count()));
+    send(all, SIGKILL);
     ::_exit(0);
 }
 
 } // namespace
 
-DeathWatch::DeathWatch()
+DeathWatch::DeathWatch(const std::filesystem::path &lockFile, std::chrono::seconds patience)
 {
+    if (!lockFile.empty()) {
+        constexpr int flags = O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC;
+        m_lock = UniqueDescriptor(::open(lockFile.c_str(), flags, 0600));
+    }
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
         return;
     UniqueDescriptor ours(ends[0]);
     const UniqueDescriptor theirs(ends[1]);
-    m_watcher = ::fork();
-    if (m_watcher == 0) {
+    const pid_t starter = ::fork();
+    if (starter == 0) {
+        // Nobody's child here, so that it leaves no zombie if it is killed.
+        if (::fork() != 0)
+            ::_exit(0);
         ours.reset(); // or the end of the program would not be seen from here
-        watch(theirs.get());
+        watch(theirs.get(), m_lock.get(), patience);
     }
-    if (m_watcher > 0)
-        m_channel = std::move(ours);
+    while (starter > 0 && ::waitpid(starter, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    m_channel = std::move(ours);
 }
 
 DeathWatch::~DeathWatch()
 {
-    if (m_watcher <= 0)
+    if (!m_channel)
         return;
-    m_channel.reset();
-    while (::waitpid(m_watcher, nullptr, 0) < 0 && errno == EINTR) {
+    ::shutdown(m_channel.get(), SHUT_WR);
+    char nothing = 0;
+    while (::read(m_channel.get(), &nothing, 1) < 0 && errno == EINTR) {
     }
 }
 
@@ -150,7 +197,13 @@ bool DeathWatch::guard(int process, pid_t id) const
     return ::sendmsg(m_channel.get(), &message.header, MSG_NOSIGNAL) > 0;
 }
 
-void DeathWatch::release(pid_t id) const
+/// The lock is one with that of this program's own watch, which came by it in the fork.
+bool DeathWatch::isAlone() const
+{
+    return !m_lock || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+void DeathWatch::noteTold(pid_t id) const
 {
     if (m_channel)
         (void)!::send(m_channel.get(), &id, sizeof id, MSG_NOSIGNAL);

@@ -13,8 +13,6 @@
 #include <QLockFile>
 #include <QVariantMap>
 
-#include <unistd.h>
-
 namespace tidewick {
 
 namespace {
@@ -42,9 +40,7 @@ void takeActivationToken(const QVariantMap &platformData)
 
 std::filesystem::path lockFile()
 {
-    if (const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR"); runtime.startsWith('/'))
-        return std::filesystem::path(runtime.toStdString()) / "tidewick.lock";
-    return Folders::temporary() / ("tidewick-" + std::to_string(::getuid()) + ".lock");
+    return Folders::lockFile("tidewick");
 }
 
 } // namespace
