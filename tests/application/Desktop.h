@@ -26,6 +26,8 @@ public:
     /// object.
     QDBusConnection connection() const;
 
+    Beside &process() { return *m_daemon; }
+
     /// Ends the bus under whoever is on it.
     void stop() { m_daemon.reset(); }
 
@@ -44,6 +46,8 @@ public:
     XServer &operator=(const XServer &) = delete;
     ~XServer();
 
+    Beside &process() { return m_server; }
+
 private:
     Beside m_server;
 };
@@ -56,6 +60,8 @@ public:
 
     /// False when no tray host is on the bus in time.
     static bool waitForHost(const SessionBus &bus);
+
+    Beside &process() { return m_panel; }
 
 private:
     Beside m_panel;

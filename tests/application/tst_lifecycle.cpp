@@ -35,11 +35,9 @@ private slots:
     void secondLaunchOpensThePanelWithoutATray();
     void secondLaunchWithoutABus();
     void secondLaunchOfOneThatHangs();
-    void startsAfterAKill();
     void desktopActions();
 
     void panelWithoutATray();
-    void busThatDies();
     void panelWhenTheBusDies();
 
 private:
@@ -217,22 +215,6 @@ void TestLifecycle::secondLaunchOfOneThatHangs()
     QVERIFY(first->endsWell(SIGTERM));
 }
 
-void TestLifecycle::startsAfterAKill()
-{
-    const XServer display;
-    {
-        const auto first = launch("speed=20 state=full");
-        QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > 0; }));
-        const pid_t node = *first->node();
-        first->process().send(SIGKILL);
-        QVERIFY(first->process().waitForEnd());
-        QVERIFY(waitUntil([&] { return !runs(node); }));
-    }
-    const auto next = launch("speed=20 state=full");
-    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("Application starting") == 2; }));
-    QVERIFY(next->endsWell(SIGTERM));
-}
-
 void TestLifecycle::desktopActions()
 {
     const SessionBus bus;
@@ -314,18 +296,6 @@ void TestLifecycle::panelWhenTheBusDies()
     QVERIFY(isInTray(reader));
     bus.stop();
     QVERIFY(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }));
-    QVERIFY(application->endsWell(SIGTERM));
-}
-
-void TestLifecycle::busThatDies()
-{
-    SessionBus bus;
-    const XServer display;
-    const auto application = launch("speed=20 state=full");
-    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > 0; }));
-    bus.stop();
-    const qsizetype polls = LaunchedApplication::noted("server_info");
-    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > polls + 1; }));
     QVERIFY(application->endsWell(SIGTERM));
 }
 

@@ -4,7 +4,6 @@
 #include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "platform/Defaults.h"
-#include "support/Processes.h"
 #include "support/Surroundings.h"
 
 #include <QDBusMessage>
@@ -28,8 +27,6 @@ private slots:
     }
 
     void printsWhatChanges();
-    void endsOnSignals_data();
-    void endsOnSignals();
     void printsTheWholeError();
     void displayThatIsNotThere();
     void secondLaunchIsTold();
@@ -69,25 +66,6 @@ void TestTerminal::printsWhatChanges()
     QVERIFY2(lines.last().startsWith("Stopped · Quitting"), application->output());
     for (qsizetype at = 1; at < lines.size(); ++at)
         QVERIFY(lines[at] != lines[at - 1]);
-}
-
-void TestTerminal::endsOnSignals_data()
-{
-    QTest::addColumn<int>("signalNumber");
-    QTest::newRow("INT") << SIGINT; // Ctrl-C
-    QTest::newRow("TERM") << SIGTERM;
-    QTest::newRow("HUP") << SIGHUP;
-}
-
-void TestTerminal::endsOnSignals()
-{
-    QFETCH(int, signalNumber);
-    const auto application = launch("listen=no");
-    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("Application starting") > 0; }));
-    const pid_t node = *application->node();
-    QVERIFY(application->endsWell(signalNumber));
-    QVERIFY(!runs(node));
-    QVERIFY(LaunchedApplication::debugLog().contains("Done."));
 }
 
 void TestTerminal::printsTheWholeError()

@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char *usualScenario = "speed=50 ledger-interval=200 ";
+/// A rebuild of the store would leave out what was there before.
+constexpr const char *usualScenario = "speed=50 ledger-interval=200 maintenance=waiting ";
 constexpr quint32 oldLedger = 1'000'000;
 /// A choice of the user's, and an odd one, that nothing else would come to.
 constexpr const char *settingName = "roundGrowthMiB";
@@ -76,6 +77,13 @@ WatchedApplication &FaultRun::launch(const QByteArray &scenario,
                                      const ProcessEnvironment &variables)
 {
     return launchWith(scenario, variables, true);
+}
+
+WatchedApplication &FaultRun::launchInFull(const QByteArray &scenario)
+{
+    WatchedApplication &application = launch("state=full " + scenario);
+    expect(application.reaches(Phase::Full), "Full, unlike: " + application.lastLine());
+    return application;
 }
 
 WatchedApplication &FaultRun::launchOnDesktop(const QByteArray &scenario,

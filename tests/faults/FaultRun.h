@@ -20,8 +20,7 @@ namespace tidewick {
 ///
 /// A trial for the whole program reads:
 ///
-///     WatchedApplication &application = run.launch("state=full");
-///     run.expect(application.reaches(Phase::Full), "full");
+///     WatchedApplication &application = run.launchInFull();
 ///     ... the fault ...
 ///     run.expect(application.reaches(Phase::Error), "Error");
 ///     run.saw(application.lastLine());
@@ -48,6 +47,9 @@ public:
     /// unless the trial has made one.
     WatchedApplication &launch(const QByteArray &scenario,
                                const ProcessEnvironment &variables = {});
+
+    /// The same, its node in sync by then.
+    WatchedApplication &launchInFull(const QByteArray &scenario = {});
 
     /// The application on the XServer of the trial, where its phase is not watched.
     WatchedApplication &launchOnDesktop(const QByteArray &scenario,

@@ -32,7 +32,7 @@ constexpr const char *rowArgument = "--row";
 constexpr unsigned rowSeconds = 150;
 constexpr unsigned longRowSeconds = 900;
 /// Most of a row's time is spent waiting.
-constexpr int rowsPerCore = 3;
+constexpr std::size_t rowsPerCore = 4;
 
 /// The process of one row.
 int tryRow(const Fault &fault, int &argc, char **argv)
@@ -119,7 +119,7 @@ std::deque<std::size_t> chosen(const std::vector<Fault> &faults, bool withLong,
 /// Tries the rows, some side by side, and prints them in their order.
 bool tryAll(const char *group, const std::vector<Fault> &faults, std::deque<std::size_t> waiting)
 {
-    const auto most = static_cast<std::size_t>(rowsPerCore * QThread::idealThreadCount());
+    const auto most = rowsPerCore * static_cast<std::size_t>(QThread::idealThreadCount());
     std::deque<std::unique_ptr<Row>> shown;
     bool allHold = true;
     while (!waiting.empty() || !shown.empty()) {
@@ -129,11 +129,12 @@ bool tryAll(const char *group, const std::vector<Fault> &faults, std::deque<std:
             shown.push_back(std::make_unique<Row>(faults[waiting.front()], waiting.front()));
             waiting.pop_front();
         }
-        while (!shown.empty() && shown.front()->hasEnded()) {
-            allHold &= shown.front()->print(group);
-            shown.pop_front();
+        if (!shown.front()->hasEnded()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            continue;
         }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        allHold &= shown.front()->print(group);
+        shown.pop_front();
     }
     return allHold;
 }

@@ -6,8 +6,9 @@
 #include "support/Processes.h"
 #include "ui/MenuRows.h"
 
+#include <QtTest>
+
 #include <array>
-#include <chrono>
 #include <fstream>
 
 namespace tidewick {
@@ -67,6 +68,16 @@ bool WatchedApplication::reaches(Phase phase)
         readPhase();
         return m_phase == phase;
     });
+}
+
+bool WatchedApplication::stays(Phase phase, std::chrono::milliseconds time)
+{
+    return !QTest::qWaitFor(
+        [&] {
+            readPhase();
+            return m_phase != phase;
+        },
+        static_cast<int>(time.count()));
 }
 
 bool WatchedApplication::waitForNote(const QByteArray &event, qsizetype times)

@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <chrono>
 #include <csignal>
 #include <map>
 #include <optional>
@@ -37,6 +38,8 @@ public:
 
     /// Waits until it is in this phase.
     bool reaches(Phase phase);
+    /// Whether it stays in this phase for so long.
+    bool stays(Phase phase, std::chrono::milliseconds time);
     /// Waits for what its node notes in its own log.
     static bool waitForNote(const QByteArray &event, qsizetype times = 1);
 

@@ -26,6 +26,9 @@ public:
 
     quint16 port() const { return m_server.serverPort(); }
 
+    /// Gives the port back; connections stay.
+    void stopListening() { m_server.close(); }
+
     /// The requests so far, with their headers.
     const QByteArrayList &requests() const { return m_requests; }
 

@@ -1,0 +1,328 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "application/Desktop.h"
+#include "application/TrayReader.h"
+#include "application/XWindows.h"
+#include "faults/FaultRun.h"
+#include "faults/FaultTable.h"
+#include "support/Processes.h"
+
+#include <csignal>
+
+using namespace tidewick;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Where the program is when the fault comes.
+struct Moment
+{
+    QByteArray name;
+    QByteArray scenario;
+    Phase phase;
+};
+
+const std::vector<Moment> moments{
+    {"without a node", "exit=3", Phase::Error},
+    {"while starting", "listen=no", Phase::Starting},
+    {"while syncing", "state=syncing", Phase::Syncing},
+    {"in full", "state=full", Phase::Full},
+    {"while stopping", "state=full stop-delay=2", Phase::Stopping},
+};
+
+WatchedApplication &launchInto(FaultRun &run, const Moment &moment)
+{
+    WatchedApplication &application = run.launch(moment.scenario);
+    // Before that, the node would die of the signal that stops it.
+    if (moment.phase != Phase::Error)
+        WatchedApplication::waitForNote("Application starting");
+    if (moment.phase == Phase::Stopping) {
+        run.expect(application.reaches(Phase::Full), "Full");
+        application.send(SIGTERM);
+        WatchedApplication::waitForNote("Server stopping");
+    }
+    run.expect(application.reaches(moment.phase), "the phase, unlike: " + application.lastLine());
+    return application;
+}
+
+/// What its node went through if there was one that was to close its store.
+void expectNodeClosed(FaultRun &run, const Moment &moment)
+{
+    if (moment.phase == Phase::Error)
+        return;
+    run.expect(LaunchedApplication::noted("Done.") == 1, "the node has closed its store");
+    run.expect(LaunchedApplication::noted("signal 15") <= 1, "one SIGTERM at most");
+}
+
+void isToldToEnd(FaultRun &run, const Moment &moment, int signalNumber)
+{
+    WatchedApplication &application = launchInto(run, moment);
+    run.expect(application.endsWell(signalNumber), "it quits");
+    expectNodeClosed(run, moment);
+    run.saw(application.lastLine());
+}
+
+/// From the end of the program to that of its node.
+void expectNodeGone(FaultRun &run, pid_t node)
+{
+    QElapsedTimer timer;
+    timer.start();
+    run.expect(waitUntil([&] { return !runs(node); }) && !timer.hasExpired(5000),
+               "no node after 5 s");
+    run.saw("no node after " + QByteArray::number(timer.elapsed()) + " ms");
+}
+
+void isKilled(FaultRun &run, const Moment &moment)
+{
+    WatchedApplication &application = launchInto(run, moment);
+    const auto node = application.node();
+    application.send(SIGKILL);
+    run.expect(application.process().waitForEnd(), "its end");
+    if (node)
+        expectNodeGone(run, *node);
+    else
+        run.saw("no node");
+    expectNodeClosed(run, moment);
+}
+
+void isLaunchedAgain(FaultRun &run, const Moment &moment)
+{
+    const SessionBus bus;
+    WatchedApplication &first = launchInto(run, moment);
+    const auto node = first.node();
+    WatchedApplication &second = run.launch("state=full");
+    run.expect(second.process().waitForEnd() && second.process().ending()->status == 1
+                   && second.output().startsWith("Tidewick is running already"),
+               "a word to who launches it, unlike: " + second.output());
+    run.saw(second.output().trimmed());
+    if (moment.phase == Phase::Stopping)
+        return;
+    run.expect(first.phase() == moment.phase && first.node() == node, "the first as it was");
+    run.expect(first.endsWell(), "it quits");
+    expectNodeClosed(run, moment);
+}
+
+/// Without waiting for the node of the one before.
+void isKilledAndLaunchedAtOnce(FaultRun &run)
+{
+    WatchedApplication &first = run.launchInFull("stop-delay=2");
+    const auto node = first.node();
+    first.send(SIGKILL);
+    run.expect(first.process().waitForEnd(), "its end");
+    WatchedApplication &second = run.launch("state=full");
+    bool bothRun = false;
+    run.expect(waitUntil([&] {
+                   bothRun |= second.node() && node && runs(*node);
+                   return second.phase() == Phase::Full;
+               }),
+               "Full without any hand, unlike: " + second.lastLine());
+    run.expect(!bothRun, "never two nodes on one store");
+    run.saw(second.lastLine());
+}
+
+/// In real time: how long its watch waits for the node.
+void isKilledBeforeADeafNode(FaultRun &run)
+{
+    WatchedApplication &application = run.launchInFull("sigterm=ignore");
+    const auto node = application.node();
+    application.send(SIGKILL);
+    run.expect(application.process().waitForEnd(), "its end");
+    QElapsedTimer timer;
+    timer.start();
+    while (node && runs(*node) && !timer.hasExpired(120'000))
+        waitUntil([&] { return !runs(*node); });
+    run.expect(timer.elapsed() >= 89'000, "time for the node to close its store");
+    run.saw("no node after " + QByteArray::number(timer.elapsed() / 1000) + " s");
+}
+
+void smokeIsKilled(FaultRun &run)
+{
+    Beside smoke([&] {
+        ChildSpec spec;
+        spec.executable = run.bundle().application();
+        spec.arguments = {"--smoke"};
+        spec.environment["TIDEWICK_SIMNODE"] = "listen=no";
+        return spec;
+    }());
+    const auto log = applicationData().string() + "-smoke/debug.log";
+    run.expect(waitUntil([&] {
+                   return std::filesystem::exists(log)
+                          && contentOf(log).contains("Application starting");
+               }),
+               "its node");
+    smoke.send(SIGKILL);
+    run.expect(smoke.waitForEnd(), "its end");
+    run.expectNothingLeft();
+    run.expect(contentOf(log).contains("Done."), "the node has closed its store");
+    const Outcome next = run.smoke("state=full");
+    run.expect(next.status == 0, "the next --smoke, unlike: " + next.output);
+    run.saw(next.output.trimmed().split('\n').last());
+}
+
+/// Its watch is what it started beside the node.
+void losesItsWatch(FaultRun &run)
+{
+    WatchedApplication &application = run.launchInFull();
+    for (const pid_t process : offspringOf(::getpid())) {
+        if (process != application.id() && process != application.node())
+            ::kill(process, SIGKILL);
+    }
+    run.expect(application.stays(Phase::Full, 3s), "Full all along");
+    run.expect(application.endsWell(), "it quits");
+    run.saw(application.lastLine());
+}
+
+void isHalted(FaultRun &run)
+{
+    WatchedApplication &application = run.launchInFull("when=usr1 exit=1");
+    const auto node = application.node();
+    application.send(SIGSTOP);
+    ::kill(*node, SIGUSR1);
+    run.expect(waitUntil([&] { return !runs(*node); }), "the end of the node");
+    application.send(SIGCONT);
+    run.expect(application.reaches(Phase::Error), "Error");
+    run.saw(application.lastLine());
+}
+
+void losesItsDisplay(FaultRun &run)
+{
+    auto display = std::make_unique<XServer>();
+    WatchedApplication &application = run.launchOnDesktop("state=full");
+    WatchedApplication::waitForNote("server_info");
+    const auto node = application.node();
+    display->process().send(SIGKILL);
+    run.expect(application.process().waitForEnd(), "its end");
+    if (run.expect(node.has_value(), "there was a node"))
+        expectNodeGone(run, *node);
+    run.expect(LaunchedApplication::noted("Done.") == 1, "the node has closed its store");
+}
+
+void losesTheBus(FaultRun &run)
+{
+    SessionBus bus;
+    WatchedApplication &application = run.launchInFull();
+    bus.process().send(SIGKILL);
+    run.expect(bus.process().waitForEnd(), "the end of the bus");
+    const qsizetype polls = LaunchedApplication::noted("server_info");
+    WatchedApplication::waitForNote("server_info", polls + 2);
+    run.expect(application.phase() == Phase::Full, "Full all along");
+    run.expect(application.endsWell(), "it quits");
+    run.saw(application.lastLine());
+}
+
+void hasNoBus(FaultRun &run)
+{
+    WatchedApplication &application =
+        run.launch("state=full", {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus"}});
+    run.expect(application.reaches(Phase::Full), "Full");
+    run.expect(application.endsWell(), "it quits");
+    run.saw(application.lastLine());
+}
+
+void hasABusThatHangs(FaultRun &run)
+{
+    SessionBus bus;
+    WatchedApplication &application = run.launchInFull();
+    bus.process().send(SIGSTOP);
+    const qsizetype polls = LaunchedApplication::noted("server_info");
+    WatchedApplication::waitForNote("server_info", polls + 2);
+    run.expect(application.phase() == Phase::Full, "Full all along");
+    run.expect(application.endsWell(), "it quits");
+    run.saw(application.lastLine());
+    bus.process().send(SIGCONT);
+}
+
+/// The bus library itself waits for 25 s for a bus that does not say a word.
+void isLaunchedWhereTheBusHangs(FaultRun &run)
+{
+    SessionBus bus;
+    bus.process().send(SIGSTOP);
+    QElapsedTimer timer;
+    timer.start();
+    WatchedApplication &application = run.launch("state=full");
+    run.expect(application.reaches(Phase::Starting) || application.reaches(Phase::Starting),
+               "Starting");
+    run.saw("started after " + QByteArray::number(timer.elapsed() / 1000) + " s");
+    run.expect(application.reaches(Phase::Full), "Full");
+    run.expect(application.endsWell(), "it quits");
+    bus.process().send(SIGCONT);
+}
+
+void losesTheTray(FaultRun &run)
+{
+    const SessionBus bus;
+    const XServer display;
+    auto panel = std::make_unique<DesktopPanel>();
+    TrayReader reader(bus.connection());
+    WatchedApplication &application = run.launchOnDesktop("state=full");
+    const auto isInTrayAs = [&](const char *phase) {
+        return waitUntil([&] {
+            return reader.findItem() && reader.menu().value(0).text == QString::fromUtf8(phase);
+        });
+    };
+    run.expect(isInTrayAs("Full"), "Full in the tray");
+    panel->process().send(SIGKILL);
+    run.expect(panel->process().waitForEnd(), "the end of the tray");
+    run.expect(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }),
+               "the node panel meanwhile");
+    panel = std::make_unique<DesktopPanel>();
+    run.expect(isInTrayAs("Full"), "Full in the tray again");
+    run.expect(waitUntil([] { return !isWindowShown(QStringLiteral("Tidewick")); }),
+               "no node panel");
+    run.expect(reader.click(QStringLiteral("Stop Node")) && isInTrayAs("Stopped"), "a stop");
+    run.expect(reader.click(QStringLiteral("Quit")) && application.process().waitForEnd()
+                   && application.process().ending()->status == 0,
+               "it quits");
+    run.saw("back in the tray, its commands work");
+}
+
+void addOthers(std::vector<Fault> &faults)
+{
+    faults.insert(
+        faults.end(),
+        {{"the program is killed and launched at once, its node taking 2 s to stop",
+          "waits for that, then comes up", isKilledAndLaunchedAtOnce},
+         {"the program is killed, its node ignores SIGTERM, real time", "killed after 90 s",
+          isKilledBeforeADeafNode, true},
+         {"--smoke is killed", "no node after 5 s; the next one passes", smokeIsKilled},
+         {"the watch of the program is killed", "goes on, quits", losesItsWatch},
+         {"the program is halted while its node ends", "Error once it goes on", isHalted},
+         {"the display dies", "ends; no node after 5 s", losesItsDisplay},
+         {"the bus is killed", "goes on, quits", losesTheBus},
+         {"there is no bus where one is told of", "comes up, quits", hasNoBus},
+         {"the bus hangs", "goes on, quits", hasABusThatHangs},
+         {"the bus hangs before the launch", "comes up, if late; quits", isLaunchedWhereTheBusHangs,
+          true},
+         {"the tray is killed and comes again", "the item comes back and works", losesTheTray}});
+}
+
+std::vector<Fault> applicationFaults()
+{
+    std::vector<Fault> faults;
+    for (const Moment &moment : moments) {
+        for (const auto &[name, number] :
+             {std::pair("SIGTERM", SIGTERM), std::pair("SIGINT", SIGINT),
+              std::pair("SIGHUP", SIGHUP)}) {
+            faults.push_back({QByteArray("the program gets ") + name + ' ' + moment.name,
+                              "quits, its node stopped", [=, signalNumber = number](FaultRun &run) {
+                                  isToldToEnd(run, moment, signalNumber);
+                              }});
+        }
+        faults.push_back({"the program is killed " + moment.name,
+                          "no node after 5 s, and a new start without any hand",
+                          [=](FaultRun &run) { isKilled(run, moment); }});
+        faults.push_back({"the program is launched again " + moment.name,
+                          "one program, one node, a word to who did it",
+                          [=](FaultRun &run) { isLaunchedAgain(run, moment); }});
+    }
+    addOthers(faults);
+    return faults;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    return runFaults("application", applicationFaults(), argc, argv);
+}
