@@ -22,17 +22,6 @@ constexpr const char *generatedHeader =
     "# change the app's settings instead.\n"
     "\n";
 
-/// Makes the folder and its parents; one that is there is fine, a link to one too.
-void createFolder(const fs::path &directory)
-{
-    std::error_code error;
-    fs::create_directories(directory, error);
-    if (!error && !fs::is_directory(directory, error) && !error)
-        error = std::make_error_code(std::errc::not_a_directory);
-    if (error)
-        throw FileError(directory, error);
-}
-
 void removeFile(const fs::path &path)
 {
     std::error_code error;
@@ -105,7 +94,7 @@ fs::path NodeConfig::resource(std::string_view name, std::string_view extension)
 
 fs::path NodeConfig::render(const fs::path &directory) const
 {
-    createFolder(directory);
+    Files::createFolders(directory);
 
     // Bytes, not characters: the folder's name need not be UTF-8 to be the node's.
     QByteArray text = Files::readText(resource("xrpld.cfg", "in")).toUtf8();

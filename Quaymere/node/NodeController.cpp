@@ -107,6 +107,7 @@ std::optional<QString> NodeController::reasonToRefuse() const
 void NodeController::launch(NodeStatus &next)
 {
     try {
+        Files::createOwnFolder(m_data);
         const std::filesystem::path configuration = m_config.render(m_data);
         NodeLog::rotate(m_log.path());
         NodeLog::rotate(m_data / "debug.log");

@@ -115,6 +115,11 @@ bool Defaults::remove(const QString &key)
 
 bool Defaults::change(const std::function<void(QSettings &)> &change)
 {
+    try {
+        Files::createFolders(m_file.parent_path());
+    } catch (const FileError &) {
+        // The store then says that it cannot be written.
+    }
     // The status of one object stays bad after a failure; objects on one file share what it holds.
     QSettings store(m_settings->fileName(), QSettings::IniFormat);
     change(store);

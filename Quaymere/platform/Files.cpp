@@ -131,6 +131,35 @@ void writeAtomically(const std::filesystem::path &path, const QByteArray &conten
     }
 }
 
+void createFolders(const std::filesystem::path &folder)
+{
+    std::error_code error;
+    std::filesystem::path part;
+    for (const std::filesystem::path &name : folder) {
+        part /= name;
+        if (!std::filesystem::is_directory(part, error) && ::mkdir(part.c_str(), 0700) != 0
+            && errno != EEXIST)
+            throw FileError::fromErrno(folder);
+    }
+    if (!std::filesystem::is_directory(folder, error))
+        throw FileError(folder, std::make_error_code(std::errc::not_a_directory));
+}
+
+void createOwnFolder(const std::filesystem::path &folder)
+{
+    createFolders(folder);
+    struct stat link
+    {
+    };
+    struct stat target
+    {
+    };
+    if (::lstat(folder.c_str(), &link) != 0 || ::stat(folder.c_str(), &target) != 0)
+        throw FileError::fromErrno(folder);
+    if (link.st_uid != ::geteuid() || target.st_uid != ::geteuid())
+        throw FileError(folder, "belongs to another user");
+}
+
 } // namespace Files
 
 } // namespace tidewick

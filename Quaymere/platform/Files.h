@@ -69,6 +69,14 @@ QString readText(const std::filesystem::path &path);
 /// Throws FileError.
 void writeAtomically(const std::filesystem::path &path, const QByteArray &content);
 
+/// Makes the folder and those above it that are missing, closed to other users. One that is there
+/// stays as it is, a link to one too. Throws FileError.
+void createFolders(const std::filesystem::path &folder);
+
+/// The same for a folder that nobody else may have a hand in: one that belongs to another user is
+/// refused, and so is a link that does.
+void createOwnFolder(const std::filesystem::path &folder);
+
 /// Writes all of it, however many calls that takes, waiting where a descriptor that does not block
 /// has no room. False with errno set on failure.
 bool writeAll(int descriptor, const char *data, std::size_t size);

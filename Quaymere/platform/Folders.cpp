@@ -63,7 +63,13 @@ fs::path lockFile(const std::string &name)
 {
     if (const fs::path runtime = fromEnvironment("XDG_RUNTIME_DIR"); !runtime.empty())
         return runtime / (name + ".lock");
-    return temporary() / (name + '-' + std::to_string(::getuid()) + ".lock");
+    const fs::path folder = configuration() / "Tidewick";
+    try {
+        Files::createFolders(folder);
+    } catch (const FileError &) {
+        // Then no lock can be had there, which whoever asks for it finds out.
+    }
+    return folder / (name + ".lock");
 }
 
 fs::path fromOperand(const std::string &operand)

@@ -18,8 +18,9 @@ std::filesystem::path configuration();
 /// For what need not last: $TMPDIR, else /tmp. Throws as fromOperand for a relative $TMPDIR.
 std::filesystem::path temporary();
 
-/// A lock of this user's that lasts as long as the session: "<name>.lock" in $XDG_RUNTIME_DIR if
-/// absolute, else "<name>-<user id>.lock" in temporary().
+/// A lock of this user's: "<name>.lock" in $XDG_RUNTIME_DIR if that is absolute, else beside the
+/// settings, in a folder made for it. Never in one open to all, where anybody could have taken the
+/// name.
 std::filesystem::path lockFile(const std::string &name);
 
 /// A folder as named on a command line, made absolute against the current one: an absolute name

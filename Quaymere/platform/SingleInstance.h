@@ -15,7 +15,8 @@ namespace tidewick {
 
 /// Sees to it that a user runs one Tidewick at a time. The first one owns a name on the session bus
 /// and answers there as org.freedesktop.Application, so that later launches and a desktop entry's
-/// actions reach it; a lock in the runtime directory tells where there is no bus. Main thread only.
+/// actions reach it; a lock in the runtime directory, or beside the settings where that is missing,
+/// tells where there is no bus. Main thread only.
 class SingleInstance final : public QObject, protected QDBusContext
 {
     Q_OBJECT

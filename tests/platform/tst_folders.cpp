@@ -112,10 +112,11 @@ void TestFolders::lockFile()
 {
     const Variable runtime("XDG_RUNTIME_DIR", "/run/user/1/");
     QCOMPARE(Folders::lockFile("x"), fs::path("/run/user/1/x.lock"));
-    const std::string named = "x-" + std::to_string(::getuid()) + ".lock";
+    const fs::path besideTheSettings = Folders::configuration() / "Tidewick";
     for (const char *none : {"", "relative"}) {
         const Variable unnamed("XDG_RUNTIME_DIR", none);
-        QCOMPARE(Folders::lockFile("x"), Folders::temporary() / named);
+        QCOMPARE(Folders::lockFile("x"), besideTheSettings / "x.lock");
+        QVERIFY(fs::is_directory(besideTheSettings));
     }
 }
 
