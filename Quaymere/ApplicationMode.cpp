@@ -5,6 +5,7 @@
 
 #include "QuaymereApp.h"
 #include "TerminalApp.h"
+#include "platform/BusProbe.h"
 #include "platform/DeathWatch.h"
 #include "platform/Folders.h"
 #include "platform/SingleInstance.h"
@@ -38,6 +39,7 @@ int runAs(char **argv)
 
 int run(char **argv)
 {
+    BusProbe::avoidIfSilent();
     return Display::isThere() ? runAs<QuaymereApp>(argv) : runAs<TerminalApp>(argv);
 }
 

@@ -18,6 +18,8 @@ public:
     PrivateBus();
     ~PrivateBus() { stop(); }
 
+    QByteArray address() const { return m_address.toUtf8(); }
+
     /// Another program on the bus, as far as the bus knows.
     QDBusConnection connect();
 
