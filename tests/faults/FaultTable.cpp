@@ -32,7 +32,7 @@ constexpr const char *rowArgument = "--row";
 constexpr unsigned rowSeconds = 150;
 constexpr unsigned longRowSeconds = 900;
 /// Most of a row's time is spent waiting.
-constexpr std::size_t rowsPerCore = 4;
+constexpr std::size_t rowsPerCore = 8;
 
 /// The process of one row.
 int tryRow(const Fault &fault, int &argc, char **argv)

@@ -94,8 +94,10 @@ void WatchedApplication::send(int signalNumber)
 bool WatchedApplication::endsWell(int signalNumber)
 {
     send(signalNumber);
-    return process().waitForEnd() && !process().ending()->signaled
-           && process().ending()->status == 0;
+    const bool ended = process().waitForEnd();
+    readPhase();
+    return ended && !process().ending()->signaled && process().ending()->status == 0
+           && (!m_phase || isWithoutNode(*m_phase));
 }
 
 void WatchedApplication::readPhase()
@@ -114,6 +116,7 @@ void WatchedApplication::readPhase()
 void WatchedApplication::look()
 {
     if (hasEnded()) {
+        readPhase();
         m_timer.stop();
         return;
     }

@@ -45,7 +45,7 @@ public:
 
     /// Sends it a signal. Those that tell it to end are known to do so.
     void send(int signalNumber);
-    /// Tells it to end; false when it does not end with 0.
+    /// Tells it to end; false when it does not end with 0, having told that its node has ended.
     bool endsWell(int signalNumber = SIGTERM);
     bool hasEnded() { return process().ending().has_value(); }
 
