@@ -8,7 +8,7 @@ target_compile_features(tidewick_options INTERFACE cxx_std_20)
 
 target_compile_options(tidewick_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-    -Wold-style-cast -Woverloaded-virtual -Wextra-semi -Wundef -Wvla -Wzero-as-null-pointer-constant)
+    -Wold-style-cast -Woverloaded-virtual -Wextra-semi -Wundef -Wvla)
 
 # GCC 12 sees overlapping copies in assignments of literals to std::string (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

@@ -173,7 +173,7 @@ void TestNodeRPCLimits::tooLarge()
     });
     QSignalSpy disconnected(&server, &RawServer::disconnected);
     QVERIFY(!rpcResult(server.port()));
-    QTRY_VERIFY(disconnected.count() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(disconnected.count() > 0, 60'000);
     QVERIFY2(memory.grown() < 4 * NodeRPC::largestAnswer,
              qPrintable(QString::number(memory.grown())));
     QVERIFY(server.sent() < 200'000'000);

@@ -5,6 +5,7 @@
 #include "SimulatedNode.h"
 #include "platform/JsonRead.h"
 #include "platform/ProcessMemory.h"
+#include "support/ForkedProcess.h"
 #include "support/Surroundings.h"
 
 #include <QElapsedTimer>
@@ -289,7 +290,7 @@ void TestSimRpcFaults::gzip()
     QVERIFY(answer.body.startsWith("\x1F\x8B"));
     QVERIFY(answer.body.size() < 1500);
 
-    QProcess gunzip;
+    ForkedProcess gunzip;
     gunzip.start(QStringLiteral("gzip"), {QStringLiteral("-dc")});
     gunzip.write(answer.body);
     gunzip.closeWriteChannel();
