@@ -98,6 +98,11 @@ Duration processorTimeSoFar(pid_t process)
     return Duration(ticks / double(::sysconf(_SC_CLK_TCK)));
 }
 
+double residentMemory(pid_t process)
+{
+    return inMemory(process, "Rss:");
+}
+
 double memory(pid_t process)
 {
     return inMemory(process, "Pss:");

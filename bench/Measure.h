@@ -35,6 +35,9 @@ Duration processorTime(ChildSpec spec);
 /// Of a process and of its children that have ended, without the running ones.
 Duration processorTimeSoFar(pid_t process);
 
+/// All of a process's memory that is resident, in MiB, what it shares with others included.
+double residentMemory(pid_t process);
+
 /// Resident memory that is the process's own, in MiB: what it shares counts in proportion.
 double memory(pid_t process);
 

@@ -5,7 +5,10 @@
 
 #include "ui/linux/XcbReply.h"
 
+#include <array>
+#include <cstring>
 #include <memory>
+#include <string_view>
 
 #include <xcb/xcb.h>
 
@@ -33,23 +36,57 @@ bool isMapped(xcb_connection_t *connection, xcb_window_t window)
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
+using Connection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
+
+Connection connectToServer()
+{
+    return {xcb_connect(nullptr, nullptr), &xcb_disconnect};
+}
+
+/// The window of that title that is to be seen; none is 0.
+xcb_window_t shownWindow(xcb_connection_t *connection, const QString &title)
+{
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const auto cookie = xcb_query_tree(connection, root);
+    const XcbReply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(connection, cookie, nullptr));
+    const xcb_window_t *windows = xcb_query_tree_children(tree.get());
+    for (int at = 0; at < xcb_query_tree_children_length(tree.get()); ++at) {
+        if (titleOf(connection, windows[at]) == title && isMapped(connection, windows[at]))
+            return windows[at];
+    }
+    return 0;
+}
+
+xcb_atom_t atomOf(xcb_connection_t *connection, std::string_view name)
+{
+    const auto cookie =
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const XcbReply<xcb_intern_atom_reply_t> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
 } // namespace
 
 bool isWindowShown(const QString &title)
 {
-    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
-    const auto cookie = xcb_query_tree(connection.get(), root);
-    const XcbReply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(connection.get(), cookie, nullptr));
-    const xcb_window_t *windows = xcb_query_tree_children(tree.get());
-    for (int at = 0; at < xcb_query_tree_children_length(tree.get()); ++at) {
-        if (titleOf(connection.get(), windows[at]) == title
-            && isMapped(connection.get(), windows[at]))
-            return true;
-    }
-    return false;
+    const Connection connection = connectToServer();
+    return shownWindow(connection.get(), title) != 0;
+}
+
+void closeWindow(const QString &title)
+{
+    const Connection connection = connectToServer();
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = shownWindow(connection.get(), title);
+    message.type = atomOf(connection.get(), "WM_PROTOCOLS");
+    message.data.data32[0] = atomOf(connection.get(), "WM_DELETE_WINDOW");
+    std::array<char, sizeof message> bytes{};
+    std::memcpy(bytes.data(), &message, sizeof message);
+    xcb_send_event(connection.get(), 0, message.window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
+    xcb_flush(connection.get());
 }
 
 } // namespace tidewick

@@ -10,4 +10,7 @@ namespace tidewick {
 /// Whether a window of that title is to be seen on the X server that the environment names.
 bool isWindowShown(const QString &title);
 
+/// Asks the program whose window it is to close it, as a window manager does.
+void closeWindow(const QString &title);
+
 } // namespace tidewick

@@ -62,10 +62,12 @@ void addIpSockets(const QByteArray &table, const std::set<QByteArray> &numbers, 
     for (const QByteArrayList &row : rowsOf(table)) {
         if (row.size() < 10 || !numbers.contains(row[9]))
             continue;
-        if (row[3] == listening || (table.startsWith("udp") && row[3] == unconnected))
+        if (row[3] == listening || (table.startsWith("udp") && row[3] == unconnected)) {
             sockets.open += table + ' ' + addressOf(row[1]);
-        else
+        } else {
             sockets.peers.insert(addressOf(row[2]));
+            ++sockets.connections;
+        }
     }
 }
 

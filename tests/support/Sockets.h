@@ -24,6 +24,9 @@ struct Sockets
     /// The other ends of its connections over IP, also of those that are only being tried.
     std::set<QByteArray> peers;
 
+    /// How many connections over IP there are.
+    int connections = 0;
+
     static Sockets of(pid_t process);
 };
 
