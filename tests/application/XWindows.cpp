@@ -86,7 +86,8 @@ void closeWindow(const QString &title)
     std::array<char, sizeof message> bytes{};
     std::memcpy(bytes.data(), &message, sizeof message);
     xcb_send_event(connection.get(), 0, message.window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
-    xcb_flush(connection.get());
+    // An answer to wait for: the server may drop what a client has sent that hangs up at once.
+    (void)isMapped(connection.get(), message.window);
 }
 
 } // namespace tidewick
