@@ -125,7 +125,7 @@ bool Node::openStream(const PortConfiguration &port, QString &error)
                                 [this](const QString &command, const QJsonObject &request) {
                                     return carryOut(command, request);
                                 }};
-    auto server = std::make_unique<StreamServer>(std::move(source), m_log);
+    auto server = std::make_unique<StreamServer>(std::move(source), m_scenario.streamFaults, m_log);
     const bool open = server->open(port);
     error = server->errorString();
     m_streamServers.push_back(std::move(server));

@@ -99,6 +99,18 @@ RpcFault faultOf(const QString &value)
     throw BadValue("a kind of answer such as garbage");
 }
 
+QList<StreamFault> streamFaultsOf(const QString &value)
+{
+    QList<StreamFault> faults;
+    for (const QString &name : value.split(u'+')) {
+        const auto fault = streamFaultNamed(name);
+        if (!fault)
+            throw BadValue("kinds of misbehaviour such as drop+close-1001+ok");
+        faults += *fault;
+    }
+    return faults;
+}
+
 void omitExtras(Scenario &scenario)
 {
     scenario.countsBootstrap = scenario.countsMaintenance = scenario.countsProcess = false;
@@ -147,6 +159,9 @@ constexpr auto keys = std::to_array<Key>({
      [](auto &s, auto &v) {
          s.faults.redirectPort = static_cast<quint16>(integerOf(v, 1, 65535));
      }},
+    {"stream", [](auto &s, auto &v) { s.streamFaults.sequence = streamFaultsOf(v); }},
+    {"stream-after", [](auto &s, auto &v) { s.streamFaults.after = secondsOf(v); }},
+    {"stream-for", [](auto &s, auto &v) { s.streamFaults.duration = secondsOf(v); }},
     {"counts",
      [](auto &s, auto &v) {
          isWord(v, "plain");

@@ -6,6 +6,7 @@
 #include "simnode/Ending.h"
 #include "simnode/RpcFault.h"
 #include "simnode/Seconds.h"
+#include "simnode/StreamFault.h"
 
 #include <QString>
 
@@ -60,6 +61,7 @@ struct Scenario
     qint64 floodBytes = 0;
 
     RpcFaults faults;
+    StreamFaults streamFaults;
     /// Each of these objects can be left out of the answer to get_counts.
     bool countsBootstrap = true;
     bool countsMaintenance = true;

@@ -4,9 +4,11 @@
 #include "simnode/StreamServer.h"
 
 #include "platform/JsonRead.h"
+#include "simnode/StreamMisbehaviour.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QTcpSocket>
 #include <QWebSocket>
 
 namespace tidewick::sim {
@@ -39,10 +41,11 @@ QString notJsonText(const QString &request)
 
 } // namespace
 
-StreamServer::StreamServer(Source source, DebugLog &log, QObject *parent)
-    : QObject(parent), m_source(std::move(source)), m_log(log),
+StreamServer::StreamServer(Source source, StreamFaults faults, DebugLog &log, QObject *parent)
+    : QObject(parent), m_source(std::move(source)), m_faults(std::move(faults)), m_log(log),
       m_server(QStringLiteral("simulated-xrpld"), QWebSocketServer::NonSecureMode)
 {
+    connect(&m_listener, &QTcpServer::newConnection, this, &StreamServer::acceptConnection);
     connect(&m_server, &QWebSocketServer::newConnection, this, &StreamServer::accept);
 }
 
@@ -57,7 +60,41 @@ StreamServer::~StreamServer()
 
 bool StreamServer::open(const PortConfiguration &port)
 {
-    return m_server.listen(port.address, port.number);
+    return m_listener.listen(port.address, port.number);
+}
+
+void StreamServer::acceptConnection()
+{
+    while (QTcpSocket *socket = m_listener.nextPendingConnection()) {
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        const StreamFault fault = m_faults.of(m_connections++);
+        if (fault.kind != StreamFault::Kind::None) {
+            auto *misbehaviour = new StreamMisbehaviour(fault, m_faults, m_log, socket);
+            if (misbehaviour->replacesHandshake()) {
+                misbehaviour->begin();
+                continue;
+            }
+            const quint16 port = socket->peerPort();
+            m_misbehaviours[port] = misbehaviour;
+            connect(socket, &QTcpSocket::disconnected, this,
+                    [this, port] { m_misbehaviours.erase(port); });
+        }
+        m_server.handleConnection(socket);
+    }
+}
+
+/// A flood tells the newest ledger.
+void StreamServer::spoilLater(StreamMisbehaviour &misbehaviour) const
+{
+    misbehaviour.beginLater([this] {
+        QList<QByteArray> texts;
+        if (const auto validated = m_source.validated()) {
+            const Ledger ledger = m_source.ledgers.ledger(validated->last);
+            for (const QString &text : transactionTexts(ledger, ApiForm::Classic))
+                texts += text.toUtf8();
+        }
+        return texts;
+    });
 }
 
 void StreamServer::accept()
@@ -71,6 +108,9 @@ void StreamServer::accept()
         client->setMaxAllowedIncomingMessageSize(largestRequest);
         client->setMaxAllowedIncomingFrameSize(largestRequest);
         m_clients[client] = {};
+        if (const auto known = m_misbehaviours.find(client->peerPort());
+            known != m_misbehaviours.end())
+            spoilLater(*known->second);
         connect(client, &QWebSocket::textMessageReceived, this,
                 [this, client](const QString &text) { receive(client, text); });
         connect(client, &QWebSocket::disconnected, this, [this, client] {
@@ -153,6 +193,9 @@ void StreamServer::publish(quint32 index)
 
 void StreamServer::send(QWebSocket *client, const QString &text)
 {
+    if (const auto known = m_misbehaviours.find(client->peerPort());
+        known != m_misbehaviours.end() && known->second->hasBegun())
+        return known->second->send(text.toUtf8());
     client->sendTextMessage(text);
     if (client->bytesToWrite() > mostWaiting) {
         m_log.write("Server", DebugLog::Severity::Warning,

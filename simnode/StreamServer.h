@@ -6,7 +6,9 @@
 #include "simnode/DebugLog.h"
 #include "simnode/LedgerMessages.h"
 #include "simnode/NodeConfiguration.h"
+#include "simnode/StreamFault.h"
 
+#include <QTcpServer>
 #include <QWebSocketServer>
 
 #include <functional>
@@ -16,8 +18,10 @@ class QWebSocket;
 
 namespace tidewick::sim {
 
-/// The WebSocket port: answers commands and tells subscribers of ledgers and transactions.
-/// Destroying it closes the port and all connections.
+class StreamMisbehaviour;
+
+/// The WebSocket port: answers commands and tells subscribers of ledgers and transactions, or
+/// misbehaves. Destroying it closes the port and all connections.
 class StreamServer final : public QObject
 {
     Q_OBJECT
@@ -33,12 +37,12 @@ public:
     };
 
     /// The log outlives the server.
-    StreamServer(Source source, DebugLog &log, QObject *parent = nullptr);
+    StreamServer(Source source, StreamFaults faults, DebugLog &log, QObject *parent = nullptr);
     ~StreamServer() override;
 
     /// Opens the port. False with errorString() set on failure.
     bool open(const PortConfiguration &port);
-    QString errorString() const { return m_server.errorString(); }
+    QString errorString() const { return m_listener.errorString(); }
 
     /// Tells subscribers of a ledger that was validated.
     void publish(quint32 index);
@@ -51,7 +55,9 @@ private:
         ApiForm form = ApiForm::Classic;
     };
 
+    void acceptConnection();
     void accept();
+    void spoilLater(StreamMisbehaviour &misbehaviour) const;
     void receive(QWebSocket *client, const QString &text);
     Reply run(const QJsonObject &request, Subscription &subscription) const;
     Reply subscribe(const QJsonObject &request, Subscription &subscription) const;
@@ -59,9 +65,16 @@ private:
     void send(QWebSocket *client, const QString &text);
 
     Source m_source;
+    StreamFaults m_faults;
     DebugLog &m_log;
+    /// Shakes hands on the connections that the listener hands it.
     QWebSocketServer m_server;
+    qsizetype m_connections = 0;
+    /// By the client's port.
+    std::map<quint16, StreamMisbehaviour *> m_misbehaviours;
     std::map<QWebSocket *, Subscription> m_clients;
+    /// Goes first, with its connections, which are known above.
+    QTcpServer m_listener;
 };
 
 } // namespace tidewick::sim

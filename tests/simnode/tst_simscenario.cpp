@@ -29,11 +29,14 @@ private slots:
     void readsTheCourse();
     void readsTheProcess();
     void readsTheFaults();
+    void readsTheStreamFaults();
     void readsTheCounts();
     void separators_data();
     void separators();
     void faultNames_data();
     void faultNames();
+    void streamFaultNames_data();
+    void streamFaultNames();
     void signalNames_data();
     void signalNames();
     void refuses_data();
@@ -107,6 +110,20 @@ void TestSimScenario::readsTheFaults()
     QVERIFY(parse("rpc-after=usr1").faults.onCue);
 }
 
+void TestSimScenario::readsTheStreamFaults()
+{
+    using Kind = StreamFault::Kind;
+    QCOMPARE(StreamFaults().of(3), StreamFault());
+    const Scenario scenario = parse("stream=drop+close-4000+ok stream-after=0.5 stream-for=2");
+    const StreamFaults &faults = scenario.streamFaults;
+    QCOMPARE(faults.of(0), (StreamFault{Kind::Drop, 0}));
+    QCOMPARE(faults.of(1), (StreamFault{Kind::Close, 4000}));
+    QCOMPARE(faults.of(2), StreamFault());
+    QCOMPARE(faults.of(200), StreamFault());
+    QCOMPARE(faults.after, Seconds(0.5));
+    QCOMPARE(faults.duration, Seconds(2));
+}
+
 void TestSimScenario::readsTheCounts()
 {
     const Scenario plain = parse("counts=plain");
@@ -150,6 +167,23 @@ void TestSimScenario::faultNames()
     QFETCH(QString, name);
     const Scenario scenario = Scenario::parse(QLatin1String("rpc=") + name);
     QCOMPARE(scenario.faults.all == RpcFault::None, name == u"ok");
+}
+
+void TestSimScenario::streamFaultNames_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name :
+         {"ok",    "silent", "403",    "hang-up", "not-http", "close-0", "close-65535",
+          "drop",  "reset",  "pieces", "endless", "large",    "pings",   "unread-pings",
+          "flood", "half",   "mute",   "garbage", "binary",   "not-utf8"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestSimScenario::streamFaultNames()
+{
+    QFETCH(QString, name);
+    const Scenario scenario = Scenario::parse(QLatin1String("stream=") + name);
+    QCOMPARE(scenario.streamFaults.of(0).name(), name);
 }
 
 void TestSimScenario::signalNames_data()
@@ -217,6 +251,14 @@ void TestSimScenario::refuses_data()
                              "rpc.stop=redirect",
                              "redirect-port=0",
                              "redirect-port=65536",
+                             "stream=",
+                             "stream=bad",
+                             "stream=ok+",
+                             "stream=close",
+                             "stream=close-65536",
+                             "stream=close--1",
+                             "stream-after=-1",
+                             "stream-for=long",
                              "counts=full",
                              "process=yes",
                              "bootstrap=yes"})

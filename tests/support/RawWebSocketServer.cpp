@@ -19,14 +19,6 @@ QByteArray header(const QByteArray &head, const QByteArray &name)
     return at < 0 ? QByteArray() : head.mid(at + name.size() + 3).split('\r').first().trimmed();
 }
 
-template <typename Number>
-QByteArray bigEndian(Number number)
-{
-    QByteArray bytes(sizeof number, '\0');
-    qToBigEndian(number, bytes.data());
-    return bytes;
-}
-
 } // namespace
 
 RawWebSocketServer::RawWebSocketServer(Answer answer) : m_answer(std::move(answer))
@@ -40,23 +32,6 @@ void RawWebSocketServer::stopReading()
 {
     m_reading = false;
     m_connection->setReadBufferSize(1);
-}
-
-QByteArray RawWebSocketServer::frame(quint8 firstByte, const QByteArray &payload)
-{
-    QByteArray head(1, char(firstByte));
-    if (payload.size() < 126)
-        head += char(payload.size());
-    else if (payload.size() < 65536)
-        head += char(126) + bigEndian(quint16(payload.size()));
-    else
-        head += char(127) + bigEndian(quint64(payload.size()));
-    return head + payload;
-}
-
-QByteArray RawWebSocketServer::closing(quint16 code, const QByteArray &reason)
-{
-    return bigEndian(code) + reason;
 }
 
 void RawWebSocketServer::accept()

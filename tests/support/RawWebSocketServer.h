@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "simnode/WebSocketFrames.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QPointer>
@@ -15,7 +17,7 @@ namespace tidewick {
 
 /// A server on the node's stream port that shakes hands and then sends the bytes a test says, right
 /// or wrong.
-class RawWebSocketServer final : public QObject
+class RawWebSocketServer final : public QObject, public sim::WebSocketFrames
 {
     Q_OBJECT
 
@@ -28,16 +30,6 @@ public:
 
         bool operator==(const Frame &) const = default;
     };
-
-    static constexpr quint8 text = 0x81;
-    static constexpr quint8 binary = 0x82;
-    static constexpr quint8 close = 0x88;
-    static constexpr quint8 ping = 0x89;
-    static constexpr quint8 pong = 0x8a;
-    /// The first, a further and the last piece of a text.
-    static constexpr quint8 textBegin = 0x01;
-    static constexpr quint8 middle = 0x00;
-    static constexpr quint8 end = 0x80;
 
     /// Called with the connection in place of shaking hands, once its request is there whole.
     using Answer = std::function<void(QTcpSocket *connection)>;
@@ -66,12 +58,6 @@ public:
 
     /// From now on the client's bytes pile up on its side.
     void stopReading();
-
-    /// A frame of these bytes, with the shortest form of its length.
-    static QByteArray frame(quint8 firstByte, const QByteArray &payload);
-
-    /// The payload of a close frame.
-    static QByteArray closing(quint16 code, const QByteArray &reason = {});
 
 private:
     void accept();
