@@ -106,14 +106,22 @@ const QByteArray &Beside::output()
     return m_output;
 }
 
-QByteArray Beside::readyLine()
+QByteArray Beside::readyLine(const std::function<bool(const QByteArray &)> &isTheOne)
 {
-    while (!output().contains('\n')) {
+    qsizetype begin = 0;
+    while (true) {
+        const qsizetype end = output().indexOf('\n', begin);
+        if (end >= 0) {
+            QByteArray line = m_output.mid(begin, end - begin);
+            if (isTheOne(line))
+                return line;
+            begin = end + 1;
+            continue;
+        }
         pollfd more{m_read.get(), POLLIN, 0};
         if (::poll(&more, 1, ampleMs) <= 0 || (more.revents & POLLIN) == 0)
             qFatal("The program did not get ready: %s", m_output.constData());
     }
-    return m_output.first(m_output.indexOf('\n'));
 }
 
 } // namespace tidewick

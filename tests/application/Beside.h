@@ -39,10 +39,12 @@ public:
     /// Everything it has written so far.
     const QByteArray &output();
 
-    /// The first whole line it writes, for programs that say there that they are ready.
-    QByteArray readyLine();
+    /// The first whole line it writes that is the one, for programs that say there that they are
+    /// ready.
+    QByteArray readyLine(const std::function<bool(const QByteArray &)> &isTheOne = anyLine);
 
 private:
+    static bool anyLine(const QByteArray &) { return true; }
     static std::unique_ptr<ChildProcess> start(ChildSpec &spec, UniqueDescriptor &output);
 
     UniqueDescriptor m_read;

@@ -6,6 +6,8 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 
+#include <unistd.h>
+
 namespace tidewick {
 
 namespace {
@@ -57,11 +59,25 @@ QDBusConnection SessionBus::connection() const
     return QDBusConnection::connectToBus(address, address);
 }
 
-XServer::XServer()
-    : m_server("Xvfb",
-               {"-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"})
+namespace {
+
+/// Of this process alone. Servers on loopback networks of their own would all find the first number
+/// free, and spoil each other's files of that number.
+std::string displayNumber()
 {
-    qputenv("DISPLAY", ':' + m_server.readyLine());
+    return std::to_string(::getpid());
+}
+
+} // namespace
+
+XServer::XServer()
+    : m_server("Xvfb", {':' + displayNumber(), "-displayfd", "1", "-screen", "0", "1280x800x24",
+                        "-nolisten", "tcp", "-noreset"})
+{
+    const QByteArray number = QByteArray::fromStdString(displayNumber());
+    // Its compiler of keymaps may have something to say before.
+    m_server.readyLine([&](const QByteArray &line) { return line == number; });
+    qputenv("DISPLAY", ':' + number);
 }
 
 XServer::~XServer()
