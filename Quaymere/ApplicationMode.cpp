@@ -7,6 +7,7 @@
 #include "TerminalApp.h"
 #include "platform/BusProbe.h"
 #include "platform/DeathWatch.h"
+#include "platform/Descriptors.h"
 #include "platform/Folders.h"
 #include "platform/SingleInstance.h"
 #include "platform/StandardStreams.h"
@@ -39,6 +40,8 @@ int runAs(char **argv)
 
 int run(char **argv)
 {
+    if (!Descriptors::suffice())
+        return EXIT_FAILURE;
     BusProbe::avoidIfSilent();
     return Display::isThere() ? runAs<QuaymereApp>(argv) : runAs<TerminalApp>(argv);
 }

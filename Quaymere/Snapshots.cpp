@@ -4,6 +4,7 @@
 #include "Snapshots.h"
 
 #include "node/NodeController.h"
+#include "platform/Descriptors.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
 #include "platform/StandardStreams.h"
@@ -188,6 +189,8 @@ bool save(QWidget &window, const std::filesystem::path &path)
 
 int run(const Mode::Snapshot &mode, char **argv)
 {
+    if (!Descriptors::suffice())
+        return EXIT_FAILURE;
     int argc = 1; // the rest is not for Qt to read
     const auto application = makeApplication(argc, argv);
     NodeController node(dataDirectory());

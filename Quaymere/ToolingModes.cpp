@@ -7,6 +7,7 @@
 #include "node/NodeConfig.h"
 #include "node/StorageStatus.h"
 #include "platform/DeathWatch.h"
+#include "platform/Descriptors.h"
 #include "platform/Folders.h"
 #include "platform/JsonRead.h"
 #include "platform/SignalListener.h"
@@ -73,6 +74,8 @@ int run(const Mode::DescribeStorage &mode)
 
 int run(const Mode::Smoke &, int &argc, char **argv)
 {
+    if (!Descriptors::suffice())
+        return EXIT_FAILURE;
     const DeathWatch deathWatch;
     const std::filesystem::path data = NodeConfig::dataDirectory().parent_path() / "Tidewick-smoke";
     std::error_code ignored;
