@@ -8,6 +8,7 @@
 #include <array>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include <xcb/xcb.h>
@@ -43,8 +44,8 @@ Connection connectToServer()
     return {xcb_connect(nullptr, nullptr), &xcb_disconnect};
 }
 
-/// The window of that title that is to be seen; none is 0.
-xcb_window_t shownWindow(xcb_connection_t *connection, const QString &title)
+/// The window of that title that is to be seen.
+std::optional<xcb_window_t> shownWindow(xcb_connection_t *connection, const QString &title)
 {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     const auto cookie = xcb_query_tree(connection, root);
@@ -54,7 +55,7 @@ xcb_window_t shownWindow(xcb_connection_t *connection, const QString &title)
         if (titleOf(connection, windows[at]) == title && isMapped(connection, windows[at]))
             return windows[at];
     }
-    return 0;
+    return std::nullopt;
 }
 
 xcb_atom_t atomOf(xcb_connection_t *connection, std::string_view name)
@@ -71,16 +72,19 @@ xcb_atom_t atomOf(xcb_connection_t *connection, std::string_view name)
 bool isWindowShown(const QString &title)
 {
     const Connection connection = connectToServer();
-    return shownWindow(connection.get(), title) != 0;
+    return shownWindow(connection.get(), title).has_value();
 }
 
 void closeWindow(const QString &title)
 {
     const Connection connection = connectToServer();
+    const auto window = shownWindow(connection.get(), title);
+    if (!window)
+        return;
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
-    message.window = shownWindow(connection.get(), title);
+    message.window = *window;
     message.type = atomOf(connection.get(), "WM_PROTOCOLS");
     message.data.data32[0] = atomOf(connection.get(), "WM_DELETE_WINDOW");
     std::array<char, sizeof message> bytes{};
@@ -88,6 +92,28 @@ void closeWindow(const QString &title)
     xcb_send_event(connection.get(), 0, message.window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
     // An answer to wait for: the server may drop what a client has sent that hangs up at once.
     (void)isMapped(connection.get(), message.window);
+}
+
+QImage windowPicture(const QString &title)
+{
+    const Connection connection = connectToServer();
+    const auto window = shownWindow(connection.get(), title);
+    if (!window)
+        return {};
+    const auto place = xcb_get_geometry(connection.get(), *window);
+    const XcbReply<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(connection.get(), place, nullptr));
+    if (!size)
+        return {};
+    const auto cookie = xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, *window, 0, 0,
+                                      size->width, size->height, ~0U);
+    const XcbReply<xcb_get_image_reply_t> image(
+        xcb_get_image_reply(connection.get(), cookie, nullptr));
+    if (!image)
+        return {};
+    // Four bytes a pixel, as on every screen of 24 bits.
+    return QImage(xcb_get_image_data(image.get()), size->width, size->height, QImage::Format_RGB32)
+        .copy();
 }
 
 } // namespace tidewick

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QImage>
 #include <QString>
 
 namespace tidewick {
@@ -12,5 +13,8 @@ bool isWindowShown(const QString &title);
 
 /// Asks the program whose window it is to close it, as a window manager does.
 void closeWindow(const QString &title);
+
+/// What that window shows, while it is whole on the screen and nothing covers it; null without it.
+QImage windowPicture(const QString &title);
 
 } // namespace tidewick

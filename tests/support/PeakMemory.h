@@ -16,6 +16,12 @@ namespace tidewick {
 class PeakMemory
 {
 public:
+#if defined(TIDEWICK_SANITIZED)
+    static constexpr bool hasSanitizer = true;
+#else
+    static constexpr bool hasSanitizer = false;
+#endif
+
     PeakMemory()
     {
         writeFile("/proc/self/clear_refs", "5"); // the largest footprint is counted anew
@@ -23,7 +29,10 @@ public:
     }
 
     /// The most so far, in bytes.
-    qint64 grown() const { return ProcessMemory::of(::getpid())->peakFootprint - m_before; }
+    qint64 grown() const
+    {
+        return ProcessMemory::of(::getpid())->peakFootprint - m_before;
+    }
 
     /// Whether that is below a limit. A sanitizer keeps what was freed for a while, hundreds of MB
     /// of it, so that under one there is nothing to be told.
@@ -36,12 +45,6 @@ public:
     }
 
 private:
-#if defined(TIDEWICK_SANITIZED)
-    static constexpr bool hasSanitizer = true;
-#else
-    static constexpr bool hasSanitizer = false;
-#endif
-
     qint64 m_before;
 };
 

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QStringList>
+
+namespace tidewick {
+
+/// What a desktop's tray is on the bus, with nothing to look at: there at once, where a panel takes
+/// seconds. Answers while the event loop turns.
+class TrayWatcherService : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(QStringList RegisteredStatusNotifierItems MEMBER m_items)
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost CONSTANT)
+    Q_PROPERTY(int ProtocolVersion READ protocolVersion CONSTANT)
+
+public:
+    explicit TrayWatcherService(QDBusConnection bus)
+    {
+        bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
+                           QDBusConnection::ExportAllProperties | QDBusConnection::ExportAllSlots);
+        if (!bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher")))
+            qFatal("There is a tray already");
+    }
+
+    static bool hasHost() { return true; }
+    static int protocolVersion() { return 0; }
+
+public slots:
+    // The name on the bus.
+    void RegisterStatusNotifierItem(const QString &service) { m_items.append(service); }
+
+private:
+    QStringList m_items;
+};
+
+} // namespace tidewick
