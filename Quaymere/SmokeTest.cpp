@@ -3,6 +3,7 @@
 
 #include "SmokeTest.h"
 
+#include "platform/DisplayText.h"
 #include "platform/StandardStreams.h"
 
 #include <cstdlib>
@@ -61,7 +62,7 @@ QCoro::Task<> SmokeTest::waitWhile(std::function<bool()> condition, std::chrono:
 
 QCoro::Task<> SmokeTest::pass(TaskToken token)
 {
-    print(QStringLiteral("smoke: server_info answered (%1)").arg(m_node.status().detail));
+    print(QStringLiteral("smoke: server_info answered (%1)").arg(detail()));
     co_await waitWhile(
         [this] {
             return m_node.status().memory == NodeStatus::unknown() && !m_node.status().errorText;
@@ -78,7 +79,7 @@ QCoro::Task<> SmokeTest::pass(TaskToken token)
         print(QLatin1String("smoke: FAIL after stop: ") + *error);
         finish(EXIT_FAILURE);
     } else {
-        print(QStringLiteral("smoke: ok, stopped (%1)").arg(m_node.status().detail));
+        print(QStringLiteral("smoke: ok, stopped (%1)").arg(detail()));
         finish(EXIT_SUCCESS);
     }
 }
@@ -108,9 +109,18 @@ QCoro::Task<> SmokeTest::stopInterrupted(int signalNumber, TaskToken token)
     finish(signalStatus + signalNumber);
 }
 
-void SmokeTest::print(const QString &line)
+QString SmokeTest::detail() const
 {
-    m_transcriptLost |= !m_print(line.toStdString());
+    return DisplayText::singleLine(m_node.status().detail);
+}
+
+/// An error brings along lines of the node's log.
+void SmokeTest::print(const QString &text)
+{
+    QStringList lines = text.split(u'\n');
+    for (QString &line : lines)
+        line = DisplayText::singleLine(line);
+    m_transcriptLost |= !m_print(lines.join(u'\n').toStdString());
 }
 
 void SmokeTest::finish(int status)

@@ -46,7 +46,8 @@ private:
     QCoro::Task<> pass(TaskToken token);
     QCoro::Task<> giveUp(TaskToken token);
     QCoro::Task<> stopInterrupted(int signalNumber, TaskToken token);
-    void print(const QString &line);
+    QString detail() const;
+    void print(const QString &text);
     void finish(int status);
 
     const std::shared_ptr<Clock> m_clock;

@@ -15,28 +15,30 @@ void TypesByLedger::add(qint64 ledger, const QString &type)
             return;
         entry = m_counts.try_emplace(ledger).first;
     }
-    QHash<QString, qint64> &counts = entry->second;
-    if (const auto known = counts.find(type); known != counts.end())
-        ++*known;
-    else
-        ++counts[counts.size() < mostTypes ? type : QStringLiteral("Unknown")];
+    const bool hasPlace = m_sums.contains(type) || m_sums.size() < mostTypes;
+    const QString counted = hasPlace ? type : QStringLiteral("Unknown");
+    ++entry->second[counted];
+    ++m_sums[counted];
 }
 
 void TypesByLedger::keepIf(const std::function<bool(qint64)> &wanted)
 {
-    std::erase_if(m_counts, [&](const auto &entry) { return !wanted(entry.first); });
+    std::erase_if(m_counts, [&](const auto &entry) {
+        const auto &[ledger, counts] = entry;
+        if (wanted(ledger))
+            return false;
+        for (auto count = counts.begin(); count != counts.end(); ++count)
+            m_sums[count.key()] -= count.value();
+        return true;
+    });
+    std::erase_if(m_sums, [](const auto &sum) { return sum.second == 0; });
 }
 
 QList<TypesByLedger::TypeCount> TypesByLedger::totals() const
 {
-    std::map<QString, qint64> sums;
-    for (const auto &[ledger, counts] : m_counts)
-        for (auto count = counts.begin(); count != counts.end(); ++count)
-            sums[count.key()] += count.value();
-
     QList<TypeCount> totals;
-    totals.reserve(qsizetype(sums.size()));
-    for (const auto &[type, count] : sums)
+    totals.reserve(qsizetype(m_sums.size()));
+    for (const auto &[type, count] : m_sums)
         totals.append({type, count});
     std::stable_sort(totals.begin(), totals.end(),
                      [](const auto &a, const auto &b) { return a.count > b.count; });

@@ -13,8 +13,8 @@
 namespace tidewick {
 
 /// How many transactions of each type were seen in each ledger. It holds no more than a stream of
-/// nonsense deserves: of further ledgers nothing is counted, further types of a ledger are counted
-/// together as "Unknown".
+/// nonsense deserves: of further ledgers nothing is counted, further types are counted together as
+/// "Unknown".
 class TypesByLedger
 {
 public:
@@ -29,7 +29,7 @@ public:
     /// The feed keeps 60 ledgers; beside them there are a few whose close has not been seen yet.
     static constexpr std::size_t mostLedgers = 128;
     /// The network knows about 70, the most in one ledger are some 20.
-    static constexpr qsizetype mostTypes = 128;
+    static constexpr std::size_t mostTypes = 128;
 
     void add(qint64 ledger, const QString &type);
 
@@ -44,6 +44,8 @@ public:
 
 private:
     std::map<qint64, QHash<QString, qint64>> m_counts;
+    /// Over all ledgers, none of them 0.
+    std::map<QString, qint64> m_sums;
 };
 
 } // namespace tidewick

@@ -3,12 +3,10 @@
 
 #include "node/NodeConfig.h"
 
+#include "node/EnvironmentFile.h"
 #include "node/Settings.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
-#include "platform/Lines.h"
-
-#include <algorithm>
 
 namespace tidewick {
 
@@ -28,32 +26,6 @@ void removeFile(const fs::path &path)
     fs::remove(path, error);
     if (error)
         throw FileError(path, error);
-}
-
-/// Blanks within a line: tab, the space separators and the zero-width space.
-bool isBlank(QChar c)
-{
-    return c == u'\t' || c.category() == QChar::Separator_Space || c == QChar(0x200B);
-}
-
-QStringView trimmed(QStringView line)
-{
-    const auto *begin = std::find_if_not(line.begin(), line.end(), isBlank);
-    const auto *end = line.end();
-    while (end > begin && isBlank(end[-1]))
-        --end;
-    return {begin, end};
-}
-
-/// Lays "KEY=value" over the environment; anything else is passed over.
-void applyLine(QStringView line, ProcessEnvironment &environment)
-{
-    line = trimmed(line);
-    const qsizetype equals = line.indexOf(u'=');
-    if (line.startsWith(u'#') || equals < 0)
-        return;
-    environment[line.left(equals).toUtf8().toStdString()] =
-        line.mid(equals + 1).toUtf8().toStdString();
 }
 
 } // namespace
@@ -114,9 +86,7 @@ fs::path NodeConfig::render(const fs::path &directory) const
 ProcessEnvironment NodeConfig::environment() const
 {
     ProcessEnvironment environment = currentEnvironment();
-    const QString text = Files::readText(resource("node", "env"));
-    for (const QStringView line : Lines::of(text))
-        applyLine(line, environment);
+    EnvironmentFile::layOver(environment, Files::readText(resource("node", "env")));
     return environment;
 }
 

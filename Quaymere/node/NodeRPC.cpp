@@ -147,6 +147,12 @@ NodeRPC::NodeRPC(quint16 port) : m_port(port) {}
 
 NodeRPC::~NodeRPC() = default;
 
+std::optional<QJsonObject> NodeRPC::resultOf(const QByteArray &body)
+{
+    const auto answer = JsonRead::parseObject(body);
+    return answer ? JsonRead::object((*answer)[u"result"]) : std::nullopt;
+}
+
 QCoro::Task<std::optional<QJsonObject>> NodeRPC::call(QString method)
 {
     if (!m_session) {
@@ -164,10 +170,7 @@ QCoro::Task<std::optional<QJsonObject>> NodeRPC::call(QString method)
     const std::optional<QByteArray> body = co_await exchange.body();
     if (!body)
         co_return std::nullopt;
-    const auto answer = JsonRead::parseObject(*body);
-    if (!answer)
-        co_return std::nullopt;
-    co_return JsonRead::object((*answer)[u"result"]);
+    co_return resultOf(*body);
 }
 
 } // namespace tidewick

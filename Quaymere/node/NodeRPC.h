@@ -31,6 +31,9 @@ public:
     /// without a byte, 5 s in all, half a body, something else than JSON.
     QCoro::Task<std::optional<QJsonObject>> call(QString method);
 
+    /// The "result" object in the body of an answer.
+    static std::optional<QJsonObject> resultOf(const QByteArray &body);
+
 private:
     quint16 m_port;
     /// Made with the first call.

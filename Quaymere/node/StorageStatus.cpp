@@ -10,6 +10,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tidewick {
 
@@ -24,6 +25,9 @@ double numberOf(const QJsonObject &object, QStringView key)
 {
     return StorageStatus::number(object[key]).value_or(0);
 }
+
+/// In UTF-16 units. Names of operations are words; what is longer has no business in the settings.
+constexpr qsizetype longestOperation = 64;
 
 /// The rebuild steps in words; a step without one is shown by its own name.
 QString stepLabel(const QString &name)
@@ -79,8 +83,9 @@ QString describeFirstTidyUp(const QJsonObject &next)
     constexpr double secondsPerLedger = 3.9;
     const double ledgersToGo = numberOf(next, u"ledgers_needed") - numberOf(next, u"ledgers");
     const double secondsToGo = numberOf(next, u"full_needed") - numberOf(next, u"full_seconds");
-    const double eta = std::max(ledgersToGo * secondsPerLedger, secondsToGo);
-    if (eta < 30)
+    // fmax passes over what is no number, such as infinity less infinity.
+    const double eta = std::fmax(ledgersToGo * secondsPerLedger, secondsToGo);
+    if (!(eta >= 30))
         return QStringLiteral("Storage: first tidy-up starting");
     return QLatin1String("Storage: first tidy-up in ") + estimate(eta);
 }
@@ -109,12 +114,14 @@ std::optional<QString> StorageStatus::step(const std::optional<QString> &progres
     const auto total = number((*object)[u"total"]);
     if (!done || !total || !(*total > 0))
         return label;
-    return label + u' ' + NumberText::fixed(*done * 100 / *total, 0) + u'%';
+    const double percentage = *done * 100 / *total;
+    return std::isfinite(percentage) ? label + u' ' + NumberText::fixed(percentage, 0) + u'%'
+                                     : label;
 }
 
 QString StorageStatus::span(double seconds)
 {
-    return seconds < 60 ? QStringLiteral("under a minute") : durationOf(seconds);
+    return seconds >= 60 ? durationOf(seconds) : QStringLiteral("under a minute");
 }
 
 QString StorageStatus::describe(const QJsonObject &object, WallClock::time_point now)
@@ -158,7 +165,8 @@ QString StorageStatus::describeBuilding(const QJsonObject &object)
 /// A rebuild that was seen and is over teaches how long it took, if it succeeded.
 void StorageStatus::settleBuilding(const QJsonObject &object)
 {
-    if (m_building && textOf(object, u"last_outcome") == u"success")
+    if (m_building && m_building->operation.size() <= longestOperation
+        && textOf(object, u"last_outcome") == u"success")
         m_defaults.setReal(learnedKey(m_building->operation), m_building->seconds);
     m_building.reset();
 }

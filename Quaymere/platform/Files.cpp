@@ -5,8 +5,6 @@
 
 #include "platform/Utf8.h"
 
-#include <QStringDecoder>
-
 #include <array>
 #include <cerrno>
 
@@ -74,13 +72,10 @@ QByteArray read(const std::filesystem::path &path)
 
 QString readText(const std::filesystem::path &path)
 {
-    // Stateless: a character cut off by the end of the file is an error, too.
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless
-                                                     | QStringDecoder::Flag::ConvertInitialBom);
-    QString text = decoder(read(path));
-    if (decoder.hasError())
+    auto text = Utf8::decode(read(path));
+    if (!text)
         throw FileError(path, "not UTF-8 text");
-    return text;
+    return *std::move(text);
 }
 
 bool writeAll(int descriptor, const char *data, std::size_t size)

@@ -7,9 +7,21 @@
 
 namespace tidewick::PropertyList {
 
+namespace {
+
+/// In bytes. Ours has some hundred. The parser's time grows with the square of some lists' size.
+constexpr qsizetype largestList = 65536;
+/// In characters. Ours has none.
+constexpr int largestEntity = 64;
+
+} // namespace
+
 std::optional<QString> text(const QByteArray &xml, QStringView key)
 {
+    if (xml.size() > largestList)
+        return std::nullopt;
     QXmlStreamReader reader(xml);
+    reader.setEntityExpansionLimit(largestEntity);
     if (!reader.readNextStartElement() || reader.name() != u"plist"
         || !reader.readNextStartElement() || reader.name() != u"dict")
         return std::nullopt;

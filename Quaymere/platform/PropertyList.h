@@ -11,7 +11,8 @@
 namespace tidewick::PropertyList {
 
 /// The text that a property list in XML has under that key of its outermost dictionary. Nothing
-/// when there is no such key, when its value is no text, or when this is no property list.
+/// when there is no such key, when its value is no text, or when this is no property list, or one
+/// out of all proportion.
 std::optional<QString> text(const QByteArray &xml, QStringView key);
 
 } // namespace tidewick::PropertyList

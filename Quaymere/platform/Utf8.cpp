@@ -3,6 +3,8 @@
 
 #include "platform/Utf8.h"
 
+#include <QStringDecoder>
+
 namespace tidewick::Utf8 {
 
 namespace {
@@ -64,6 +66,15 @@ Decoded decodeNext(const uchar *bytes, qsizetype available)
 }
 
 } // namespace
+
+std::optional<QString> decode(const QByteArray &bytes)
+{
+    // Stateless: a character cut off by the end is an error, too.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless
+                                                     | QStringDecoder::Flag::ConvertInitialBom);
+    QString text = decoder(bytes);
+    return decoder.hasError() ? std::nullopt : std::optional(text);
+}
 
 QString decodeLossy(const QByteArray &bytes)
 {

@@ -6,7 +6,12 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 namespace tidewick::Utf8 {
+
+/// The text, of bytes that are UTF-8 throughout; nothing of others. A byte order mark is kept.
+std::optional<QString> decode(const QByteArray &bytes);
 
 /// Decodes text that may be damaged: one U+FFFD for each longest piece that could have begun a
 /// character, as Unicode recommends. A byte order mark is kept. (QString::fromUtf8 writes one

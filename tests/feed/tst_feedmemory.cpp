@@ -14,6 +14,9 @@ namespace {
 constexpr qint64 MiB = 1024LL * 1024;
 constexpr qsizetype largest = 16 * MiB;
 
+/// Types by name, and the rest.
+constexpr auto mostListed = qsizetype(TypesByLedger::mostTypes) + 1;
+
 qint64 sumOf(const QList<TypesByLedger::TypeCount> &totals)
 {
     qint64 sum = 0;
@@ -42,6 +45,7 @@ class TestFeedMemory : public QObject
 private slots:
     void talliesOfManyLedgers();
     void talliesOfManyTypes();
+    void talliesOfManyTypesInManyLedgers();
     void feedWithoutCloses();
     void feedWithManyTypes();
     void feedOfEverything();
@@ -71,9 +75,28 @@ void TestFeedMemory::talliesOfManyTypes()
     for (int i = 0; i < 100'000; ++i)
         tallies.add(7, QString::number(i));
     const auto totals = tallies.totals();
-    QCOMPARE(totals.size(), TypesByLedger::mostTypes + 1);
+    QCOMPARE(totals.size(), mostListed);
     QCOMPARE(sumOf(totals), 100'000);
     QCOMPARE(totals.first().type, QStringLiteral("Unknown"));
+}
+
+/// They are summed up with each ledger that closes, and that must not take long.
+void TestFeedMemory::talliesOfManyTypesInManyLedgers()
+{
+    TypesByLedger tallies;
+    for (qint64 ledger = 0; ledger < 60; ++ledger) {
+        for (int i = 0; i < 200; ++i)
+            tallies.add(ledger, QStringLiteral("%1/%2").arg(ledger).arg(i));
+    }
+    QCOMPARE(tallies.totals().size(), mostListed);
+    QCOMPARE(sumOf(tallies.totals()), 60 * 200);
+    tallies.keepIf([](qint64 ledger) { return ledger == 59; });
+    QCOMPARE(tallies.totals(), (QList<TypesByLedger::TypeCount>{{QStringLiteral("Unknown"), 200}}));
+    // There is room again.
+    tallies.add(60, QStringLiteral("Payment"));
+    QCOMPARE(tallies.totals().last(), (TypesByLedger::TypeCount{QStringLiteral("Payment"), 1}));
+    tallies.keepIf([](qint64) { return false; });
+    QVERIFY(tallies.totals().isEmpty());
 }
 
 void TestFeedMemory::feedWithoutCloses()
@@ -106,7 +129,7 @@ void TestFeedMemory::feedWithManyTypes()
     for (int i = 0; i < 50'000; ++i)
         stream.transact(QStringLiteral("A"), QString::number(i), 7);
     stream.close(8, 1, 104);
-    QCOMPARE(feed.types().size(), TypesByLedger::mostTypes + 1);
+    QCOMPARE(feed.types().size(), mostListed);
     QCOMPARE(sumOf(feed.types()), 50'000);
 }
 

@@ -261,6 +261,8 @@ void TestNodeConfig::environment_data()
         "A=1",
         {"\xEF\xBB\xBF"
          "A=1"});
+    // A process is handed texts that end at a NUL.
+    QTest::newRow("NUL") << QByteArray("A\0=1\nB=2\0\nC=3\n", 15) << QByteArrayList{"C=3"};
 }
 
 void TestNodeConfig::environment()

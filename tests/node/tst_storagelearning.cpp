@@ -44,10 +44,12 @@ private slots:
     void learnsOncePerBuild();
     void remembersAcrossRuns();
     void remembersEachOperationByItself();
+    void remembersNoLongNames();
     void growthNeedsTime_data();
     void growthNeedsTime();
     void growthStartsAnewAfterATrim();
     void growthIsReckonedFromTheFirstSight();
+    void growthWithoutEnd();
 
 private:
     QString describe(const QByteArray &object, WallClock::time_point at = now)
@@ -161,6 +163,22 @@ void TestStorageLearning::remembersEachOperationByItself()
     }
 }
 
+/// The settings are no place for whatever a node sends.
+void TestStorageLearning::remembersNoLongNames()
+{
+    const auto learns = [this](qsizetype length) {
+        const QByteArray name(length, 'x');
+        describe(R"({"phase":"building","phase_seconds":600,"operation":")" + name + "\"}");
+        describe(R"({"last_outcome":"success"})");
+        return defaults().contains(QLatin1String("lastBuildSeconds.") + QString::fromLatin1(name));
+    };
+    QVERIFY(learns(64));
+    const auto size = std::filesystem::file_size(defaults().file());
+    QVERIFY(!learns(65));
+    QVERIFY(!learns(1'000'000));
+    QCOMPARE(std::filesystem::file_size(defaults().file()), size);
+}
+
 void TestStorageLearning::growthNeedsTime_data()
 {
     QTest::addColumn<qint64>("seconds");
@@ -210,6 +228,16 @@ void TestStorageLearning::growthIsReckonedFromTheFirstSight()
     describe(R"({"phase":"building"})", now + 650s);
     QCOMPARE(describe(grownTo(2), now + 1000s),
              QStringLiteral("Storage: next trim after 4.0 GB (2.0 GB so far, about 33m)"));
+}
+
+/// Sizes beyond all numbers leave nothing to reckon with.
+void TestStorageLearning::growthWithoutEnd()
+{
+    const QByteArray next = R"({"next":{"operation":"round","growth_bytes":"1e999",
+                                        "grown_by_bytes":"%1"}})";
+    describe(QByteArray(next).replace("%1", "1"));
+    QCOMPARE(describe(QByteArray(next).replace("%1", "1e999"), now + 700s),
+             QStringLiteral("Storage: next trim after inf GB (inf GB so far, under a minute)"));
 }
 
 TIDEWICK_TEST_MAIN(TestStorageLearning)

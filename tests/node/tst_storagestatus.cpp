@@ -106,6 +106,8 @@ void TestStorageStatus::line_data()
     row(R"({"phase":"switched"})", "Storage: tidied up; the old copy goes shortly");
     row(R"({"phase":"switched","next":{"ledgers":0,"ledgers_needed":"1e400"}})",
         "Storage: tidied up; the old copy goes in 9223372036854775807 ledgers");
+    row(R"({"phase":"switched","next":{"ledgers":"1e999","ledgers_needed":"1e999"}})",
+        "Storage: tidied up; the old copy goes shortly");
     row(R"({"phase":"retiring"})", "Storage: removing the old copy");
     row(R"({"phase":"blocked","blocked":"the disk is full"})",
         "Storage needs attention: the disk is full");
@@ -150,6 +152,11 @@ void TestStorageStatus::line_data()
         "Storage: first tidy-up in about 1h 50m");
     row(R"({"next":{"operation":"major","full_needed":10,"full_seconds":600}})",
         "Storage: first tidy-up starting");
+    row(R"({"next":{"operation":"major","ledgers_needed":"1e999","ledgers":"1e999"}})",
+        "Storage: first tidy-up starting"); // infinity from infinity
+    row(R"({"next":{"operation":"major","full_needed":"1e999","full_seconds":"1e999",
+                    "ledgers_needed":100}})",
+        "Storage: first tidy-up in about 6m");
 
     row(R"({"next":{"operation":"round","growth_bytes":4294967296,"grown_by_bytes":1288490188.8}})",
         "Storage: next trim after 4.0 GB (1.2 GB so far)");
@@ -226,6 +233,11 @@ void TestStorageStatus::step_data()
     row(R"({"phase":"copy","done":1})", "copying");
     row(R"({"phase":"copy","total":100})", "copying");
     row(R"({"phase":"a%1b","done":1,"total":2})", "a%1b 50%");
+    row(R"({"phase":"copy","done":"1e999","total":100})", "copying");
+    row(R"({"phase":"copy","done":"1e999","total":"1e999"})", "copying");
+    row(R"({"phase":"copy","done":1e308,"total":1})",
+        "copying"); // a hundred times that is too much
+    row(R"({"phase":"copy","done":1,"total":"1e999"})", "copying 0%");
     row(R"({"done":1,"total":2})", "");
     row(R"({"phase":5})", "");
     row(R"(["phase"])", "");
@@ -253,6 +265,8 @@ void TestStorageStatus::span_data()
     QTest::newRow("truncated") << 119.99 << QStringLiteral("1m");
     QTest::newRow("ten minutes") << 600.0 << QStringLiteral("10m");
     QTest::newRow("hours") << 3900.0 << QStringLiteral("1h 5m");
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN()
+                               << QStringLiteral("under a minute");
     QTest::newRow("infinite") << infinite << QStringLiteral("2562047788015215h 30m");
 }
 

@@ -13,6 +13,8 @@ class TestUtf8 : public QObject
 private slots:
     void decodeLossy_data();
     void decodeLossy();
+    void decode_data();
+    void decode();
     void agreesWithQtOnValidText();
 };
 
@@ -51,6 +53,21 @@ void TestUtf8::decodeLossy_data()
     row("never a lead", "\xFE\xFF", u"\xFFFD\xFFFD");
     row("lead after lead", "\xE2\xE2\x82\xAC", u"\xFFFD€");
     QTest::newRow("NUL") << QByteArray("a\0b", 3) << QStringView(u"a\0b", 3).toString();
+}
+
+void TestUtf8::decode_data()
+{
+    decodeLossy_data();
+}
+
+/// Strictly, a text is all there or not at all.
+void TestUtf8::decode()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, text);
+    const auto decoded = Utf8::decode(bytes);
+    QCOMPARE(decoded.has_value(), !text.contains(QChar::ReplacementCharacter));
+    QCOMPARE(decoded.value_or(text), text);
 }
 
 void TestUtf8::decodeLossy()

@@ -27,6 +27,7 @@ class TestSmokeTest : public QObject
 
 private slots:
     void passes();
+    void oddTextsOfTheNode();
     void memoryNeverReported();
     void neverAnswers();
     void failsAtOnce();
@@ -116,6 +117,16 @@ void TestSmokeTest::passes()
     QVERIFY(m_transcript[2].startsWith(QStringLiteral("smoke: memory ")));
     QVERIFY(m_transcript[2].contains(QStringLiteral(" · peak ")));
     QCOMPARE(m_transcript[3], QStringLiteral("smoke: ok, stopped (smoke done)"));
+}
+
+/// A line of the transcript is one, and nothing in it moves a terminal.
+void TestSmokeTest::oddTextsOfTheNode()
+{
+    NodeRig rig;
+    rig.setScenario("speed=50 peers=2 state=\x1b[2Jodd\xE2\x80\xAE\xE2\x80\xA9name");
+    QCOMPARE(runSmoke(rig), 0);
+    QCOMPARE(m_transcript[1],
+             QStringLiteral("smoke: server_info answered (2 peers ( [2Jodd name))"));
 }
 
 void TestSmokeTest::memoryNeverReported()
