@@ -35,6 +35,10 @@ if(TIDEWICK_COVERAGE)
     target_link_options(tidewick_options INTERFACE --coverage)
 endif()
 
+if(TIDEWICK_FUZZ)
+    target_compile_options(tidewick_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_AUTOMOC ON)
 

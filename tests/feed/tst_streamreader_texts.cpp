@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Messages.h"
+#include "feed/PlainReading.h"
 #include "support/Surroundings.h"
 
 using namespace tidewick;
