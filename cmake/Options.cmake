@@ -45,7 +45,8 @@ set(CMAKE_AUTOMOC ON)
 # With TIDEWICK_PRECOMPILE the large headers are read once for all sources. A plain build goes without,
 # so that each file is known to include what it uses.
 if(TIDEWICK_PRECOMPILE)
-    add_library(tidewick_headers OBJECT cmake/Headers.cpp)
+    file(CONFIGURE OUTPUT Headers.cpp CONTENT "")
+    add_library(tidewick_headers OBJECT "${CMAKE_CURRENT_BINARY_DIR}/Headers.cpp")
     target_link_libraries(tidewick_headers PRIVATE tidewick_options
         QCoro6::Coro Qt6::Core Qt6::DBus Qt6::Network Qt6::Svg Qt6::WebSockets Qt6::Widgets)
     # Not linked: that would define folders of its own, which differ for each test.

@@ -55,7 +55,8 @@ public:
         qint64 written = 0;
         while (::write(file.get(), page.constData(), static_cast<std::size_t>(page.size())) > 0)
             written += page.size();
-        (void)::ftruncate(file.get(), written - pages * page.size());
+        if (::ftruncate(file.get(), written - pages * page.size()) != 0)
+            throw FileError::fromErrno(filler());
     }
 
     void limitFiles(int files) { mount(MS_REMOUNT, ",nr_inodes=" + std::to_string(files)); }
