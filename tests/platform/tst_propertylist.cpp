@@ -52,13 +52,10 @@ void TestPropertyList::readsTexts_data()
     row("no property list", "<html><dict>" + version + "</dict></html>", none);
     row("cut off", list(version).chopped(12), none);
     row("markup within", list("<key>version</key><string>1<b/>2</string>"), none);
-    const QByteArray dots(64, '.');
-    const auto withEntity = [](const QByteArray &entity) {
-        return "<!DOCTYPE plist [<!ENTITY e \"" + entity
-               + "\">]><plist><dict><key>version</key><string>&e;</string></dict></plist>";
-    };
-    row("entity", withEntity(dots), QString::fromLatin1(dots));
-    row("entity too large", withEntity(dots + '.'), none);
+    row("declared entity",
+        "<!DOCTYPE plist [<!ENTITY e \"1.2\">]><plist><dict>"
+        "<key>version</key><string>&e;</string></dict></plist>",
+        none);
     row("large", list(version + QByteArray(65536 - list(version).size(), ' ')), found);
     row("too large", list(version + QByteArray(65537 - list(version).size(), ' ')), none);
     row("no XML", "version=1.2", none);

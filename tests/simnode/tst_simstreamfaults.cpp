@@ -172,9 +172,9 @@ void TestSimStreamFaults::ends()
 
 void TestSimStreamFaults::answersInPieces()
 {
-    const Node node("pieces stream-after=0.1");
+    Node node("pieces stream-after=0.1");
     Connection client(node);
-    QTest::qWait(200);
+    QVERIFY(node.waitForLog("stream fault pieces begins"));
     client.send(ask);
     const QByteArray frames = client.readFrames(100);
     QVERIFY(frames.startsWith(Frames::frame(Frames::textBegin, "{")
