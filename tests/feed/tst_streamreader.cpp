@@ -35,13 +35,11 @@ private slots:
     void recordings();
 };
 
-void TestStreamReader::messages_data()
+namespace {
+
+template <typename Row>
+void addAnswers(const Row &row)
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("says");
-    const auto row = [](const char *name, const char *text, const char *says = "nothing") {
-        QTest::newRow(name) << json(text) << QString::fromUtf8(says);
-    };
     row("subscribed", "{'id':1,'result':{'ledger_index':7}}", "subscribed: 7");
     row("subscribed, nothing validated", "{'id':1,'result':{}}", "subscribed: none");
     row("subscribed, index a text", "{'id':1,'result':{'ledger_index':'7'}}", "subscribed: none");
@@ -72,6 +70,11 @@ void TestStreamReader::messages_data()
     row("past, transactions not an array", "{'id':1001,'result':{'ledger':{'ledger_index':'7',"
                                            "'close_time':1,'transactions':{}}}}");
     row("past, ledger a text", "{'id':1001,'result':{'ledger':'7'}}");
+}
+
+template <typename Row>
+void addStreamMessages(const Row &row)
+{
     row("closed", "{'type':'ledgerClosed','ledger_index':7,'txn_count':2,'ledger_time':1}",
         "closed: 7, 2 transactions, at 946684801");
     row("closed, no count", "{'type':'ledgerClosed','ledger_index':7,'ledger_time':1}",
@@ -124,6 +127,19 @@ void TestStreamReader::messages_data()
     row("member names may be escaped", "{'\\u0074ype':'transaction','ha\\u0073h':'A'}",
         "transaction|A|Unknown|||0");
     row("empty object", "{}");
+}
+
+} // namespace
+
+void TestStreamReader::messages_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("says");
+    const auto row = [](const char *name, const char *text, const char *says = "nothing") {
+        QTest::newRow(name) << json(text) << QString::fromUtf8(says);
+    };
+    addAnswers(row);
+    addStreamMessages(row);
 }
 
 void TestStreamReader::messages()
