@@ -38,7 +38,7 @@ UniqueDescriptor listenAt(const QByteArray &path)
     UniqueDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, path.constData());
+    qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
     if (::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0
         || ::listen(socket.get(), 1) != 0)
         qFatal("No socket at %s", path.constData());
