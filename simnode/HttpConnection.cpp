@@ -101,6 +101,10 @@ void HttpConnection::send(const Transmission &transmission, bool keepAlive)
         m_socket->write(head);
         sendFiller();
         break;
+    case Delivery::HeaderFiller:
+        m_socket->write(head.chopped(2) + "X-Filler: "); // the empty line stays away
+        sendFiller();
+        break;
     case Delivery::Never:
         break;
     }

@@ -40,6 +40,7 @@ constexpr auto faults = std::to_array<NamedFault>({
     {"slow-header", RpcFault::SlowHeader, true},
     {"huge", RpcFault::Huge, false},
     {"huge-chunked", RpcFault::HugeChunked, false},
+    {"huge-header", RpcFault::HugeHeader, false},
     {"gzip", RpcFault::Gzip, true},
     {"deep", RpcFault::Deep, false},
     {"reset", RpcFault::Reset, true},

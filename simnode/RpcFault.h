@@ -36,6 +36,7 @@ enum class RpcFault {
     SlowHeader,
     Huge,
     HugeChunked,
+    HugeHeader,
     Gzip,
     Deep,
     Reset,

@@ -15,7 +15,7 @@ namespace tidewick::sim {
 
 namespace {
 
-constexpr qint64 hugeBody = 200'000'000;
+constexpr qint64 hugeLength = 200'000'000;
 constexpr int depth = 5000;
 
 /// Answers that have nothing to do with the question; those with status 200 pass for JSON.
@@ -67,7 +67,7 @@ Transmission delivered(const HttpResponse &usual, Delivery delivery)
 
 Transmission filler(Delivery delivery)
 {
-    return {{}, delivery, hugeBody, true};
+    return {{}, delivery, hugeLength, true};
 }
 
 Transmission withStatus(int status, HttpResponse usual)
@@ -175,6 +175,8 @@ Transmission transmissionFor(RpcFault fault, const HttpResponse &usual, quint16 
         return filler(Delivery::Filler);
     case RpcFault::HugeChunked:
         return filler(Delivery::ChunkedFiller);
+    case RpcFault::HugeHeader:
+        return filler(Delivery::HeaderFiller);
     case RpcFault::Gzip:
         return compressed(usual);
     case RpcFault::WrongTypes:

@@ -23,6 +23,8 @@ enum class Delivery {
     Filler,
     /// `Transmission::filler` follows in chunks.
     ChunkedFiller,
+    /// `Transmission::filler` is the last header, which never ends.
+    HeaderFiller,
     /// Nothing is sent, ever.
     Never,
 };
@@ -32,7 +34,7 @@ struct Transmission
 {
     HttpResponse response;
     Delivery delivery = Delivery::Whole;
-    /// Bytes of meaningless body.
+    /// Bytes without a meaning.
     qint64 filler = 0;
     /// The connection is closed after the response, without having announced it.
     bool closes = false;

@@ -19,7 +19,7 @@ fail() {
 # What it takes to build and test, for the scripts that source this one.
 # shellcheck disable=SC2034
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
-    qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
+    libboost-dev qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
 
 # What the tests take beyond that: a desktop to run on.
 # shellcheck disable=SC2034

@@ -3,17 +3,19 @@
 
 #include "node/NodeRPC.h"
 
+#include "node/HttpResponseReader.h"
 #include "platform/JsonRead.h"
 #include "platform/Task.h"
 
+#include <QHostAddress>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkProxy>
-#include <QNetworkReply>
-#include <QPointer>
+#include <QTcpSocket>
 #include <QTimer>
 
 #include <chrono>
+#include <memory>
 
 namespace tidewick {
 
@@ -25,127 +27,104 @@ constexpr std::chrono::milliseconds idleLimit = 3s;
 constexpr std::chrono::milliseconds totalLimit = 5s;
 constexpr qint64 readBufferSize = qint64{256} * 1024;
 
-QNetworkRequest requestTo(quint16 port)
-{
-    QNetworkRequest request(QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(port)));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
-    // Asking for it plain keeps a small compressed answer from becoming a large one.
-    request.setRawHeader("Accept-Encoding", "identity");
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
-                         QNetworkRequest::AlwaysNetwork);
-    request.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    return request;
-}
-
-QByteArray envelope(const QString &method)
+QByteArray question(quint16 port, const QString &method)
 {
     const QJsonObject object{{QStringLiteral("method"), method},
                              {QStringLiteral("params"), QJsonArray{QJsonObject()}}};
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    // Asking for it plain keeps a small compressed answer from becoming a large one.
+    return "POST / HTTP/1.1\r\n"
+           "Host: 127.0.0.1:"
+           + QByteArray::number(port)
+           + "\r\n"
+             "Content-Type: application/json\r\n"
+             "Content-Length: "
+           + QByteArray::number(body.size())
+           + "\r\n"
+             "Accept-Encoding: identity\r\n"
+             "Connection: close\r\n"
+             "\r\n"
+           + body;
 }
 
-/// Whether the whole body arrived. HTTP's own errors (4xx, 5xx) count: their bodies are answers,
-/// too.
-bool isComplete(QNetworkReply::NetworkError error)
-{
-    switch (error) {
-    case QNetworkReply::NoError:
-    case QNetworkReply::ContentAccessDenied:
-    case QNetworkReply::ContentOperationNotPermittedError:
-    case QNetworkReply::ContentNotFoundError:
-    case QNetworkReply::AuthenticationRequiredError:
-    case QNetworkReply::ProxyAuthenticationRequiredError:
-    case QNetworkReply::ContentConflictError:
-    case QNetworkReply::ContentGoneError:
-    case QNetworkReply::UnknownContentError:
-    case QNetworkReply::ProtocolInvalidOperationError:
-    case QNetworkReply::InternalServerError:
-    case QNetworkReply::OperationNotImplementedError:
-    case QNetworkReply::ServiceUnavailableError:
-    case QNetworkReply::UnknownServerError:
-        return true;
-    default:
-        return false;
-    }
-}
-
-/// One question under way: gathers the body and ends it on whichever comes first of the answer, the
-/// limits, and the session's end. Owned by the coroutine that asks.
+/// One question under way: ends on whichever comes first of the answer, the limits, and the
+/// session's end. Owned by the coroutine that asks.
 class Exchange
 {
 public:
-    explicit Exchange(QNetworkReply *reply) : m_reply(reply)
+    Exchange(const QObject &session, quint16 port, const QByteArray &question)
     {
-        QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, [this] { checkLength(); });
-        QObject::connect(reply, &QNetworkReply::readyRead, reply, [this] { takeBytes(); });
-        QObject::connect(reply, &QNetworkReply::finished, reply, [this] { finish(); });
-        // The session deletes its replies with it, without a word from them.
-        QObject::connect(reply, &QObject::destroyed, &m_context, [this] { m_body.resolve({}); });
-
+        QTcpSocket *socket = m_socket.get();
+        QObject::connect(socket, &QTcpSocket::connected, &m_context,
+                         [socket, question] { socket->write(question); });
+        QObject::connect(socket, &QTcpSocket::readyRead, &m_context, [this] { takeBytes(); });
+        QObject::connect(socket, &QTcpSocket::errorOccurred, &m_context,
+                         [this](QAbstractSocket::SocketError error) { takeEnd(error); });
+        QObject::connect(&session, &QObject::destroyed, &m_context, [this] { resolve({}); });
         for (QTimer *timer : {&m_idle, &m_total}) {
             timer->setSingleShot(true);
             timer->setTimerType(Qt::PreciseTimer);
-            QObject::connect(timer, &QTimer::timeout, reply, &QNetworkReply::abort);
+            QObject::connect(timer, &QTimer::timeout, &m_context, [this] { resolve({}); });
         }
         m_idle.start(idleLimit);
         m_total.start(totalLimit);
-    }
-    Exchange(const Exchange &) = delete;
-    Exchange &operator=(const Exchange &) = delete;
-    ~Exchange()
-    {
-        if (m_reply)
-            m_reply->disconnect();
+
+        socket->setProxy(QNetworkProxy::NoProxy);
+        // No more than this piles up behind what has been looked at.
+        socket->setReadBufferSize(readBufferSize);
+        socket->connectToHost(QHostAddress(QHostAddress::LocalHost), port);
     }
 
-    /// Resolved with the whole body, or with nothing.
-    OneShot<std::optional<QByteArray>> &body() { return m_body; }
+    /// Resolved with the body, or with nothing.
+    OneShot<std::optional<std::string>> &body() { return m_body; }
 
 private:
-    void checkLength()
+    /// It may be the socket's own signal that ends the exchange.
+    struct DeleteLater
     {
-        m_idle.start();
-        const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-        if (length.toLongLong() > NodeRPC::largestAnswer)
-            m_reply->abort();
-    }
+        void operator()(QTcpSocket *socket) const
+        {
+            socket->abort();
+            socket->deleteLater();
+        }
+    };
 
     void takeBytes()
     {
         m_idle.start();
-        m_bytes += m_reply->readAll();
-        if (m_bytes.size() > NodeRPC::largestAnswer)
-            m_reply->abort();
+        settle(m_response.take(m_socket->readAll()));
     }
 
-    void finish()
+    void takeEnd(QAbstractSocket::SocketError error)
     {
-        const bool complete = isComplete(m_reply->error());
-        if (complete)
-            m_bytes += m_reply->readAll();
-        m_reply->deleteLater();
-        m_body.resolve(complete ? std::optional(std::move(m_bytes)) : std::nullopt);
+        HttpResponseReader::State state = m_response.take(m_socket->readAll());
+        if (error == QAbstractSocket::RemoteHostClosedError)
+            state = m_response.end();
+        if (state != HttpResponseReader::State::Complete)
+            state = HttpResponseReader::State::Broken;
+        settle(state);
     }
 
-    QObject m_context;
-    QPointer<QNetworkReply> m_reply;
+    void settle(HttpResponseReader::State state)
+    {
+        if (state == HttpResponseReader::State::Complete)
+            resolve(m_response.takeBody());
+        else if (state == HttpResponseReader::State::Broken)
+            resolve({});
+    }
+
+    /// Ends the coroutine that asks, and this object with it.
+    void resolve(std::optional<std::string> body) { m_body.resolve(std::move(body)); }
+
+    HttpResponseReader m_response{NodeRPC::largestAnswer};
     QTimer m_idle;
     QTimer m_total;
-    QByteArray m_bytes;
-    OneShot<std::optional<QByteArray>> m_body;
+    std::unique_ptr<QTcpSocket, DeleteLater> m_socket{new QTcpSocket};
+    OneShot<std::optional<std::string>> m_body;
+    QObject m_context;
 };
 
 } // namespace
-
-NodeRPC::NodeRPC(quint16 port) : m_port(port) {}
-
-NodeRPC::~NodeRPC() = default;
 
 std::optional<QJsonObject> NodeRPC::resultOf(const QByteArray &body)
 {
@@ -155,22 +134,12 @@ std::optional<QJsonObject> NodeRPC::resultOf(const QByteArray &body)
 
 QCoro::Task<std::optional<QJsonObject>> NodeRPC::call(QString method)
 {
-    if (!m_session) {
-        m_session = std::make_unique<QNetworkAccessManager>();
-        m_session->setProxy(QNetworkProxy::NoProxy);
-    }
-    QNetworkReply *reply = m_session->post(requestTo(m_port), envelope(method));
-    // So that no more of a large answer piles up behind what has been looked at. Before the request
-    // is under way, which the session has queued, the limit would be lost.
-    QMetaObject::invokeMethod(
-        reply, [reply] { reply->setReadBufferSize(readBufferSize); }, Qt::QueuedConnection);
-
-    Exchange exchange(reply);
+    Exchange exchange(m_session, m_port, question(m_port, method));
     // No member from here on: the session may be gone when the answer is in.
-    const std::optional<QByteArray> body = co_await exchange.body();
+    const std::optional<std::string> body = co_await exchange.body();
     if (!body)
         co_return std::nullopt;
-    co_return resultOf(*body);
+    co_return resultOf(QByteArray::fromRawData(body->data(), static_cast<qsizetype>(body->size())));
 }
 
 } // namespace tidewick

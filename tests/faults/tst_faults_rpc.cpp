@@ -39,6 +39,7 @@ const std::vector<Misbehaviour> misbehaviours{
     {"slow-header", "answers by one byte a second from the header on"},
     {"huge", "answers with 200 MB"},
     {"huge-chunked", "answers with 200 MB in chunks"},
+    {"huge-header", "answers with a header of 200 MB"},
     {"garbage", "answers with bytes that are no JSON"},
     {"deep", "answers with JSON nested 5000 deep"},
     {"wrong-types", "answers with wrong types in every field", Phase::Connecting,

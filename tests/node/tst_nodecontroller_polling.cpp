@@ -75,9 +75,9 @@ void TestNodeControllerPolling::missedTimesAreNotMadeUp()
 void TestNodeControllerPolling::badAnswers_data()
 {
     QTest::addColumn<QByteArray>("kind");
-    for (const char *kind :
-         {"garbage", "array", "array-result", "string-result", "no-result", "400", "403", "503",
-          "401", "redirect", "half", "deep", "reset", "error", "huge", "huge-chunked"})
+    for (const char *kind : {"garbage", "array", "array-result", "string-result", "no-result",
+                             "400", "403", "503", "401", "redirect", "half", "deep", "reset",
+                             "error", "huge", "huge-chunked", "huge-header"})
         QTest::newRow(kind) << QByteArray(kind);
 }
 

@@ -70,6 +70,7 @@ private slots:
     void drips();
     void huge_data();
     void huge();
+    void hugeHeader();
     void gzip();
     void deep();
     void wrongTypes();
@@ -279,6 +280,19 @@ void TestSimRpcFaults::huge()
     const qint64 length = answer.body.size() + client.readAway();
     QVERIFY(announced ? length == 200'000'000 : length > 200'000'000);
     QVERIFY(node.peakMemory() > 0);
+    QVERIFY2(node.peakMemory() < 150'000'000, "It did not keep it all in memory");
+}
+
+void TestSimRpcFaults::hugeHeader()
+{
+    const Node node("rpc=huge-header");
+    RawClient client(node.rpcPort());
+    client.call("server_info");
+    const QByteArray begin =
+        client.read([](const QByteArray &sofar) { return sofar.contains("X-Filler: x"); });
+    QVERIFY(begin.startsWith("HTTP/1.1 200 OK\r\n"));
+    QVERIFY(!begin.contains("\r\n\r\n"));
+    QVERIFY(begin.size() + client.readAway() > 200'000'000);
     QVERIFY2(node.peakMemory() < 150'000'000, "It did not keep it all in memory");
 }
 

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "node/HttpResponseReader.h"
+
+#include <utility>
+
+#include <boost/asio/buffer.hpp>
+#include <boost/beast/http/error.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/string_body.hpp>
+
+namespace tidewick {
+
+namespace {
+
+namespace http = boost::beast::http;
+
+/// A response that only says that the real one is still to come. 101 is not one: what follows it is
+/// no longer HTTP.
+bool isInterim(unsigned status)
+{
+    return status / 100 == 1 && status != 101;
+}
+
+} // namespace
+
+class HttpResponseReader::Parser : public http::response_parser<http::string_body>
+{
+public:
+    explicit Parser(quint64 largestBody)
+    {
+        // Stops after each part: when it goes on by itself, it forgets that the length announced
+        // was too large (Boost 1.74).
+        eager(false);
+        header_limit(largestHeader);
+        body_limit(largestBody);
+    }
+};
+
+HttpResponseReader::HttpResponseReader(quint64 largestBody)
+    : m_largestBody(largestBody), m_parser(std::make_unique<Parser>(largestBody))
+{
+}
+
+HttpResponseReader::~HttpResponseReader() = default;
+
+HttpResponseReader::State HttpResponseReader::take(QByteArrayView bytes)
+{
+    if (m_state != State::Incomplete)
+        return m_state;
+    m_unread.append(bytes);
+    return m_state = read();
+}
+
+HttpResponseReader::State HttpResponseReader::read()
+{
+    while (!m_unread.isEmpty()) {
+        boost::system::error_code error;
+        const std::size_t size = m_parser->put(
+            boost::asio::const_buffer(m_unread.constData(), static_cast<size_t>(m_unread.size())),
+            error);
+        m_unread.remove(0, static_cast<qsizetype>(size));
+        if (error && error != http::error::need_more)
+            return State::Broken;
+        if (m_parser->is_done()) {
+            if (!isInterim(m_parser->get().result_int()))
+                return State::Complete;
+            if (++m_interim > mostInterim)
+                return State::Broken;
+            m_parser = std::make_unique<Parser>(m_largestBody);
+        } else if (error) {
+            // The parser bounds the header itself, but neither lines between chunks nor trailers.
+            return m_unread.size() > largestHeader ? State::Broken : State::Incomplete;
+        }
+    }
+    return State::Incomplete;
+}
+
+HttpResponseReader::State HttpResponseReader::end()
+{
+    if (m_state == State::Incomplete) {
+        boost::system::error_code error;
+        if (m_parser->got_some())
+            m_parser->put_eof(error);
+        m_state = !error && m_parser->is_done() ? State::Complete : State::Broken;
+    }
+    return m_state;
+}
+
+std::string HttpResponseReader::takeBody()
+{
+    return std::move(m_parser->get().body());
+}
+
+} // namespace tidewick
