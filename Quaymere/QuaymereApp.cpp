@@ -28,8 +28,6 @@ int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
 {
     AppDelegate &delegate = m_appDelegate.emplace(deathWatch);
     connect(&delegate, &AppDelegate::terminated, this, [] { exit(EXIT_SUCCESS); });
-    // The session goes on ending meanwhile; the node has until then to close its store.
-    connect(this, &QGuiApplication::commitDataRequest, &delegate, &AppDelegate::terminate);
 
     DesktopFaces &faces = m_faces.emplace(delegate.node());
     connect(&faces, &DesktopFaces::quitRequested, &delegate, &AppDelegate::terminate);
@@ -66,6 +64,7 @@ void QuaymereApp::notifyOfEnd(Phase phase, const QString &why)
 bool QuaymereApp::event(QEvent *event)
 {
     if (event->type() == QEvent::Quit && m_appDelegate) {
+        // The session ends; only now, since one that asks for data to be saved may go on after all.
         // Qt would close the windows and end the loop, with the node running on.
         event->ignore();
         m_appDelegate->terminate();

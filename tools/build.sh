@@ -23,7 +23,7 @@ build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-webso
 
 # What the tests take beyond that: a desktop to run on.
 # shellcheck disable=SC2034
-test_packages=(dbus-daemon fonts-dejavu-core xfce4-panel xvfb)
+test_packages=(dbus-daemon fonts-dejavu-core libsm-dev xfce4-panel xvfb)
 
 # Installs the Debian packages named that are not installed yet.
 need_packages() {
