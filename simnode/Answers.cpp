@@ -48,7 +48,9 @@ QJsonObject accountingObject(const std::map<QString, StateAccount> &accounts)
 
 Answers::Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule)
     : m_configuration(std::move(configuration)), m_scenario(std::move(scenario)),
-      m_course(m_scenario.state, m_scenario.peers), m_maintenance(m_scenario.maintenance),
+      m_course(m_scenario.state, m_scenario.peers,
+               m_configuration.isStock() ? Course::Kind::Stock : Course::Kind::Streaming),
+      m_maintenance(m_scenario.maintenance),
       m_ledgers(LedgerSource(m_scenario.transactions.least, m_scenario.transactions.most), schedule)
 {
 }

@@ -68,8 +68,7 @@ QJsonObject Answers::counts(const NodeTime &time) const
     counts[u"node_writes"] = QString::number(closed * 1000);
     counts[u"node_written_bytes"] = QString::number(moment.bootstrap.storedBytes);
 
-    // A stock node has none of what follows.
-    if (m_configuration.store == NodeConfiguration::Store::NuDB)
+    if (m_configuration.isStock())
         return counts;
     if (m_scenario.countsBootstrap)
         counts[u"stream_bootstrap"] = bootstrapObject(moment.bootstrap);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <span>
 
 namespace tidewick::sim {
 
@@ -28,6 +29,22 @@ constexpr auto stages = std::to_array<Stage>({
     {"full", "full", Seconds(30)},
 });
 
+/// Those of a stock node. The ends are the same.
+constexpr auto stockStages = std::to_array<Stage>({
+    {"disconnected", "disconnected", stages[0].from},
+    {"connected", "connected", stages[1].from},
+    stages[3],
+    stages[4],
+    stages[5],
+});
+
+std::span<const Stage> stagesOf(Course::Kind kind)
+{
+    if (kind == Course::Kind::Stock)
+        return stockStages;
+    return stages;
+}
+
 constexpr auto accountNames =
     std::to_array<const char *>({"connected", "disconnected", "full", "syncing", "tracking"});
 
@@ -35,12 +52,11 @@ constexpr Seconds acquiringFrom = stages[1].from;
 constexpr Seconds catchingUpFrom = stages[2].from;
 constexpr Seconds bootstrapEnd = stages[3].from;
 
-const Stage &stageAt(Seconds elapsed)
+const Stage &stageAt(Seconds elapsed, std::span<const Stage> all)
 {
-    const auto *later = std::find_if(stages.begin(), stages.end(), [elapsed](const Stage &stage) {
-        return stage.from > elapsed;
-    });
-    return later == stages.begin() ? stages.front() : *(later - 1);
+    const auto later = std::find_if(all.begin(), all.end(),
+                                    [elapsed](const Stage &stage) { return stage.from > elapsed; });
+    return later == all.begin() ? all.front() : *(later - 1);
 }
 
 const Stage *stageNamed(const QString &state)
@@ -104,18 +120,18 @@ Seconds positionOf(const QString &state, Seconds elapsed)
 
 } // namespace
 
-Course::Course(std::optional<QString> pinnedState, std::optional<int> pinnedPeers)
-    : m_pinnedState(std::move(pinnedState)), m_pinnedPeers(pinnedPeers)
+Course::Course(std::optional<QString> pinnedState, std::optional<int> pinnedPeers, Kind kind)
+    : m_pinnedState(std::move(pinnedState)), m_pinnedPeers(pinnedPeers), m_kind(kind)
 {
 }
 
 Moment Course::at(Seconds elapsed) const
 {
-    const Stage &stage = stageAt(elapsed);
+    const Stage &stage = stageAt(elapsed, stagesOf(m_kind));
     Moment moment{};
     moment.state = m_pinnedState.value_or(QString::fromLatin1(stage.state));
     moment.inState = m_pinnedState ? elapsed : elapsed - stage.from;
-    moment.waitsForNetwork = isOneOf(moment.state, {"waiting_quorum", "acquiring"});
+    moment.waitsForNetwork = isOneOf(moment.state, {"waiting_quorum", "acquiring", "disconnected"});
     moment.validates = isOneOf(moment.state, {"tracking", "full", "proposing", "validating"});
     if (moment.validates && moment.state != QLatin1String("tracking"))
         moment.full = moment.inState;
@@ -133,7 +149,7 @@ QStringList Course::statesUntil(Seconds elapsed) const
     if (m_pinnedState)
         return {*m_pinnedState};
     QStringList states;
-    for (const Stage &stage : stages) {
+    for (const Stage &stage : stagesOf(m_kind)) {
         if (stage.from <= elapsed)
             states += QString::fromLatin1(stage.state);
     }
@@ -151,10 +167,11 @@ std::map<QString, StateAccount> Course::accounts(Seconds elapsed) const
                                                                                           1};
         return accounts;
     }
-    for (const Stage &stage : stages) {
+    const std::span<const Stage> all = stagesOf(m_kind);
+    for (const Stage &stage : all) {
         if (stage.from > elapsed)
             break;
-        const Seconds end = &stage == &stages.back() ? elapsed : (&stage + 1)->from;
+        const Seconds end = &stage == &all.back() ? elapsed : (&stage + 1)->from;
         StateAccount &account = accounts[QString::fromLatin1(stage.account)];
         account.duration += std::min(end, elapsed) - stage.from;
         account.transitions = 1;

@@ -51,9 +51,13 @@ struct StateAccount
 class Course
 {
 public:
+    /// Which node it is: one that streams the ledger when it is new, or a stock one, which knows
+    /// the coarse states alone.
+    enum class Kind { Streaming, Stock };
+
     /// A pinned state, of any name, holds from the beginning; so does a number of peers.
     explicit Course(std::optional<QString> pinnedState = std::nullopt,
-                    std::optional<int> pinnedPeers = std::nullopt);
+                    std::optional<int> pinnedPeers = std::nullopt, Kind kind = Kind::Streaming);
 
     /// How the node is so long after its ports were opened.
     Moment at(Seconds elapsed) const;
@@ -67,6 +71,7 @@ public:
 private:
     std::optional<QString> m_pinnedState;
     std::optional<int> m_pinnedPeers;
+    Kind m_kind;
 };
 
 } // namespace tidewick::sim

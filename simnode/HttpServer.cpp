@@ -109,7 +109,17 @@ Transmission HttpServer::answerCall(const QJsonObject &call)
     HttpResponse usual;
     if (usesTheUsualAnswer(fault))
         usual = jsonResponse(httpEnvelope(m_command(method, parameters), method, parameters));
+    if (fault == RpcFault::Recorded)
+        usual.body = recordedAnswer(method, usual.body);
     return transmissionFor(fault, usual, m_faults.redirectPort);
+}
+
+/// Of the two recordings, that of the node that had just started is for the first question.
+QByteArray HttpServer::recordedAnswer(const QString &method, const QByteArray &otherwise)
+{
+    const bool later = m_answeredAsRecorded.contains(method);
+    m_answeredAsRecorded.insert(method);
+    return Recordings::answer(method, later).value_or(otherwise);
 }
 
 } // namespace tidewick::sim

@@ -10,6 +10,7 @@
 #include "simnode/RpcFault.h"
 #include "simnode/Transmission.h"
 
+#include <QSet>
 #include <QTcpServer>
 
 #include <chrono>
@@ -44,11 +45,14 @@ private:
     bool misbehaves() const;
     Transmission answer(const HttpRequest &request);
     Transmission answerCall(const QJsonObject &call);
+    QByteArray recordedAnswer(const QString &method, const QByteArray &otherwise);
 
     Command m_command;
     RpcFaults m_faults;
     DebugLog &m_log;
     std::chrono::steady_clock::time_point m_openedAt;
+    /// The methods that a recorded answer was given to.
+    QSet<QString> m_answeredAsRecorded;
     int m_connections = 0;
     /// Accepted and never read.
     std::deque<UniqueDescriptor> m_unread;

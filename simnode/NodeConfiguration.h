@@ -59,6 +59,9 @@ struct NodeConfiguration
     /// Bytes by which the store grows between two trims.
     qint64 roundGrowthBytes;
 
+    /// A node on this store streams no ledger, maintains nothing and tells nothing of itself.
+    bool isStock() const { return store == Store::NuDB; }
+
     /// Reads the file and the validators file it names; file names in it are relative to its
     /// folder. Throws ConfigurationError.
     static NodeConfiguration read(const std::filesystem::path &file);

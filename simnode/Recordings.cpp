@@ -83,6 +83,15 @@ QJsonObject result(const QString &file)
     return result;
 }
 
+std::optional<QByteArray> answer(const QString &method, bool later)
+{
+    if (method == u"stop")
+        return text(QStringLiteral("stop.json"));
+    if (method == u"server_info" || method == u"get_counts")
+        return text(method + QLatin1String(later ? "_later.json" : ".json"));
+    return std::nullopt;
+}
+
 const std::vector<TransactionMessage> &transactions()
 {
     static const std::vector<TransactionMessage> recorded = readTransactions();

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 
+#include <optional>
 #include <vector>
 
 /// Messages of a real node, recorded, which the simulated ones are modelled on. They are built into
@@ -26,6 +27,10 @@ QByteArray text(const QString &file);
 
 /// The member "result" of a recorded answer over HTTP, without its status.
 QJsonObject result(const QString &file);
+
+/// The body of a recorded answer over HTTP to this method, byte for byte: of the node that has just
+/// started, or of the same one 9 s later. Nothing for a method of which there is none.
+std::optional<QByteArray> answer(const QString &method, bool later);
 
 /// All recorded transactions, each once. Read with the first call.
 const std::vector<TransactionMessage> &transactions();

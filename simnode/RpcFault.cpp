@@ -19,6 +19,7 @@ struct NamedFault
 
 constexpr auto faults = std::to_array<NamedFault>({
     {"ok", RpcFault::None, true},
+    {"recorded", RpcFault::Recorded, true},
     {"silent", RpcFault::Silent, false},
     {"unread", RpcFault::Unread, false},
     {"garbage", RpcFault::Garbage, false},

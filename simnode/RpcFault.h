@@ -12,9 +12,10 @@
 
 namespace tidewick::sim {
 
-/// The ways in which the JSON-RPC port can answer; all but the first are misbehaviour.
+/// The ways in which the JSON-RPC port can answer; all but the first two are misbehaviour.
 enum class RpcFault {
     None,
+    Recorded,
     Silent,
     Unread,
     Garbage,

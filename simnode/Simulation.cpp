@@ -22,7 +22,8 @@ LedgerSchedule scheduleOf(const Scenario &scenario, const Store &store)
 
 Simulation::Simulation(const NodeConfiguration &configuration, const Scenario &scenario,
                        DebugLog &log, QObject *parent)
-    : QObject(parent), m_scenario(scenario), m_log(log), m_store(configuration.storePath),
+    : QObject(parent), m_scenario(scenario), m_maintains(!configuration.isStock()), m_log(log),
+      m_store(configuration.storePath),
       m_answers(configuration, scenario, scheduleOf(scenario, m_store)),
       m_newestLedger(m_answers.ledgers().schedule().firstIndex())
 {
@@ -79,6 +80,8 @@ void Simulation::observe()
 {
     const NodeTime time = now();
     observeState(time.elapsed);
+    if (!m_maintains)
+        return;
     try {
         const Moment moment = m_answers.course().at(time.elapsed);
         observeMaintenance(m_answers.maintenance().at(time.elapsed, moment.full));

@@ -53,6 +53,7 @@ private:
     void observeMaintenance(const MaintenanceMoment &moment);
 
     Scenario m_scenario;
+    bool m_maintains;
     DebugLog &m_log;
     Store m_store;
     Answers m_answers;

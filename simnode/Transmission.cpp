@@ -146,6 +146,7 @@ Transmission transmissionFor(RpcFault fault, const HttpResponse &usual, quint16 
 {
     switch (fault) {
     case RpcFault::None:
+    case RpcFault::Recorded:
         return {usual};
     case RpcFault::Silent:
     case RpcFault::Unread:

@@ -62,6 +62,7 @@ private slots:
     void bootstraps();
     void validatesWhenTracking();
     void accountsForItsTime();
+    void stockNodeKnowsTheCoarseStates();
     void pinsAState_data();
     void pinsAState();
     void pinsPeers();
@@ -158,6 +159,25 @@ void TestSimCourse::accountsForItsTime()
 
     accounts = Course(QStringLiteral("odd")).accounts(Seconds(6));
     QCOMPARE(accounts[QStringLiteral("connected")].duration, Seconds(6));
+}
+
+void TestSimCourse::stockNodeKnowsTheCoarseStates()
+{
+    const Course stock({}, {}, Course::Kind::Stock);
+    const auto states =
+        walk<QString>(Seconds(31), [&](Seconds elapsed) { return stock.at(elapsed).state; });
+    QCOMPARE(states, asTexts({"disconnected", "connected", "syncing", "tracking", "full"}));
+    QCOMPARE(stock.statesUntil(Seconds(13)),
+             (QStringList{QStringLiteral("disconnected"), QStringLiteral("connected")}));
+    QCOMPARE(stock.at(Seconds(13)).inState, Seconds(8));
+    QVERIFY(stock.at(Seconds(0)).waitsForNetwork);
+    QVERIFY(!stock.at(Seconds(13)).bootstrap.enabled);
+    QCOMPARE(stock.at(Seconds(42)).full, Seconds(12));
+
+    std::map<QString, StateAccount> accounts = stock.accounts(Seconds(33));
+    std::map<QString, StateAccount> others = Course().accounts(Seconds(33));
+    for (const auto &[state, account] : others)
+        QCOMPARE(accounts[state].duration, account.duration);
 }
 
 void TestSimCourse::pinsAState_data()

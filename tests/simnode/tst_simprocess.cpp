@@ -62,6 +62,7 @@ private slots:
 
     void prints();
     void goesThroughItsCourse();
+    void stockNodeGoesThroughItsCourse();
     void goesOnWithItsStore();
 };
 
@@ -272,6 +273,22 @@ void TestSimProcess::goesThroughItsCourse()
     QVERIFY(node.ask("server_info")[u"info"][u"complete_ledgers"].toString().contains(u'-'));
     node.signal(SIGTERM);
     QCOMPARE(node.waitForEnd(), success);
+}
+
+void TestSimProcess::stockNodeGoesThroughItsCourse()
+{
+    SimulatedNode node;
+    node.configuration.replace("type = Mossgrid", "type = NuDB");
+    node.start("speed=200 stop-delay=0");
+    QVERIFY(node.waitForLog("STATE->full"));
+    QVERIFY(!node.ask("get_counts").contains(u"mossgrid_maintenance"));
+    node.signal(SIGTERM);
+    QCOMPARE(node.waitForEnd(), success);
+    const QByteArray log = node.debugLog();
+    QVERIFY(inOrder(log, {"STATE->disconnected", "STATE->connected", "STATE->syncing",
+                          "STATE->tracking", "STATE->full"}));
+    QVERIFY(!log.contains("STATE->acquiring"));
+    QVERIFY(!log.contains("maintenance"));
 }
 
 void TestSimProcess::goesOnWithItsStore()

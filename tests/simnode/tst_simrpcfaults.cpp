@@ -76,6 +76,7 @@ private slots:
     void wrongTypes();
     void cookie();
     void closes();
+    void recorded();
     void ofOneMethod();
     void beginsLater();
     void carriesOutTheCommand_data();
@@ -356,6 +357,20 @@ void TestSimRpcFaults::closes()
     QCOMPARE(client.state(), RawClient::State::Closed);
 }
 
+void TestSimRpcFaults::recorded()
+{
+    const std::filesystem::path wire = std::filesystem::path(TIDEWICK_TEST_DATA) / "wire";
+    const Node node("rpc=recorded");
+    for (const std::string method : {"server_info", "get_counts"}) {
+        const QByteArray name = QByteArray::fromStdString(method);
+        QCOMPARE(node.ask(name).body, contentOf(wire / (method + ".json")));
+        QCOMPARE(node.ask(name).body, contentOf(wire / (method + "_later.json")));
+        QCOMPARE(node.ask(name).body, contentOf(wire / (method + "_later.json")));
+    }
+    QVERIFY(node.ask("no_such_method").body.contains("unknownCmd"));
+    QCOMPARE(node.ask("stop").body, contentOf(wire / "stop.json"));
+}
+
 void TestSimRpcFaults::ofOneMethod()
 {
     const Node node("rpc.get_counts=503");
@@ -382,8 +397,8 @@ void TestSimRpcFaults::carriesOutTheCommand_data()
 {
     QTest::addColumn<QByteArray>("kind");
     QTest::addColumn<bool>("stops");
-    for (const char *kind : {"ok", "503-json", "half", "reset", "drip", "gzip", "cookie", "close",
-                             "wrong-types", "slow-header"})
+    for (const char *kind : {"ok", "recorded", "503-json", "half", "reset", "drip", "gzip",
+                             "cookie", "close", "wrong-types", "slow-header"})
         QTest::newRow(kind) << QByteArray(kind) << true;
     for (const char *kind : {"silent", "garbage", "error", "403", "401", "redirect", "deep"})
         QTest::newRow(kind) << QByteArray(kind) << false;
