@@ -367,10 +367,7 @@ void TestNodeConfig::shippedTemplateIsComplete_data()
 void TestNodeConfig::shippedTemplateIsComplete()
 {
     QFETCH(QByteArray, store);
-    const fs::path resources = TIDEWICK_RESOURCES;
-    QByteArray text = contentOf(resources / "xrpld.cfg.in");
-    text.replace("@NODE_DB@", contentOf(resources / ("node_db." + store.toStdString() + ".in")));
-    writeFile(m_bundle->resource("xrpld.cfg.in"), text);
+    m_bundle->setStore(store.toStdString());
     config().render(m_target);
     const QByteArray rendered = contentOf(m_target / "xrpld.cfg");
 

@@ -26,6 +26,7 @@ private slots:
     void figuresOfARunningNode();
     void figuresGoWithTheProcess();
     void plainNode();
+    void recordedAnswers();
     void wrongTypes();
     void memoryFromTheHost();
     void memoryInASandbox();
@@ -134,6 +135,28 @@ void TestNodeControllerFigures::plainNode()
     QCOMPARE(m_rig->status().phase, Phase::Full);
     QVERIFY(!m_rig->status().storage);
     QVERIFY(m_rig->status().memory != NodeStatus::unknown()); // the host tells it
+}
+
+/// Of a stock node, as it gave them.
+void TestNodeControllerFigures::recordedAnswers()
+{
+    m_rig->bundle().setStore("NuDB");
+    m_rig->setScenario("rpc=recorded");
+    m_rig->node().start();
+    const NodeStatus &status = m_rig->status();
+    QVERIFY(m_rig->runUntil([&] { return status.ledger == QStringLiteral("#2 (0s ago)"); }));
+    QVERIFY(m_rig->runUntil([&] { return m_rig->noted("get_counts") >= 3; }));
+    QCOMPARE(status.phase, Phase::Full);
+    QCOMPARE(status.detail, QStringLiteral("Following mainnet"));
+    QCOMPARE(status.ledger, QStringLiteral("#12 (0s ago)"));
+    QCOMPARE(status.ledgerSeq, std::optional<qint64>(12));
+    QCOMPARE(status.peers, std::optional<qint64>(0));
+    QCOMPARE(status.uptime, QStringLiteral("0m"));
+    QVERIFY(status.memory.contains(QStringLiteral(" · peak ")));
+    QVERIFY(!status.storage && !status.errorText);
+    m_rig->node().stop();
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QCOMPARE(m_rig->noted("RPCHandler:NFO stop"), 1);
 }
 
 void TestNodeControllerFigures::wrongTypes()

@@ -15,12 +15,7 @@ TestBundle::TestBundle()
     setNode(TIDEWICK_SIMNODE_PATH);
     for (const char *name : {"validators.txt", "node.env"})
         fs::copy_file(fs::path(TIDEWICK_RESOURCES) / name, resource(name));
-
-    // The shipped template, which leaves the section of the store to the build.
-    QByteArray configuration = contentOf(fs::path(TIDEWICK_RESOURCES) / "xrpld.cfg.in");
-    configuration.replace("@NODE_DB@",
-                          contentOf(fs::path(TIDEWICK_RESOURCES) / "node_db.Mossgrid.in"));
-    writeFile(resource("xrpld.cfg.in"), configuration);
+    setStore("Mossgrid");
     writeFile(resource("build-info"), "xrpld_version=2.3.0\n");
 }
 
@@ -42,6 +37,14 @@ fs::path TestBundle::node() const
 fs::path TestBundle::resource(const char *name) const
 {
     return path() / "Contents" / "Resources" / name;
+}
+
+void TestBundle::setStore(const std::string &store) const
+{
+    const fs::path resources = TIDEWICK_RESOURCES;
+    QByteArray configuration = contentOf(resources / "xrpld.cfg.in");
+    configuration.replace("@NODE_DB@", contentOf(resources / ("node_db." + store + ".in")));
+    writeFile(resource("xrpld.cfg.in"), configuration);
 }
 
 void TestBundle::setNode(const fs::path &executable) const

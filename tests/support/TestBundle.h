@@ -23,6 +23,10 @@ public:
     std::filesystem::path node() const;
     std::filesystem::path resource(const char *name) const;
 
+    /// Puts in the shipped template, made for this store as a build makes it: "Mossgrid", which it
+    /// is at first, or "NuDB".
+    void setStore(const std::string &store) const;
+
     /// Puts another executable in the node's place.
     void setNode(const std::filesystem::path &executable) const;
 
