@@ -1,6 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
+// The parser of Boost 1.74 asserts that five bytes are there when three or four of "0\r\n\r\n" are,
+// and reads on correctly.
+#define BOOST_DISABLE_ASSERTS
+
 #include "node/HttpResponseReader.h"
 
 #include <utility>

@@ -69,7 +69,7 @@ void tryFolderInItsPlace(FaultRun &run)
 QByteArray bytesOfAllKinds()
 {
     QByteArray bytes;
-    for (int i = 0; i < 100'000; ++i)
+    for (quint32 i = 0; i < 100'000; ++i)
         bytes += char(i * i >> 5);
     return bytes;
 }
