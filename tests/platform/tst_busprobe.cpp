@@ -6,8 +6,6 @@
 #include "platform/Files.h"
 #include "support/Surroundings.h"
 
-#include <cstring>
-
 #include <sys/socket.h>
 #include <sys/un.h>
 
