@@ -5,6 +5,7 @@
 #include "CommandLine.h"
 #include "Snapshots.h"
 #include "ToolingModes.h"
+#include "platform/ProcessMemory.h"
 #include "platform/StandardStreams.h"
 
 #include <vector>
@@ -40,6 +41,7 @@ private:
 int main(int argc, char *argv[])
 {
     StandardStreams::prepare();
+    ProcessMemory::giveBackFreed();
     const std::vector<std::string> arguments(argv, argv + argc);
     return std::visit(Runner(argc, argv), parseCommandLine(arguments));
 }

@@ -20,6 +20,10 @@ struct ProcessMemory
 
     /// Nothing when the process is gone or the host does not tell.
     static std::optional<ProcessMemory> of(pid_t process);
+
+    /// From now on this process gives back what it frees, also after it has held something large
+    /// once. To be called first of all.
+    static void giveBackFreed();
 };
 
 } // namespace tidewick

@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/ProcessMemory.h"
+#include "support/PeakMemory.h"
 #include "support/Surroundings.h"
 
 #include <cstring>
+#include <vector>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -18,6 +20,7 @@ class TestProcessMemory : public QObject
 private slots:
     void seesMemoryComeAndGo();
     void absentProcess();
+    void givesBackWhatIsFreed();
 };
 
 void TestProcessMemory::seesMemoryComeAndGo()
@@ -42,6 +45,30 @@ void TestProcessMemory::seesMemoryComeAndGo()
 void TestProcessMemory::absentProcess()
 {
     QVERIFY(!ProcessMemory::of(0x7FFFFFFF));
+}
+
+void TestProcessMemory::givesBackWhatIsFreed()
+{
+    if (PeakMemory::hasSanitizer)
+        QSKIP("A sanitizer brings an allocator of its own");
+    constexpr qsizetype MiB = qsizetype{1024} * 1024;
+    constexpr qsizetype block = MiB / 16;
+    constexpr qsizetype held = 24 * MiB;
+    ProcessMemory::giveBackFreed();
+    QVERIFY(!QByteArray(16 * MiB, 'x').isEmpty());
+
+    std::vector<QByteArray> blocks;
+    blocks.reserve(held / block);
+    const auto before = ProcessMemory::of(::getpid());
+    while (blocks.size() < blocks.capacity())
+        blocks.emplace_back(block, 'x');
+    const auto during = ProcessMemory::of(::getpid());
+    blocks.clear();
+    const auto after = ProcessMemory::of(::getpid());
+
+    constexpr qint64 slack = held / 8;
+    QVERIFY(during->footprint >= before->footprint + held - slack);
+    QVERIFY(after->footprint <= before->footprint + slack);
 }
 
 TIDEWICK_TEST_MAIN(TestProcessMemory)

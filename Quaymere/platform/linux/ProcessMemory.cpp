@@ -8,6 +8,8 @@
 
 #include <QByteArrayList>
 
+#include <malloc.h>
+
 namespace tidewick {
 
 namespace {
@@ -42,6 +44,15 @@ std::optional<ProcessMemory> ProcessMemory::of(pid_t process)
     if (!footprint || !peak)
         return std::nullopt;
     return ProcessMemory{*footprint, *peak};
+}
+
+void ProcessMemory::giveBackFreed()
+{
+    // Left to itself, the allocator comes to keep twice the size of the largest block that was ever
+    // freed, at most 64 MiB, for each thread. Told what it begins with anyway, it stays with that;
+    // it also goes on to map every block from 128 KiB on by itself.
+    constexpr int kept = 128 * 1024;
+    ::mallopt(M_TRIM_THRESHOLD, kept);
 }
 
 } // namespace tidewick
