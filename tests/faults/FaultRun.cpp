@@ -7,6 +7,8 @@
 #include "simnode/Store.h"
 #include "support/Processes.h"
 
+#include <QElapsedTimer>
+
 #include <csignal>
 #include <fstream>
 

@@ -137,11 +137,16 @@ void WatchedApplication::judge(const char *what, bool isWrong)
         m_wrongSince.erase(what);
         return;
     }
-    const auto [entry, isNew] = m_wrongSince.try_emplace(what);
-    if (isNew)
-        entry->second.start();
-    else if (entry->second.hasExpired(onePoll.count()) && !m_wrongs.contains(what))
+    const std::chrono::nanoseconds now = ownTime();
+    const auto since = m_wrongSince.try_emplace(what, now).first->second;
+    if (now - since > onePoll && !m_wrongs.contains(what))
         m_wrongs += what;
+}
+
+/// Stands still while the application is kept waiting for a processor.
+std::chrono::nanoseconds WatchedApplication::ownTime()
+{
+    return std::chrono::steady_clock::now().time_since_epoch() - keptWaiting(id());
 }
 
 } // namespace tidewick

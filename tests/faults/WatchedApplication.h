@@ -7,7 +7,6 @@
 #include "node/NodeStatus.h"
 
 #include <QByteArrayList>
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <chrono>
@@ -18,7 +17,9 @@
 namespace tidewick {
 
 /// The application under a fault. While the event loop turns, what it tells of its phase is held
-/// against what is so: whether its node runs, and whether it was told to end.
+/// against what is so: whether its node runs, and whether it was told to end. It may be wrong for
+/// the time of one poll, in which what others on this machine took of the processors from it does
+/// not count.
 class WatchedApplication
 {
 public:
@@ -56,6 +57,7 @@ private:
     void look();
     void readPhase();
     void judge(const char *what, bool isWrong);
+    std::chrono::nanoseconds ownTime();
 
     LaunchedApplication m_application;
     const bool m_tellsPhase;
@@ -64,8 +66,8 @@ private:
     qsizetype m_read = 0;
     std::optional<Phase> m_phase;
     QByteArray m_line;
-    /// Since when something is wrong.
-    std::map<const char *, QElapsedTimer> m_wrongSince;
+    /// Since when something is wrong, in its own time.
+    std::map<const char *, std::chrono::nanoseconds> m_wrongSince;
     QByteArrayList m_wrongs;
 };
 

@@ -8,6 +8,8 @@
 #include "support/NodeRig.h"
 #include "support/Processes.h"
 
+#include <QElapsedTimer>
+
 #include <csignal>
 
 using namespace tidewick;

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <fstream>
 #include <string>
 
@@ -20,6 +22,17 @@ inline bool runs(pid_t process)
     // The state follows the name, which may contain anything, in parentheses.
     const std::size_t name = line.rfind(") ");
     return name != std::string::npos && line.at(name + 2) != 'Z' && line.at(name + 2) != 'X';
+}
+
+/// For how long so far the process, its first thread, was ready to go on while others had the
+/// processors. Zero where the kernel does not tell.
+inline std::chrono::nanoseconds keptWaiting(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/schedstat");
+    std::int64_t ran = 0;
+    std::int64_t waited = 0;
+    file >> ran >> waited;
+    return std::chrono::nanoseconds(waited);
 }
 
 } // namespace tidewick
