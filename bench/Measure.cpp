@@ -113,6 +113,11 @@ double writtenMemory(pid_t process)
     return inMemory(process, "Private_Dirty:");
 }
 
+double anonymousMemory(pid_t process)
+{
+    return inMemory(process, "Anonymous:");
+}
+
 void print(const std::string &what, const Pair &pair, const std::string &goal)
 {
     std::printf("%-58s %10.3f ms %10.3f ms %8.2f   %s\n", what.c_str(), pair.first.count() * 1e3,

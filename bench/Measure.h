@@ -44,6 +44,9 @@ double memory(pid_t process);
 /// The part of it that the process has written, and that would not be there without it.
 double writtenMemory(pid_t process);
 
+/// The part of it that is of no file, such as heap and stacks, shared or not.
+double anonymousMemory(pid_t process);
+
 /// One line of the table: what was compared, both figures, the ratio and the goal for it.
 void print(const std::string &what, const Pair &pair, const std::string &goal);
 

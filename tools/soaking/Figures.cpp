@@ -32,7 +32,7 @@ struct Line
 
 constexpr std::array lines{
     Line{"resident memory, MiB", &Figures::residentMiB, memoryLimitMiB, 1},
-    Line{"proportional memory, MiB", &Figures::proportionalMiB, memoryLimitMiB, 1},
+    Line{"  of it anonymous, MiB", &Figures::anonymousMiB, memoryLimitMiB, 1},
     Line{"open descriptors", &Figures::descriptors, comingAndGoing, 0},
     Line{"  of them lasting", &Figures::lastingDescriptors, 0, 0},
     Line{"threads", &Figures::threads, 0, 0},
@@ -78,7 +78,7 @@ Figures Figures::of(pid_t process)
     const std::string folder = "/proc/" + std::to_string(process);
     Figures figures;
     figures.residentMiB = bench::residentMemory(process);
-    figures.proportionalMiB = bench::memory(process);
+    figures.anonymousMiB = bench::anonymousMemory(process);
     figures.descriptors = entriesOf(folder + "/fd");
     figures.lastingDescriptors =
         figures.descriptors - timersOf(process) - Sockets::of(process).connections;

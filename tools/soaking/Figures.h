@@ -15,8 +15,8 @@ namespace tidewick::soaking {
 struct Figures
 {
     double residentMiB = 0;
-    /// Of it what is its own: shared pages count in proportion.
-    double proportionalMiB = 0;
+    /// Of it what is of no file. How much of its files is resident depends on others, too.
+    double anonymousMiB = 0;
     double descriptors = 0;
     /// Of them those that do not come and go with each question to the node: no timers, no
     /// connections over IP.
