@@ -125,6 +125,13 @@ void print(const std::string &what, const Pair &pair, const std::string &goal)
     std::fflush(stdout);
 }
 
+void printCounts(const std::string &what, double first, double second, const std::string &goal)
+{
+    std::printf("%-58s %11.3f M %11.3f M %8.2f   %s\n", what.c_str(), first / 1e6, second / 1e6,
+                first / second, goal.c_str());
+    std::fflush(stdout);
+}
+
 void printMemory(const std::string &what, double first, double second, const std::string &goal)
 {
     std::printf("%-58s %9.1f MiB %9.1f MiB %8.2f   %s\n", what.c_str(), first, second,

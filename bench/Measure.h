@@ -50,6 +50,9 @@ double anonymousMemory(pid_t process);
 /// One line of the table: what was compared, both figures, the ratio and the goal for it.
 void print(const std::string &what, const Pair &pair, const std::string &goal);
 
+/// The same for two numbers of instructions.
+void printCounts(const std::string &what, double first, double second, const std::string &goal);
+
 /// The same for two amounts of memory in MiB.
 void printMemory(const std::string &what, double first, double second, const std::string &goal);
 

@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+// What the application keeps of its windows once they are closed again.
+
+#include "application/Desktop.h"
+#include "application/LaunchedApplication.h"
+#include "application/TrayReader.h"
+#include "application/XWindows.h"
+#include "bench/Measure.h"
+#include "support/Surroundings.h"
+
+#include <QCoreApplication>
+
+#include <array>
+#include <csignal>
+
+using namespace tidewick;
+using namespace tidewick::bench;
+
+namespace {
+
+struct Window
+{
+    QString command;
+    QString title;
+};
+
+const std::array windows{
+    Window{QStringLiteral("Live Ledger…"), QStringLiteral("Live Ledger")},
+    Window{QStringLiteral("Settings…"), QStringLiteral("Tidewick Settings")},
+    Window{QStringLiteral("About"), QStringLiteral("About Tidewick")},
+};
+
+constexpr int times = 3;
+/// Several ledgers of a busy network.
+constexpr int openFor = 20'000;
+/// Past the costs of starting, and of the last of a window.
+constexpr int settle = 6'000;
+
+void openAll(TrayReader &reader)
+{
+    for (const Window &window : windows)
+        if (!reader.click(window.command)
+            || !waitUntil([&] { return isWindowShown(window.title); }))
+            qFatal("The window %s does not open", qPrintable(window.title));
+}
+
+void closeAll()
+{
+    for (const Window &window : windows) {
+        closeWindow(window.title);
+        if (!waitUntil([&] { return !isWindowShown(window.title); }))
+            qFatal("The window %s does not close", qPrintable(window.title));
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    enterPrivateLoopback();
+    const TestHome home;
+    const SessionBus bus;
+    const XServer display;
+    const QCoreApplication application(argc, argv);
+    const DesktopPanel panel;
+    if (!DesktopPanel::waitForHost(bus))
+        qFatal("No tray host came up");
+    const TestBundle bundle;
+
+    LaunchedApplication tidewick(bundle, "state=full txns=800-800 ledger-interval=4");
+    TrayReader reader(bus.connection());
+    if (!waitUntil([&] { return reader.findItem(); })
+        || !waitUntil([&] { return reader.menu().value(0).text == u"Full"; }))
+        qFatal("The node does not get in sync");
+    const pid_t process = tidewick.process().id();
+    QTest::qWait(settle);
+    const double before = memory(process);
+    const double writtenBefore = writtenMemory(process);
+    double first = 0;
+    for (int time = 0; time < times; ++time) {
+        openAll(reader);
+        QTest::qWait(openFor);
+        closeAll();
+        QTest::qWait(settle);
+        if (time == 0)
+            first = memory(process);
+    }
+    printMemory("windows closed after having been open / never opened", memory(process), before,
+                "at most 4 MiB more");
+    printMemory("  of it what it has written", writtenMemory(process), writtenBefore, "");
+    printMemory("  the third time / the first time", memory(process), first, "<= 1.02");
+    if (!tidewick.endsWell(SIGTERM))
+        qFatal("The application did not end well");
+    return 0;
+}

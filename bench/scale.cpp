@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+// How cost follows work: stores of ever more files, and ever more transactions a second.
+
+#include "application/Desktop.h"
+#include "application/LaunchedApplication.h"
+#include "application/TrayReader.h"
+#include "application/XWindows.h"
+#include "bench/Measure.h"
+#include "bench/StoreOfFiles.h"
+#include "node/Probe.h"
+#include "support/Surroundings.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+
+using namespace tidewick;
+using namespace tidewick::bench;
+
+namespace {
+
+constexpr int ledgerSeconds = 4;
+/// Past the costs of starting.
+constexpr int beginning = 16'000;
+constexpr int measured = 32'000;
+
+/// A size takes too short for one measurement with few files.
+constexpr int filesAMeasurement = 100'000;
+
+Duration timeOfSize(int files)
+{
+    const StoreOfFiles store(files);
+    const int sizes = filesAMeasurement / files;
+    const auto all = [&] {
+        for (int i = 0; i < sizes; ++i)
+            if (Probe::directorySize(store.path()) < files)
+                qFatal("The size is wrong");
+    };
+    return measure(5, all, [] {}).first / sizes;
+}
+
+void measureStores()
+{
+    const Duration few = timeOfSize(10);
+    print("size of a store, 1,000 files / 10 files", {timeOfSize(1'000), few}, "<= 100");
+    print("size of a store, 100,000 files / 10 files", {timeOfSize(100'000), few}, "<= 10000");
+}
+
+/// Processor time with the ledger window open and so many transactions a second.
+Duration timeOfLedger(const SessionBus &bus, const TestBundle &bundle, int rate)
+{
+    const QByteArray each = QByteArray::number(rate * ledgerSeconds);
+    LaunchedApplication tidewick(bundle,
+                                 "state=full txns=" + each + '-' + each
+                                     + " ledger-interval=" + QByteArray::number(ledgerSeconds));
+    TrayReader reader(bus.connection());
+    if (!waitUntil([&] { return reader.findItem(); })
+        || !reader.click(QStringLiteral("Live Ledger…"))
+        || !waitUntil([] { return LaunchedApplication::noted("RPCHandler:NFO subscribe") > 0; }))
+        qFatal("The ledger window does not follow the node");
+    QTest::qWait(beginning);
+    const Duration before = processorTimeSoFar(tidewick.process().id());
+    QTest::qWait(measured);
+    const Duration time = processorTimeSoFar(tidewick.process().id()) - before;
+    if (!tidewick.endsWell(SIGTERM))
+        qFatal("The application did not end well");
+    return time;
+}
+
+void measureRates(const SessionBus &bus, const TestBundle &bundle)
+{
+    const Duration one = timeOfLedger(bus, bundle, 1);
+    print("live ledger, 10 transactions a second / 1", {timeOfLedger(bus, bundle, 10), one},
+          "<= 10");
+    print("live ledger, 100 transactions a second / 1", {timeOfLedger(bus, bundle, 100), one},
+          "<= 100");
+    print("live ledger, 1,000 transactions a second / 1", {timeOfLedger(bus, bundle, 1'000), one},
+          "<= 1000");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    measureStores();
+
+    enterPrivateLoopback();
+    const TestHome home;
+    const SessionBus bus;
+    const XServer display;
+    const QCoreApplication application(argc, argv);
+    const DesktopPanel panel;
+    if (!DesktopPanel::waitForHost(bus))
+        qFatal("No tray host came up");
+    const TestBundle bundle;
+    measureRates(bus, bundle);
+    return 0;
+}
