@@ -5,75 +5,106 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
+#include <iterator>
 
 namespace tidewick {
 
 namespace {
 
+using Operands = std::span<const std::string>;
+
 constexpr std::string_view renderUsage = "usage: Quaymere --render-config <dir>\n";
+constexpr std::string_view settingsUsage =
+    "usage: Quaymere --snapshot-settings <png> [light|dark]\n";
+constexpr std::string_view ledgerUsage = "usage: Quaymere --snapshot-ledger <png> [light|dark]\n";
+constexpr std::string_view aboutUsage = "usage: Quaymere --snapshot-about <png> [light|dark]\n";
 
-struct SnapshotOption
-{
-    std::string_view name;
-    Mode::Snapshot::Window window;
-    std::string_view usage;
-};
-
-constexpr std::array<SnapshotOption, 3> snapshotOptions{{
-    {"--snapshot-settings", Mode::Snapshot::Window::Settings,
-     "usage: Quaymere --snapshot-settings <png> [light|dark]\n"},
-    {"--snapshot-ledger", Mode::Snapshot::Window::Ledger,
-     "usage: Quaymere --snapshot-ledger <png> [light|dark]\n"},
-    {"--snapshot-about", Mode::Snapshot::Window::About,
-     "usage: Quaymere --snapshot-about <png> [light|dark]\n"},
-}};
-
-/// The elements after the first occurrence of the option; nothing when it is not given.
-std::optional<std::span<const std::string>> operandsOf(std::string_view option,
-                                                       std::span<const std::string> arguments)
-{
-    const auto found = std::ranges::find(arguments, option);
-    if (found == arguments.end())
-        return std::nullopt;
-    return std::span(found + 1, arguments.end());
-}
-
-AnyMode parseSnapshot(const SnapshotOption &option, std::span<const std::string> operands)
+AnyMode parseRenderConfig(Operands operands)
 {
     if (operands.empty())
-        return Mode::Usage{option.usage};
+        return Mode::Usage{renderUsage};
+    return Mode::RenderConfig{operands.front()};
+}
+
+AnyMode parseNodeVersion(Operands)
+{
+    return Mode::NodeVersion{};
+}
+
+AnyMode parseDescribeStorage(Operands operands)
+{
+    if (operands.empty())
+        return Mode::Usage{describeStorageUsage};
+    return Mode::DescribeStorage{operands.front()};
+}
+
+AnyMode parseSmoke(Operands)
+{
+    return Mode::Smoke{};
+}
+
+AnyMode parseSnapshot(Mode::Snapshot::Window window, std::string_view usage, Operands operands)
+{
+    if (operands.empty())
+        return Mode::Usage{usage};
     const std::string_view theme = operands.size() > 1 ? std::string_view(operands[1]) : "light";
     if (theme == "light")
-        return Mode::Snapshot{option.window, operands[0], Mode::Snapshot::Theme::Light};
+        return Mode::Snapshot{window, operands[0], Mode::Snapshot::Theme::Light};
     if (theme == "dark")
-        return Mode::Snapshot{option.window, operands[0], Mode::Snapshot::Theme::Dark};
-    return Mode::Usage{option.usage};
+        return Mode::Snapshot{window, operands[0], Mode::Snapshot::Theme::Dark};
+    return Mode::Usage{usage};
 }
+
+AnyMode parseSnapshotSettings(Operands operands)
+{
+    return parseSnapshot(Mode::Snapshot::Window::Settings, settingsUsage, operands);
+}
+
+AnyMode parseSnapshotLedger(Operands operands)
+{
+    return parseSnapshot(Mode::Snapshot::Window::Ledger, ledgerUsage, operands);
+}
+
+AnyMode parseSnapshotAbout(Operands operands)
+{
+    return parseSnapshot(Mode::Snapshot::Window::About, aboutUsage, operands);
+}
+
+struct Option
+{
+    std::string_view name;
+    /// The mode for what follows the option.
+    AnyMode (*parse)(Operands operands);
+};
+
+/// In order of precedence.
+constexpr std::array<Option, 7> options{{
+    {"--render-config", parseRenderConfig},
+    {"--node-version", parseNodeVersion},
+    {"--describe-storage", parseDescribeStorage},
+    {"--smoke", parseSmoke},
+    {"--snapshot-settings", parseSnapshotSettings},
+    {"--snapshot-ledger", parseSnapshotLedger},
+    {"--snapshot-about", parseSnapshotAbout},
+}};
 
 } // namespace
 
 AnyMode parseCommandLine(std::span<const std::string> arguments)
 {
-    if (const auto operands = operandsOf("--render-config", arguments)) {
-        if (operands->empty())
-            return Mode::Usage{renderUsage};
-        return Mode::RenderConfig{operands->front()};
-    }
-    if (operandsOf("--node-version", arguments))
-        return Mode::NodeVersion{};
-    if (const auto operands = operandsOf("--describe-storage", arguments)) {
-        if (operands->empty())
-            return Mode::Usage{describeStorageUsage};
-        return Mode::DescribeStorage{operands->front()};
-    }
-    if (operandsOf("--smoke", arguments))
-        return Mode::Smoke{};
-    for (const SnapshotOption &option : snapshotOptions) {
-        if (const auto operands = operandsOf(option.name, arguments))
-            return parseSnapshot(option, *operands);
+    for (const Option &option : options) {
+        const auto found = std::ranges::find(arguments, option.name);
+        if (found != arguments.end())
+            return option.parse(Operands(found + 1, arguments.end()));
     }
     return Mode::Application{};
+}
+
+std::vector<std::string_view> optionNames()
+{
+    std::vector<std::string_view> names;
+    std::ranges::transform(options, std::back_inserter(names), &Option::name);
+    return names;
 }
 
 } // namespace tidewick

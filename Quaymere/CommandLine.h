@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace tidewick {
 
@@ -77,5 +78,8 @@ inline constexpr std::string_view describeStorageUsage =
 /// The mode for this argument list (element 0 is the program's name). Where several options are
 /// given, a fixed order of precedence decides, not their order in the list.
 AnyMode parseCommandLine(std::span<const std::string> arguments);
+
+/// All options, in their order of precedence.
+std::vector<std::string_view> optionNames();
 
 } // namespace tidewick

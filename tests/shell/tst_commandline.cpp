@@ -115,6 +115,11 @@ void TestCommandLine::precedence()
         {"--snapshot-settings", snapshot(Window::Settings)},
         {"--snapshot-ledger", snapshot(Window::Ledger)},
         {"--snapshot-about", snapshot(Window::About)}};
+    std::vector<std::string_view> names;
+    names.reserve(order.size());
+    for (const auto &[name, mode] : order)
+        names.emplace_back(name);
+    QCOMPARE(optionNames(), names);
     for (std::size_t first = 0; first < order.size(); ++first) {
         for (std::size_t second = first + 1; second < order.size(); ++second) {
             // The theme stands between, since the next element would be taken for one.
