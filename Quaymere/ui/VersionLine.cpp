@@ -27,8 +27,10 @@ QString versionLine(const std::optional<QString> &applicationVersion, const QStr
 {
     const QString line = QLatin1String("Version ")
                          + applicationVersion.value_or(QStringLiteral("development build"));
-    const auto nodeVersion = valueOf(u"xrpld_version", buildInfo);
-    return nodeVersion ? line + QStringLiteral(" · node ") + *nodeVersion : line;
+    auto node = valueOf(u"xrpld_version", buildInfo);
+    if (!node)
+        node = valueOf(u"xrpld_path", buildInfo);
+    return node ? line + QStringLiteral(" · node ") + *node : line;
 }
 
 } // namespace tidewick

@@ -38,6 +38,9 @@ void TestVersionLine::line_data()
     row("too many pieces", "1.0.0", "xrpld_version=2=4\n", alone);
     row("the last one counts", "1.0.0", "xrpld_version=1\nxrpld_version=2.4.0\n", both);
     row("a broken one does not", "1.0.0", "xrpld_version=2.4.0\nxrpld_version=\n", both);
+    row("a node from elsewhere", "1.0.0", "xrpld_kind=linked\nxrpld_path=/usr/bin/xrpld\n",
+        "Version 1.0.0 · node /usr/bin/xrpld");
+    row("version before path", "1.0.0", "xrpld_path=/usr/bin/xrpld\nxrpld_version=2.4.0\n", both);
     row("an empty version", "", "", "Version ");
 }
 
