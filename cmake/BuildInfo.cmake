@@ -36,8 +36,11 @@ if(epoch MATCHES "^[0-9]+$")
 endif()
 
 # A node tells its version as the last word of a line such as "xrpld version 2.3.0".
-execute_process(COMMAND "${NODE}" --version
-    OUTPUT_VARIABLE answer ERROR_VARIABLE answer RESULT_VARIABLE status TIMEOUT 30)
+set(status "no node")
+if(NODE)
+    execute_process(COMMAND "${NODE}" --version
+        OUTPUT_VARIABLE answer ERROR_VARIABLE answer RESULT_VARIABLE status TIMEOUT 30)
+endif()
 set(node_version "unknown")
 if(status EQUAL 0 AND answer MATCHES "version ([^ \r\n]+)")
     set(node_version "${CMAKE_MATCH_1}")

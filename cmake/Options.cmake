@@ -20,6 +20,11 @@ target_compile_definitions(tidewick_options INTERFACE
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH
     _GLIBCXX_ASSERTIONS)
 
+# A package is the same wherever it was built.
+if(TIDEWICK_PACKAGE)
+    target_compile_options(tidewick_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+endif()
+
 if(TIDEWICK_SANITIZE)
     target_compile_options(tidewick_options INTERFACE
         -fsanitize=${TIDEWICK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

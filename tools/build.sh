@@ -21,9 +21,14 @@ fail() {
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
     libboost-dev qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
 
-# What the tests take beyond that: a desktop to run on.
+# What it takes beyond that to make a Debian package.
 # shellcheck disable=SC2034
-test_packages=(dbus-daemon fonts-dejavu-core libsm-dev xfce4-panel xvfb)
+package_packages=(dpkg-dev file)
+
+# What the tests take beyond all that: a desktop to run on, and readers of what is installed.
+# shellcheck disable=SC2034
+test_packages=(dbus-daemon fonts-dejavu-core libsm-dev xfce4-panel xvfb
+    appstream desktop-file-utils fish lintian mandoc systemd zsh)
 
 # Installs the Debian packages named that are not installed yet.
 need_packages() {

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "CommandLine.h"
+#include "package/Tool.h"
+#include "support/Surroundings.h"
+
+#include <QRegularExpression>
+#include <QSet>
+
+using namespace tidewick;
+
+namespace fs = std::filesystem;
+
+/// The files that are installed beside the bundle: that those who read them understand them, and
+/// that they tell what the program does.
+class TestInstalledFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void desktopEntries();
+    void metainfo();
+    void manualPage();
+    void userUnit();
+    void serviceIsNamedAsTheEntry();
+
+    void manualPageTellsEachOption();
+    void manualPageTellsEachVariable();
+    void bashCompletes_data();
+    void bashCompletes();
+    void fishCompletes_data();
+    void fishCompletes();
+    void zshKnowsEachOption();
+
+private:
+    static void addCompletions();
+};
+
+namespace {
+
+const fs::path packaging = fs::path(TIDEWICK_SOURCE) / "packaging";
+
+QSet<QByteArray> allOptions()
+{
+    QSet<QByteArray> names;
+    for (const std::string_view name : optionNames())
+        names.insert(QByteArray(name.data(), qsizetype(name.size())));
+    return names;
+}
+
+/// What the pattern's first group stands for, at each place where it matches.
+QSet<QByteArray> allIn(const fs::path &file, const char *pattern)
+{
+    QSet<QByteArray> found;
+    const QRegularExpression expression(QString::fromLatin1(pattern));
+    auto match = expression.globalMatch(QString::fromUtf8(contentOf(file)));
+    while (match.hasNext())
+        found.insert(match.next().captured(1).toUtf8());
+    return found;
+}
+
+QSet<QByteArray> wordsOf(const QByteArray &text)
+{
+    const QList<QByteArray> words = text.simplified().split(' ');
+    QSet<QByteArray> result(words.begin(), words.end());
+    result.remove(QByteArray());
+    return result;
+}
+
+} // namespace
+
+void TestInstalledFiles::desktopEntries()
+{
+    for (const char *name : {"org.tidewick.Tidewick.desktop", "autostart.desktop"})
+        QVERIFY(isContent({"desktop-file-validate", packaging / name}));
+}
+
+void TestInstalledFiles::metainfo()
+{
+    const fs::path file =
+        fs::path(TIDEWICK_BUILD) / "packaging" / "org.tidewick.Tidewick.metainfo.xml";
+    QVERIFY(isContent({"appstreamcli", "validate", "--no-net", file}));
+    QVERIFY(contentOf(file).contains("release version=\"" TIDEWICK_VERSION "\""));
+    for (const QByteArray &picture : allIn(file, "/([a-z-]+\\.png)</image>"))
+        QVERIFY2(fs::exists(fs::path(TIDEWICK_SOURCE) / "docs/screenshots" / picture.toStdString()),
+                 picture);
+}
+
+void TestInstalledFiles::manualPage()
+{
+    const Outcome outcome = runTool({"mandoc", "-Tlint", packaging / "quaymere.1"});
+    // What it says else is of the other manual pages on this machine.
+    for (const QByteArray &line : (outcome.output + outcome.error).split('\n'))
+        QVERIFY2(!line.contains("quaymere.1:"), line);
+    QVERIFY(!outcome.signaled && outcome.status < 2);
+}
+
+void TestInstalledFiles::userUnit()
+{
+    const TemporaryFolder folder;
+    QByteArray unit = contentOf(packaging / "tidewick.service.in");
+    unit.replace("@TIDEWICK_COMMAND@", TIDEWICK_QUAYMERE_PATH);
+    const fs::path file = folder.path() / "tidewick.service";
+    writeFile(file, unit);
+    QVERIFY(isContent({"systemd-analyze", "verify", "--user", "--man=no", file},
+                      {{"XDG_RUNTIME_DIR", folder.path()}}));
+}
+
+/// Or the bus would not find the program that the entry stands for.
+void TestInstalledFiles::serviceIsNamedAsTheEntry()
+{
+    QVERIFY(
+        contentOf(packaging / "org.tidewick.Tidewick.desktop").contains("DBusActivatable=true"));
+    QVERIFY(contentOf(packaging / "org.tidewick.Tidewick.service.in")
+                .contains("Name=org.tidewick.Tidewick\n"));
+}
+
+void TestInstalledFiles::manualPageTellsEachOption()
+{
+    const fs::path page = packaging / "quaymere.1";
+    for (const char *macro : {"\\.It", "\\.Nm\n\\."}) {
+        const QByteArray pattern = QByteArray(macro) + "\\s?Fl Fl ([a-z-]+)";
+        QSet<QByteArray> told;
+        for (const QByteArray &name : allIn(page, pattern))
+            told.insert("--" + name);
+        QCOMPARE(told, allOptions());
+    }
+}
+
+void TestInstalledFiles::manualPageTellsEachVariable()
+{
+    QSet<QByteArray> read;
+    for (const auto &entry :
+         fs::recursive_directory_iterator(fs::path(TIDEWICK_SOURCE) / "Quaymere")) {
+        if (entry.path().extension() == ".cpp") {
+            read += allIn(entry.path(), "(?:getenv|fromEnvironment|qEnvironmentVariable\\w*)"
+                                        "\\(\"([A-Z_]+)\"");
+        }
+    }
+    QVERIFY(read.contains("XDG_DATA_HOME"));
+    const QSet<QByteArray> told = allIn(packaging / "quaymere.1", "Ev ([A-Z_]+)");
+    for (const QByteArray &name : read)
+        QVERIFY2(told.contains(name), name);
+}
+
+void TestInstalledFiles::addCompletions()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QSet<QByteArray>>("offered");
+    QTest::newRow("options") << QByteArray("quaymere --") << allOptions();
+    QTest::newRow("some options") << QByteArray("quaymere --r")
+                                  << QSet<QByteArray>{"--render-config"};
+    QTest::newRow("one mode at a time") << QByteArray("quaymere --smoke --") << QSet<QByteArray>{};
+    QTest::newRow("themes") << QByteArray("quaymere --snapshot-about a.png ")
+                            << QSet<QByteArray>{"light", "dark"};
+    QTest::newRow("nothing behind")
+        << QByteArray("quaymere --snapshot-about a.png light ") << QSet<QByteArray>{};
+    QTest::newRow("folders") << QByteArray("quaymere --render-config " TIDEWICK_SOURCE "/packagi")
+                             << QSet<QByteArray>{TIDEWICK_SOURCE "/packaging"};
+    QTest::newRow("files") << QByteArray("quaymere --snapshot-ledger " TIDEWICK_SOURCE "/LIC")
+                           << QSet<QByteArray>{TIDEWICK_SOURCE "/LICENSE"};
+    QTest::newRow("no JSON") << QByteArray("quaymere --describe-storage ") << QSet<QByteArray>{};
+}
+
+void TestInstalledFiles::bashCompletes_data()
+{
+    addCompletions();
+}
+
+void TestInstalledFiles::bashCompletes()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QSet<QByteArray>, offered);
+    // compopt speaks to a completion under way, which there is none of here.
+    const char *script = R"(
+        compopt() { :; }
+        . "$1"
+        read -ra COMP_WORDS <<<"$2"
+        [[ $2 == *' ' ]] && COMP_WORDS+=('')
+        COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+        _quaymere
+        printf '%s\n' "${COMPREPLY[@]}")";
+    const Outcome outcome = runTool({"bash", "-euc", script, "test",
+                                     packaging / "completions/quaymere.bash", line.toStdString()});
+    QCOMPARE(outcome.error, QByteArray());
+    QCOMPARE(wordsOf(outcome.output), offered);
+}
+
+void TestInstalledFiles::fishCompletes_data()
+{
+    addCompletions();
+}
+
+void TestInstalledFiles::fishCompletes()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QSet<QByteArray>, offered);
+    const std::string script = "source " + (packaging / "completions/quaymere.fish").string()
+                               + "; complete -C '" + line.toStdString() + "'";
+    const Outcome outcome = runTool({"fish", "--no-config", "-c", script});
+    QCOMPARE(outcome.error, QByteArray());
+    QByteArray words;
+    for (const QByteArray &proposal : outcome.output.split('\n')) {
+        QByteArray word = proposal.split('\t').constFirst(); // behind it what it means
+        if (word.endsWith('/'))
+            word.chop(1);
+        words += word + ' ';
+    }
+    QCOMPARE(wordsOf(words), offered);
+}
+
+void TestInstalledFiles::zshKnowsEachOption()
+{
+    const fs::path file = packaging / "completions/quaymere.zsh";
+    QVERIFY(isContent({"zsh", "-n", file}));
+    QCOMPARE(allIn(file, "\\)(--[a-z-]+)\\["), allOptions());
+}
+
+TIDEWICK_TEST_MAIN(TestInstalledFiles)
+#include "tst_installedfiles.moc"
