@@ -7,6 +7,8 @@
 
 #include <QDesktopServices>
 
+#include <utility>
+
 namespace tidewick {
 
 namespace {
@@ -62,6 +64,14 @@ void DesktopFaces::comeForward()
         showPanel();
 }
 
+void DesktopFaces::comeForwardOnceSettled()
+{
+    if (m_tray || m_panel)
+        comeForward();
+    else
+        m_isWanted = true;
+}
+
 void DesktopFaces::followTrayHost()
 {
     if (isInTray() || m_trayHost.kind() == TrayHost::Kind::StatusNotifier) {
@@ -80,6 +90,8 @@ void DesktopFaces::settle()
         showPanel();
     else if (isInTray() && m_panel)
         m_panel->hide();
+    if (std::exchange(m_isWanted, false))
+        comeForward();
 }
 
 bool DesktopFaces::isInTray() const

@@ -34,6 +34,9 @@ public:
     /// Comes to the front for somebody who launched the program again.
     void comeForward();
 
+    /// The same for somebody who has just launched it, with the face that it turns out to have.
+    void comeForwardOnceSettled();
+
     void run(MenuCommand command) { m_commands.run(command); }
 
     void paletteChanged() { m_appearance.paletteChanged(); }
@@ -65,6 +68,7 @@ private:
     TrayHost m_trayHost;
     /// Runs while a tray host may still come.
     QTimer m_grace;
+    bool m_isWanted = false;
     std::unique_ptr<TrayItem> m_tray;
     std::unique_ptr<NodePanel> m_panel;
 };

@@ -32,6 +32,7 @@ int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     DesktopFaces &faces = m_faces.emplace(delegate.node());
     connect(&faces, &DesktopFaces::quitRequested, &delegate, &AppDelegate::terminate);
     connect(&instance, &SingleInstance::activated, &faces, &DesktopFaces::comeForward);
+    connect(&instance, &SingleInstance::launched, &faces, &DesktopFaces::comeForwardOnceSettled);
     connect(&instance, &SingleInstance::actionActivated, this, &QuaymereApp::runAction);
     connect(&delegate, &AppDelegate::terminating, &instance,
             [&instance] { instance.refuseCalls(QStringLiteral("it is quitting")); });

@@ -47,6 +47,9 @@ signals:
     /// Another launch wants this one to come forward.
     void activated();
 
+    /// The bus has started this one for a launch.
+    void launched();
+
     /// A desktop entry's action was chosen: "live-ledger", "settings" or "quit".
     void actionActivated(const QString &action);
 
@@ -64,6 +67,8 @@ private:
     std::unique_ptr<QLockFile> m_lock;
     QString m_reason;
     QString m_refusal;
+    /// Until the call for which the bus has started this program has come.
+    bool m_isStartedByBus;
 };
 
 } // namespace tidewick

@@ -13,6 +13,8 @@
 #include <QLockFile>
 #include <QVariantMap>
 
+#include <utility>
+
 namespace tidewick {
 
 namespace {
@@ -77,6 +79,7 @@ private:
 };
 
 SingleInstance::SingleInstance()
+    : m_isStartedByBus(qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"))
 {
     new ApplicationAdaptor(this);
 }
@@ -159,7 +162,10 @@ void SingleInstance::activate(const QVariantMap &platformData)
     if (isRefused())
         return;
     takeActivationToken(platformData);
-    emit activated();
+    if (std::exchange(m_isStartedByBus, false))
+        emit launched();
+    else
+        emit activated();
 }
 
 void SingleInstance::activateAction(const QString &action, const QVariantMap &platformData)
@@ -167,6 +173,7 @@ void SingleInstance::activateAction(const QString &action, const QVariantMap &pl
     if (action != QLatin1String("quit") && isRefused())
         return;
     takeActivationToken(platformData);
+    m_isStartedByBus = false;
     emit actionActivated(action);
 }
 
