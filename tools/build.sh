@@ -55,6 +55,11 @@ need_packages() {
         || fail "the packages could not be installed"
 }
 
+# Most tests spend most of their time waiting for something.
+tests_at_a_time() {
+    printf '%s' $(("$(nproc)" * 2))
+}
+
 # Builds the targets named as release into build/. One build at a time, whoever
 # asks; silent when it goes well, but for a word to who waits for the first one.
 build() {
