@@ -19,6 +19,7 @@
 #include <array>
 #include <csignal>
 #include <cstring>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -88,7 +89,8 @@ class Counted
 {
 public:
     Counted(const QTemporaryDir &folder, const char *name, ChildSpec spec)
-        : m_results(folder.filePath(QString::fromUtf8(name))), m_program(under(m_results, spec))
+        : m_results(folder.filePath(QString::fromUtf8(name))),
+          m_program(under(m_results, std::move(spec)))
     {
     }
 
@@ -187,7 +189,9 @@ int main(int argc, char *argv[])
     const qsizetype before = LaunchedApplication::noted("server_info");
     // Both ask every 2 s.
     if (!QTest::qWaitFor(
-            [&] { return LaunchedApplication::noted("server_info") >= before + 2 * polls; },
+            [&] {
+                return LaunchedApplication::noted("server_info") >= before + qsizetype{2} * polls;
+            },
             10 * 2'000 * polls))
         qFatal("The polls do not get on");
     const double seen = tidewick.instructions();

@@ -200,17 +200,20 @@ void tryToStopExhausted(FaultRun &run)
 std::vector<Fault> kernelFaults()
 {
     std::vector<Fault> faults{
-        {"no /proc", "comes up and ends with 0; tools give 0", tryWithoutProc},
-        {"no /proc: --smoke", "0, without a figure of the memory", tryToSmokeWithoutProc, true},
         {"4 to 64 file descriptors: the application",
          "comes up, or says why not; never dies, nothing left running", tryToStart},
         {"4 to 64 file descriptors: the tools", "0, or 1 and a reason", tryTools},
         {"file descriptors exhausted for 5 s", "Full all the time; the polls go on afterwards",
          tryExhausted}};
-    // The sanitizer takes a pipe to look at an object, and blames the object when there is none.
-    if constexpr (!PeakMemory::hasSanitizer)
+    // The sanitizers take a pipe to look at an object, blame the object when there is none, and
+    // look for leaks in /proc.
+    if (!PeakMemory::hasSanitizer) {
         faults.push_back({"file descriptors exhausted when told to end",
                           "ends with 0, the node with it", tryToStopExhausted});
+        faults.push_back({"no /proc", "comes up and ends with 0; tools give 0", tryWithoutProc});
+        faults.push_back({"no /proc: --smoke", "0, without a figure of the memory",
+                          tryToSmokeWithoutProc, true});
+    }
     return faults;
 }
 
