@@ -47,9 +47,11 @@ long descriptorOf(pid_t process)
         message.msg_iovlen = 1;
         message.msg_control = control.data();
         message.msg_controllen = control.size();
-        if (::recvmsg(socket, &message, MSG_CMSG_CLOEXEC) == 1) {
+        const ssize_t length = ::recvmsg(socket, &message, MSG_CMSG_CLOEXEC);
+        const cmsghdr *const header = CMSG_FIRSTHDR(&message);
+        if (length == 1 && header != nullptr) {
             int received = -1;
-            std::memcpy(&received, CMSG_DATA(CMSG_FIRSTHDR(&message)), sizeof received);
+            std::memcpy(&received, CMSG_DATA(header), sizeof received);
             descriptor = received;
         }
     }
@@ -79,6 +81,7 @@ pid_t processOf(int descriptor)
 } // namespace
 
 /// In place of the C library's.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its names are reserved ones
 extern "C" long syscall(long number, ...) noexcept
 {
     std::va_list list;

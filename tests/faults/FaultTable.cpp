@@ -4,11 +4,11 @@
 #include "faults/FaultTable.h"
 
 #include "faults/FaultRun.h"
-#include "support/ForkedProcess.h"
 #include "support/Surroundings.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QProcess>
 #include <QThread>
 
 #include <algorithm>
@@ -102,7 +102,7 @@ public:
 
 private:
     const Fault &m_fault;
-    ForkedProcess m_process;
+    QProcess m_process;
 };
 
 std::deque<std::size_t> chosen(const std::vector<Fault> &faults, bool withLong,

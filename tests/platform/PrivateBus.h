@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "support/ForkedProcess.h"
 #include "support/TestFiles.h"
 
 #include <QDBusConnection>
+#include <QProcess>
 
 namespace tidewick {
 
@@ -28,7 +28,7 @@ public:
 
 private:
     TemporaryFolder m_folder;
-    ForkedProcess m_daemon;
+    QProcess m_daemon;
     QString m_address;
     QStringList m_connections;
 };

@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include "support/ForkedProcess.h"
 #include "support/TestFiles.h"
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QProcess>
 
 #include <chrono>
 #include <filesystem>
@@ -72,7 +72,7 @@ private:
     TemporaryFolder m_folder;
     quint16 m_rpcPort;
     quint16 m_streamPort;
-    ForkedProcess m_process;
+    QProcess m_process;
 };
 
 /// For messages of failed comparisons.

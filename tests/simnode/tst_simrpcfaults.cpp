@@ -5,11 +5,11 @@
 #include "SimulatedNode.h"
 #include "platform/JsonRead.h"
 #include "platform/ProcessMemory.h"
-#include "support/ForkedProcess.h"
 #include "support/Surroundings.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
+#include <QProcess>
 
 #include <csignal>
 
@@ -305,7 +305,7 @@ void TestSimRpcFaults::gzip()
     QVERIFY(answer.body.startsWith("\x1F\x8B"));
     QVERIFY(answer.body.size() < 1500);
 
-    ForkedProcess gunzip;
+    QProcess gunzip;
     gunzip.start(QStringLiteral("gzip"), {QStringLiteral("-dc")});
     gunzip.write(answer.body);
     gunzip.closeWriteChannel();
@@ -326,11 +326,11 @@ void TestSimRpcFaults::deep()
 void TestSimRpcFaults::wrongTypes()
 {
     const Node node("rpc=wrong-types");
-    const auto info = JsonRead::parseObject(node.ask().body).value()[u"result"][u"info"];
+    const QJsonValue info = JsonRead::parseObject(node.ask().body).value()[u"result"][u"info"];
     QVERIFY(info[u"peers"].isArray());
     QVERIFY(info[u"server_state"].isDouble());
     QVERIFY(info[u"closed_ledger"][u"seq"].isArray());
-    const auto counts = JsonRead::parseObject(node.ask("get_counts").body).value()[u"result"];
+    const QJsonValue counts = JsonRead::parseObject(node.ask("get_counts").body).value()[u"result"];
     QVERIFY(counts[u"stream_bootstrap"][u"enabled"].isObject());
     QVERIFY(counts[u"mossgrid_maintenance"][u"phase"].isDouble());
 }
