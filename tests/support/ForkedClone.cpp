@@ -16,6 +16,7 @@ extern "C" int __interceptor_clone(int (*function)(void *), void *stack, int fla
                                    pid_t *parentsId, void *threadStorage, pid_t *childsId);
 
 /// In place of the C library's and of the sanitizer's.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its names are reserved ones
 extern "C" int clone(int (*function)(void *), void *stack, int flags, void *argument, ...) noexcept
 {
     std::va_list list;
