@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "RawClient.h"
+#include "SimulatedNode.h"
+#include "platform/JsonRead.h"
+#include "platform/ProcessMemory.h"
+
+namespace tidewick {
+
+/// Whether this is the body of a usual answer to server_info.
+inline bool isUsual(const QByteArray &body)
+{
+    const auto answer = JsonRead::parseObject(body);
+    return answer && (*answer)[u"result"][u"info"][u"uptime"].isDouble();
+}
+
+/// A node that answers as the scenario says; made, it answers.
+class AnsweringNode : public SimulatedNode
+{
+public:
+    explicit AnsweringNode(const QByteArray &scenario, quint16 number = 0) : SimulatedNode(number)
+    {
+        start("start-delay=0 stop-delay=0 redirect-port=4711 " + scenario);
+        if (!waitUntilOpen())
+            qFatal("The node does not open its port");
+    }
+
+    /// What it answers to a client of its own.
+    HttpAnswer ask(const QByteArray &method = "server_info") const
+    {
+        RawClient client(rpcPort());
+        client.call(method);
+        return client.readAnswer();
+    }
+
+    /// In bytes; -1 where there is no such figure.
+    qint64 peakMemory() const
+    {
+        const auto memory = ProcessMemory::of(id());
+        return memory ? memory->peakFootprint : -1;
+    }
+};
+
+} // namespace tidewick
