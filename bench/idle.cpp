@@ -4,11 +4,10 @@
 // What the application costs beside a bare tray program and a shell loop that poll the same node in
 // the same minute, and how long both programs take from their start to an item in the tray.
 
-#include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
+#include "application/WholeDesktop.h"
 #include "bench/Measure.h"
-#include "support/Surroundings.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -106,16 +105,9 @@ void measureIdle(const SessionBus &bus, const TestBundle &bundle)
 
 int main(int argc, char *argv[])
 {
-    enterPrivateLoopback();
-    const TestHome home;
-    const SessionBus bus;
-    const XServer display;
-    const QCoreApplication application(argc, argv);
-    const DesktopPanel panel;
-    if (!DesktopPanel::waitForHost(bus))
-        qFatal("No tray host came up");
+    const WholeDesktop desktop(argc, argv);
     const TestBundle bundle;
-    measureStart(bus, bundle);
-    measureIdle(bus, bundle);
+    measureStart(desktop.bus(), bundle);
+    measureIdle(desktop.bus(), bundle);
     return 0;
 }

@@ -4,14 +4,11 @@
 // What the whole application costs with the ledger window open and 200 transactions a second,
 // beside a Node.js client of the public xrpl package that subscribes to the same streams.
 
-#include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
+#include "application/WholeDesktop.h"
 #include "application/XWindows.h"
 #include "bench/Measure.h"
-#include "support/Surroundings.h"
-
-#include <QCoreApplication>
 
 #include <csignal>
 
@@ -28,18 +25,11 @@ constexpr int beginning = 20'000;
 
 int main(int argc, char *argv[])
 {
-    enterPrivateLoopback();
-    const TestHome home;
-    const SessionBus bus;
-    const XServer display;
-    const QCoreApplication application(argc, argv);
-    const DesktopPanel panel;
-    if (!DesktopPanel::waitForHost(bus))
-        qFatal("No tray host came up");
+    const WholeDesktop desktop(argc, argv);
     const TestBundle bundle;
 
     LaunchedApplication tidewick(bundle, "state=full txns=800-800 ledger-interval=4");
-    TrayReader reader(bus.connection());
+    TrayReader reader(desktop.bus().connection());
     if (!waitUntil([&] { return reader.findItem(); })
         || !reader.click(QStringLiteral("Live Ledger…"))
         || !waitUntil([] { return isWindowShown(QStringLiteral("Live Ledger")); }))

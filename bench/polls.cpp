@@ -4,13 +4,10 @@
 // What polling costs the application beside the bare tray program, in instructions counted by
 // callgrind: figures that do not depend on how fast the machine is or what else it does.
 
-#include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
-#include "application/TrayReader.h"
+#include "application/WholeDesktop.h"
 #include "bench/Measure.h"
-#include "support/Surroundings.h"
 
-#include <QCoreApplication>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QRegularExpression>
@@ -162,14 +159,7 @@ ChildSpec bareTray()
 
 int main(int argc, char *argv[])
 {
-    enterPrivateLoopback();
-    const TestHome home;
-    const SessionBus bus;
-    const XServer display;
-    const QCoreApplication application(argc, argv);
-    const DesktopPanel panel;
-    if (!DesktopPanel::waitForHost(bus))
-        qFatal("No tray host came up");
+    const WholeDesktop desktop(argc, argv);
     const TestBundle bundle;
     const QTemporaryDir folder;
 

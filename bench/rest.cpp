@@ -3,14 +3,11 @@
 
 // What the application keeps of its windows once they are closed again.
 
-#include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
+#include "application/WholeDesktop.h"
 #include "application/XWindows.h"
 #include "bench/Measure.h"
-#include "support/Surroundings.h"
-
-#include <QCoreApplication>
 
 #include <array>
 #include <csignal>
@@ -59,18 +56,11 @@ void closeAll()
 
 int main(int argc, char *argv[])
 {
-    enterPrivateLoopback();
-    const TestHome home;
-    const SessionBus bus;
-    const XServer display;
-    const QCoreApplication application(argc, argv);
-    const DesktopPanel panel;
-    if (!DesktopPanel::waitForHost(bus))
-        qFatal("No tray host came up");
+    const WholeDesktop desktop(argc, argv);
     const TestBundle bundle;
 
     LaunchedApplication tidewick(bundle, "state=full txns=800-800 ledger-interval=4");
-    TrayReader reader(bus.connection());
+    TrayReader reader(desktop.bus().connection());
     if (!waitUntil([&] { return reader.findItem(); })
         || !waitUntil([&] { return reader.menu().value(0).text == u"Full"; }))
         qFatal("The node does not get in sync");

@@ -3,16 +3,13 @@
 
 // How cost follows work: stores of ever more files, and ever more transactions a second.
 
-#include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
+#include "application/WholeDesktop.h"
 #include "application/XWindows.h"
 #include "bench/Measure.h"
 #include "bench/StoreOfFiles.h"
 #include "node/Probe.h"
-#include "support/Surroundings.h"
-
-#include <QCoreApplication>
 
 #include <csignal>
 
@@ -84,17 +81,9 @@ void measureRates(const SessionBus &bus, const TestBundle &bundle)
 
 int main(int argc, char *argv[])
 {
+    const WholeDesktop desktop(argc, argv);
     measureStores();
-
-    enterPrivateLoopback();
-    const TestHome home;
-    const SessionBus bus;
-    const XServer display;
-    const QCoreApplication application(argc, argv);
-    const DesktopPanel panel;
-    if (!DesktopPanel::waitForHost(bus))
-        qFatal("No tray host came up");
     const TestBundle bundle;
-    measureRates(bus, bundle);
+    measureRates(desktop.bus(), bundle);
     return 0;
 }

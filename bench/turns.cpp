@@ -5,10 +5,9 @@
 // shown: the longest delivery of one event.
 
 #include "DesktopFaces.h"
-#include "application/Desktop.h"
+#include "application/WholeDesktop.h"
 #include "bench/Measure.h"
 #include "support/NodeRig.h"
-#include "support/Surroundings.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -48,14 +47,8 @@ private:
 
 int main(int argc, char *argv[])
 {
-    enterPrivateLoopback();
-    const TestHome home;
-    const SessionBus bus;
-    const XServer display;
-    MeteredApplication application(argc, argv);
-    const DesktopPanel panel;
-    if (!DesktopPanel::waitForHost(bus))
-        qFatal("No tray host came up");
+    WholeDesktop<MeteredApplication> desktop(argc, argv);
+    MeteredApplication &application = desktop.application();
 
     NodeRig rig;
     const DesktopFaces faces(rig.node());
