@@ -7,7 +7,7 @@
 #include "simnode/Store.h"
 #include "support/Processes.h"
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 
 #include <csignal>
 #include <fstream>
@@ -28,7 +28,7 @@ constexpr quint32 oldLedger = 1'000'000;
 /// A choice of the user's, and an odd one, that nothing else would come to.
 constexpr const char *settingName = "roundGrowthMiB";
 constexpr qint64 settingValue = 1537;
-constexpr int orphansMs = 5'000;
+constexpr std::chrono::milliseconds orphansLimit(5'000);
 
 QString setting()
 {
@@ -132,23 +132,25 @@ void FaultRun::expectToldToEnd(WatchedApplication &application)
 
 void FaultRun::expectNothingLeft(const std::set<pid_t> &helpers)
 {
-    QByteArray left;
-    const auto isNothingLeft = [&] {
-        left.clear();
+    const auto left = [&] {
+        std::vector<pid_t> processes;
         for (const pid_t process : offspringOf(::getpid())) {
             if (m_tolerated.contains(process) || helpers.contains(process))
                 continue;
             // Orphans become children of this process, which knows of no other that has ended.
             if (runs(process))
-                left += ' ' + QByteArray::number(process);
+                processes.push_back(process);
         }
-        return left.isEmpty();
+        return processes;
     };
-    QElapsedTimer timer;
-    timer.start();
-    while (!isNothingLeft() && !timer.hasExpired(orphansMs))
-        ::usleep(20'000);
-    expect(left.isEmpty(), "no process is left, unlike" + left);
+    const QDeadlineTimer deadline(orphansLimit);
+    std::vector<pid_t> processes = left();
+    while (!processes.empty() && !deadline.hasExpired()) {
+        waitForEnd(processes.front(), std::chrono::milliseconds(deadline.remainingTime()));
+        processes = left();
+    }
+    for (const pid_t process : processes)
+        expect(false, "no process is left, unlike " + QByteArray::number(process));
 }
 
 void FaultRun::expectDataKept()

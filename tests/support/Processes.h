@@ -3,12 +3,17 @@
 
 #pragma once
 
+#include "platform/Files.h"
+
 #include <chrono>
 #include <cstdint>
 #include <fstream>
 #include <string>
 
+#include <poll.h>
+#include <sys/syscall.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace tidewick {
 
@@ -22,6 +27,16 @@ inline bool runs(pid_t process)
     // The state follows the name, which may contain anything, in parentheses.
     const std::size_t name = line.rfind(") ");
     return name != std::string::npos && line.at(name + 2) != 'Z' && line.at(name + 2) != 'X';
+}
+
+/// Returns when the process, anybody's, has ended, or after so much time. Does not collect it.
+inline void waitForEnd(pid_t process, std::chrono::milliseconds limit)
+{
+    const UniqueDescriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0U)));
+    if (!descriptor)
+        return;
+    pollfd entry{descriptor.get(), POLLIN, 0};
+    ::poll(&entry, 1, static_cast<int>(limit.count()));
 }
 
 /// For how long so far the process, its first thread, was ready to go on while others had the
