@@ -16,6 +16,8 @@
 
 #include <chrono>
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace tidewick {
 

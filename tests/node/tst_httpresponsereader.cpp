@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/HttpResponseReader.h"
-
-#include <QTest>
+#include "support/Surroundings.h"
 
 using namespace tidewick;
 using State = HttpResponseReader::State;
@@ -184,5 +183,5 @@ void TestHttpResponseReader::staysAsItEnded()
     QCOMPARE(broken.end(), State::Broken);
 }
 
-QTEST_GUILESS_MAIN(TestHttpResponseReader)
+TIDEWICK_TEST_MAIN(TestHttpResponseReader)
 #include "tst_httpresponsereader.moc"

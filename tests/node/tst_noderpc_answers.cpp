@@ -9,6 +9,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QNetworkProxy>
 #include <QTcpSocket>
 
 using namespace tidewick;
@@ -177,7 +178,12 @@ void TestNodeRPCAnswers::usesNoProxy()
     const QByteArray address = "http://127.0.0.1:" + QByteArray::number(proxy.port());
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy"})
         qputenv(variable, address);
-    QVERIFY(rpcResult(server.port()));
+    // Which every socket takes that is not told otherwise.
+    QNetworkProxy::setApplicationProxy(
+        QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), proxy.port()));
+    const auto result = rpcResult(server.port());
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+    QVERIFY(result);
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy"})
         qunsetenv(variable);
     QCOMPARE(server.connections(), 1);
