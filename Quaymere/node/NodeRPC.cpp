@@ -10,7 +10,6 @@
 #include <QHostAddress>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkProxy>
 #include <QTcpSocket>
 #include <QTimer>
 
@@ -71,9 +70,9 @@ public:
         m_idle.start(idleLimit);
         m_total.start(totalLimit);
 
-        socket->setProxy(QNetworkProxy::NoProxy);
         // No more than this piles up behind what has been looked at.
         socket->setReadBufferSize(readBufferSize);
+        // Past any proxy, as Qt's sockets go to loopback.
         socket->connectToHost(QHostAddress(QHostAddress::LocalHost), port);
     }
 
