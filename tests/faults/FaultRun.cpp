@@ -22,8 +22,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A rebuild of the store would leave out what was there before.
-constexpr const char *usualScenario = "speed=50 ledger-interval=200 maintenance=waiting ";
 constexpr quint32 oldLedger = 1'000'000;
 /// A choice of the user's, and an odd one, that nothing else would come to.
 constexpr const char *settingName = "roundGrowthMiB";
@@ -75,6 +73,12 @@ FaultRun::~FaultRun()
         ::kill(process, SIGKILL);
 }
 
+QByteArray FaultRun::scenarioWith(const QByteArray &more)
+{
+    // A rebuild of the store would leave out the ledger that was there before.
+    return "speed=50 ledger-interval=200 maintenance=waiting " + more;
+}
+
 WatchedApplication &FaultRun::launch(const QByteArray &scenario,
                                      const ProcessEnvironment &variables)
 {
@@ -99,8 +103,8 @@ WatchedApplication &FaultRun::launchWith(const QByteArray &scenario, ProcessEnvi
 {
     if (isWatched)
         variables.insert({{"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
-    m_applications.push_back(std::make_unique<WatchedApplication>(
-        m_bundle, usualScenario + scenario, variables, isWatched));
+    m_applications.push_back(std::make_unique<WatchedApplication>(m_bundle, scenarioWith(scenario),
+                                                                  variables, isWatched));
     return *m_applications.back();
 }
 
@@ -109,7 +113,7 @@ Outcome FaultRun::smoke(const QByteArray &scenario, const ProcessEnvironment &va
     ChildSpec spec;
     spec.executable = m_bundle.application();
     spec.arguments = {"--smoke"};
-    spec.environment["TIDEWICK_SIMNODE"] = usualScenario + scenario.toStdString();
+    spec.environment["TIDEWICK_SIMNODE"] = scenarioWith(scenario).toStdString();
     for (const auto &[name, value] : variables)
         spec.environment[name] = value;
     return runProgram(std::move(spec));

@@ -42,9 +42,12 @@ public:
 
     const TestBundle &bundle() const { return m_bundle; }
 
-    /// The application where there is no display, its phase watched. The scenario is for its node,
-    /// which runs at fifty times speed and writes little if that says nothing else. Without a bus,
-    /// unless the trial has made one.
+    /// The scenario of a node that runs at fifty times speed, writes little and never rebuilds its
+    /// store, if what is added says nothing else.
+    static QByteArray scenarioWith(const QByteArray &more);
+
+    /// The application where there is no display, its phase watched. The scenario is what is added
+    /// for its node. Without a bus, unless the trial has made one.
     WatchedApplication &launch(const QByteArray &scenario,
                                const ProcessEnvironment &variables = {});
 

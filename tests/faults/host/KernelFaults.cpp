@@ -84,7 +84,7 @@ ChildSpec withDescriptors(const FaultRun &run, int count, const std::string &arg
     spec.executable = "/bin/sh";
     spec.arguments = {"-c", "ulimit -n " + std::to_string(count) + "; exec \"$0\" " + arguments,
                       run.bundle().application()};
-    spec.environment["TIDEWICK_SIMNODE"] = "speed=50 ledger-interval=200 state=full";
+    spec.environment["TIDEWICK_SIMNODE"] = FaultRun::scenarioWith("state=full").toStdString();
     for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY"})
         spec.environment.erase(variable);
     return spec;
