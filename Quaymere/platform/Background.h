@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/Handover.h"
 #include "platform/Task.h"
 
 #include <QCoreApplication>
@@ -19,12 +20,12 @@ QCoro::Task<std::optional<Result>> inBackground(std::function<Result()> work, Ta
     if (token.cancelled())
         co_return std::nullopt;
     const auto done = std::make_shared<OneShot<std::optional<Result>>>();
-    QThreadPool::globalInstance()->start([done, work] {
+    QThreadPool::globalInstance()->start(Handover([done, work] {
         const Result result = work();
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [done, result] { done->resolve(result); },
-            Qt::QueuedConnection);
-    });
+        QMetaObject::invokeMethod(QCoreApplication::instance(),
+                                  Handover([done, result] { done->resolve(result); }),
+                                  Qt::QueuedConnection);
+    }));
     const auto registration = token.onCancel([done] { done->resolve(std::nullopt); });
     co_return co_await *done;
 }

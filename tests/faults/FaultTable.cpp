@@ -4,6 +4,7 @@
 #include "faults/FaultTable.h"
 
 #include "faults/FaultRun.h"
+#include "support/PeakMemory.h"
 #include "support/Surroundings.h"
 
 #include <QCommandLineParser>
@@ -29,10 +30,10 @@ enum Verdict { Holds = 0, Failed = 1, Skipped = 77 };
 
 constexpr const char *rowArgument = "--row";
 /// A row that takes so long has failed, whatever the machine has to do.
-constexpr unsigned rowSeconds = 150;
+constexpr unsigned rowSeconds = 300;
 constexpr unsigned longRowSeconds = 900;
-/// Most of a row's time is spent waiting.
-constexpr std::size_t rowsPerCore = 8;
+/// Most of a row's time is spent waiting, but not where a sanitizer makes all of it slow.
+constexpr std::size_t rowsPerCore = PeakMemory::hasSanitizer ? 3 : 8;
 
 /// The process of one row.
 int tryRow(const Fault &fault, int &argc, char **argv)

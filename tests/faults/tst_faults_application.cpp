@@ -93,13 +93,19 @@ void isLaunchedAgain(FaultRun &run, const Moment &moment)
     const SessionBus bus;
     WatchedApplication &first = launchInto(run, moment);
     const auto node = first.node();
+    // However long the second takes, the first is where it was.
+    if (moment.phase == Phase::Stopping && node)
+        ::kill(*node, SIGSTOP);
     WatchedApplication &second = run.launch("state=full");
     run.expect(second.process().waitForEnd() && second.process().ending()->status == 1
                    && second.output().startsWith("Tidewick is running already"),
                "a word to who launches it, unlike: " + second.output());
     run.saw(second.output().trimmed());
-    if (moment.phase == Phase::Stopping)
+    if (moment.phase == Phase::Stopping) {
+        if (node)
+            ::kill(*node, SIGCONT);
         return;
+    }
     run.expect(first.phase() == moment.phase && first.node() == node, "the first as it was");
     run.expect(first.endsWell(), "it quits");
     expectNodeClosed(run, moment);

@@ -71,7 +71,7 @@ bool NodeRig::awaitsTheClock() const
 
 bool NodeRig::poll(const std::function<bool()> &condition, std::chrono::milliseconds fakeStep)
 {
-    constexpr qint64 ampleMs = 30'000;
+    constexpr qint64 ampleMs = 60'000;
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {
