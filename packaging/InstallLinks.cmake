@@ -44,7 +44,10 @@ install_text("${bundle}/Contents/Resources" build-info
     "${text}xrpld_kind=linked\nxrpld_path=${node}\n")
 
 set(TIDEWICK_COMMAND "${CMAKE_INSTALL_PREFIX}/bin/quaymere")
-foreach(template share/dbus-1/services/org.tidewick.Tidewick lib/systemd/user/tidewick)
+foreach(template
+        share/dbus-1/services/org.tidewick.Tidewick
+        lib/systemd/user/app-org.tidewick.Tidewick
+        lib/systemd/user/tidewick)
     cmake_path(GET template PARENT_PATH folder)
     cmake_path(GET template FILENAME name)
     file(READ "${CMAKE_CURRENT_LIST_DIR}/${name}.service.in" text)

@@ -22,7 +22,8 @@ private slots:
     void desktopEntries();
     void metainfo();
     void manualPage();
-    void userUnit();
+    void userUnits_data();
+    void userUnits();
     void serviceIsNamedAsTheEntry();
 
     void manualPageTellsEachOption();
@@ -96,24 +97,33 @@ void TestInstalledFiles::manualPage()
     QVERIFY(!outcome.signaled && outcome.status < 2);
 }
 
-void TestInstalledFiles::userUnit()
+void TestInstalledFiles::userUnits_data()
 {
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"tidewick.service", "app-org.tidewick.Tidewick.service"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestInstalledFiles::userUnits()
+{
+    QFETCH(QString, name);
     const TemporaryFolder folder;
-    QByteArray unit = contentOf(packaging / "tidewick.service.in");
+    QByteArray unit = contentOf(packaging / (name.toStdString() + ".in"));
     unit.replace("@TIDEWICK_COMMAND@", TIDEWICK_QUAYMERE_PATH);
-    const fs::path file = folder.path() / "tidewick.service";
+    const fs::path file = folder.path() / name.toStdString();
     writeFile(file, unit);
     QVERIFY(isContent({"systemd-analyze", "verify", "--user", "--man=no", file},
                       {{"XDG_RUNTIME_DIR", folder.path()}}));
 }
 
-/// Or the bus would not find the program that the entry stands for.
+/// Or the bus would not find the program that the entry stands for, nor its unit.
 void TestInstalledFiles::serviceIsNamedAsTheEntry()
 {
     QVERIFY(
         contentOf(packaging / "org.tidewick.Tidewick.desktop").contains("DBusActivatable=true"));
-    QVERIFY(contentOf(packaging / "org.tidewick.Tidewick.service.in")
-                .contains("Name=org.tidewick.Tidewick\n"));
+    const QByteArray service = contentOf(packaging / "org.tidewick.Tidewick.service.in");
+    QVERIFY(service.contains("Name=org.tidewick.Tidewick\n"));
+    QVERIFY(service.contains("SystemdService=app-org.tidewick.Tidewick.service\n"));
 }
 
 void TestInstalledFiles::manualPageTellsEachOption()

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "package/UserManager.h"
+
+#include "package/Tool.h"
+
+#include <csignal>
+
+#include <unistd.h>
+
+namespace tidewick {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Of all hierarchies that processes are kept in by name; nothing where none can be made.
+std::vector<fs::path> makeControlGroups()
+{
+    static int number = 0;
+    const std::string name =
+        "tidewick-test-" + std::to_string(::getpid()) + '-' + std::to_string(++number);
+    std::vector<fs::path> groups;
+    for (const char *hierarchy :
+         {"/sys/fs/cgroup", "/sys/fs/cgroup/unified", "/sys/fs/cgroup/systemd"}) {
+        if (!fs::exists(fs::path(hierarchy) / "cgroup.procs"))
+            continue;
+        const fs::path group = fs::path(hierarchy) / name;
+        std::error_code error;
+        if (fs::create_directory(group, error))
+            groups.push_back(group);
+    }
+    return groups;
+}
+
+/// False while a process is left in it.
+bool removeControlGroup(const fs::path &group)
+{
+    std::error_code error;
+    for (const auto &entry : fs::directory_iterator(group, error)) {
+        if (entry.is_directory() && !entry.is_symlink())
+            removeControlGroup(entry.path());
+    }
+    return fs::remove(group, error);
+}
+
+/// What comes first is the manager's own shell; it becomes the manager.
+constexpr const char *becomeManager = R"(
+    mount -t tmpfs none /run
+    mkdir -p /run/systemd/system
+    for group in "$@"; do
+        echo $$ >"$group/cgroup.procs"
+    done
+    exec /lib/systemd/systemd --user --log-target=null)";
+
+} // namespace
+
+UserManager::UserManager() : m_controlGroups(makeControlGroups())
+{
+    ChildSpec spec;
+    spec.executable = "/usr/bin/unshare";
+    spec.arguments = {"--mount", "sh", "-euc", becomeManager, "sh"};
+    for (const fs::path &group : m_controlGroups)
+        spec.arguments.push_back(group);
+    spec.environment["XDG_RUNTIME_DIR"] = m_runtime.path();
+    for (const char *variable : {"DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY"})
+        spec.environment.erase(variable);
+    if (!m_controlGroups.empty())
+        m_manager = std::make_unique<Beside>(std::move(spec));
+}
+
+UserManager::~UserManager()
+{
+    if (m_manager) {
+        m_manager->send(SIGTERM);
+        m_manager->waitForEnd();
+        m_manager.reset();
+    }
+    for (const fs::path &group : m_controlGroups) {
+        if (!waitUntil([&] { return removeControlGroup(group); }))
+            qWarning("Processes are left in %s", group.c_str());
+    }
+}
+
+bool UserManager::comesUp()
+{
+    return waitUntil(
+        [this] { return isRefused() || property("default.target", "ActiveState") == "active"; });
+}
+
+bool UserManager::control(std::vector<std::string> arguments) const
+{
+    arguments.insert(arguments.begin(), {"systemctl", "--user", "--quiet"});
+    const Outcome outcome =
+        runTool(std::move(arguments), {{"XDG_RUNTIME_DIR", m_runtime.path().string()}});
+    if (!outcome.error.isEmpty())
+        qWarning("%s", outcome.error.constData());
+    return !outcome.signaled && outcome.status == 0;
+}
+
+QByteArray UserManager::property(const std::string &unit, const std::string &name) const
+{
+    return runTool({"systemctl", "--user", "show", "--value", "--property=" + name, unit},
+                   {{"XDG_RUNTIME_DIR", m_runtime.path().string()}})
+        .output.trimmed();
+}
+
+QString UserManager::busAddress() const
+{
+    return QString::fromStdString("unix:path=" + (m_runtime.path() / "bus").string());
+}
+
+fs::path UserManager::units()
+{
+    return fs::path(qgetenv("XDG_CONFIG_HOME").toStdString()) / "systemd/user";
+}
+
+} // namespace tidewick

@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "application/LaunchedApplication.h"
+#include "package/UserManager.h"
+#include "support/Surroundings.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+
+#include <csignal>
+#include <optional>
+
+using namespace tidewick;
+
+namespace fs = std::filesystem;
+
+/// Tidewick under a user's real service manager, in the three ways in which one starts it.
+/// Whichever it was, its node is told to end by Tidewick alone, and has the time to close its
+/// store.
+class TestUserUnits : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void serviceIsEnabledAndStopped();
+    void serviceStartsAgainAfterAFailure();
+    void serviceStaysDownWhereAnotherRuns();
+    void autostartedHasItsTime();
+    void startedByTheBusOutlivesIt();
+    void endsWithTheManager();
+
+private:
+    /// With this scenario for the nodes.
+    void startManager(const char *scenario);
+    bool startsNode(const char *unit) const;
+    bool isStopped(const char *unit) const;
+
+    TestBundle m_bundle;
+    std::optional<UserManager> m_manager;
+};
+
+namespace {
+
+const fs::path packaging = fs::path(TIDEWICK_SOURCE) / "packaging";
+constexpr const char *service = "tidewick.service";
+constexpr const char *autostarted = "app-org.tidewick.Tidewick@autostart.service";
+constexpr const char *activated = "app-org.tidewick.Tidewick.service";
+const QString busName = QStringLiteral("org.tidewick.Tidewick");
+
+/// By the second question Tidewick has the answer to the first: before that it sends a signal.
+bool nodeHasAnswered()
+{
+    return waitUntil([] { return LaunchedApplication::noted("server_info") >= 2; });
+}
+
+/// Told by a command, not by a signal.
+bool nodeHasClosed()
+{
+    return LaunchedApplication::noted("Done.") == 1
+           && LaunchedApplication::noted("RPCHandler:NFO stop") == 1
+           && LaunchedApplication::noted("signal 15") == 0;
+}
+
+void install(const char *from, const fs::path &to, const QByteArray &command)
+{
+    QByteArray text = contentOf(packaging / from);
+    text.replace("@TIDEWICK_COMMAND@", command);
+    text.replace("TryExec=quaymere\n", "");
+    text.replace("Exec=quaymere\n", "Exec=" + command + "\n");
+    fs::create_directories(to.parent_path());
+    writeFile(to, text);
+}
+
+} // namespace
+
+void TestUserUnits::initTestCase()
+{
+    const QByteArray command = QByteArray::fromStdString(m_bundle.application().string());
+    const fs::path config = qgetenv("XDG_CONFIG_HOME").toStdString();
+    const fs::path data = qgetenv("XDG_DATA_HOME").toStdString();
+    install("tidewick.service.in", UserManager::units() / service, command);
+    install("app-org.tidewick.Tidewick.service.in", UserManager::units() / activated, command);
+    install("autostart.conf",
+            UserManager::units() / (std::string(autostarted) + ".d") / "tidewick.conf", command);
+    install("autostart.desktop", config / "autostart/org.tidewick.Tidewick.desktop", command);
+    install("org.tidewick.Tidewick.service.in",
+            data / "dbus-1/services/org.tidewick.Tidewick.service", command);
+}
+
+void TestUserUnits::init()
+{
+    startManager("speed=20 state=full");
+}
+
+void TestUserUnits::cleanup()
+{
+    m_manager.reset();
+    fs::remove_all(applicationData());
+}
+
+void TestUserUnits::startManager(const char *scenario)
+{
+    m_manager.reset();
+    qputenv("TIDEWICK_SIMNODE", scenario);
+    m_manager.emplace();
+    QVERIFY(m_manager->comesUp());
+    if (m_manager->isRefused())
+        QSKIP("No service manager can be had here: it takes root and a control group");
+}
+
+bool TestUserUnits::startsNode(const char *unit) const
+{
+    return m_manager->control({"start", unit}) && nodeHasAnswered();
+}
+
+bool TestUserUnits::isStopped(const char *unit) const
+{
+    return m_manager->property(unit, "ActiveState") == "inactive"
+           && m_manager->property(unit, "Result") == "success";
+}
+
+void TestUserUnits::serviceIsEnabledAndStopped()
+{
+    QVERIFY(m_manager->control({"enable", "--now", service}));
+    QVERIFY(fs::is_symlink(UserManager::units() / "default.target.wants" / service));
+    QVERIFY(startsNode(service));
+    QVERIFY(m_manager->control({"disable", "--now", service}));
+    QVERIFY(isStopped(service));
+    QVERIFY(nodeHasClosed());
+}
+
+void TestUserUnits::serviceStartsAgainAfterAFailure()
+{
+    QVERIFY(startsNode(service));
+    ::kill(m_manager->property(service, "MainPID").toInt(), SIGKILL);
+    QVERIFY(waitUntil([&] { return m_manager->property(service, "SubState") == "auto-restart"; }));
+    QVERIFY(waitUntil([] { return LaunchedApplication::noted("Done.") == 1; }));
+    QCOMPARE(LaunchedApplication::noted("signal 15"), 1);
+    QVERIFY(m_manager->control({"stop", service}));
+}
+
+void TestUserUnits::serviceStaysDownWhereAnotherRuns()
+{
+    QVERIFY(startsNode(activated));
+    QVERIFY(m_manager->control({"start", service}));
+    QVERIFY(waitUntil([&] { return m_manager->property(service, "ActiveState") != "active"; }));
+    QVERIFY(m_manager->property(service, "SubState") != "auto-restart");
+    QCOMPARE(m_manager->property(activated, "ActiveState"), QByteArray("active"));
+    QCOMPARE(LaunchedApplication::noted("Application starting"), 1);
+}
+
+/// Without our word to it, the manager kills what it has started so after 5 s.
+void TestUserUnits::autostartedHasItsTime()
+{
+    startManager("speed=20 state=full stop-delay=7");
+    QVERIFY(startsNode(autostarted));
+    QVERIFY(m_manager->control({"stop", autostarted}));
+    QVERIFY(isStopped(autostarted));
+    QVERIFY(nodeHasClosed());
+}
+
+void TestUserUnits::startedByTheBusOutlivesIt()
+{
+    {
+        const QDBusConnection bus =
+            QDBusConnection::connectToBus(m_manager->busAddress(), QStringLiteral("units"));
+        QVERIFY(bus.isConnected());
+        QVERIFY(bus.interface()->startService(busName).isValid());
+        QDBusConnection::disconnectFromBus(QStringLiteral("units"));
+    }
+    QCOMPARE(m_manager->property(activated, "ActiveState"), QByteArray("active"));
+    QVERIFY(nodeHasAnswered());
+    QVERIFY(m_manager->control({"stop", "dbus.service", "dbus.socket"}));
+    const qsizetype polls = LaunchedApplication::noted("server_info");
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") >= polls + 2; }));
+    QVERIFY(m_manager->control({"stop", activated}));
+    QVERIFY(isStopped(activated));
+    QVERIFY(nodeHasClosed());
+}
+
+void TestUserUnits::endsWithTheManager()
+{
+    QVERIFY(startsNode(activated));
+    m_manager.reset();
+    QVERIFY2(nodeHasClosed(), LaunchedApplication::debugLog().right(1000));
+}
+
+TIDEWICK_LOOPBACK_TEST_MAIN(TestUserUnits)
+#include "tst_userunits.moc"
