@@ -273,8 +273,9 @@ void TestLifecycle::launchWhileQuitting()
 {
     const SessionBus bus;
     const XServer display;
-    const auto first = launch("listen=no stop-delay=3");
+    const auto first = launch("listen=no sigterm=ignore");
     QVERIFY(waitUntil([&] { return LaunchedApplication::noted("Application starting") > 0; }));
+    const pid_t node = *first->node();
     first->process().send(SIGTERM);
     QVERIFY(waitUntil([&] { return LaunchedApplication::noted("signal 15") > 0; }));
     const auto second = launch("listen=no");
@@ -282,6 +283,7 @@ void TestLifecycle::launchWhileQuitting()
     QCOMPARE(second->output(),
              "Tidewick is running already, but did not come forward: it is quitting\n");
     QCOMPARE(second->process().ending()->status, 1);
+    ::kill(node, SIGKILL);
     QVERIFY(first->process().waitForEnd());
     QCOMPARE(first->process().ending()->status, 0);
 }

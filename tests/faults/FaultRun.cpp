@@ -26,7 +26,6 @@ constexpr quint32 oldLedger = 1'000'000;
 /// A choice of the user's, and an odd one, that nothing else would come to.
 constexpr const char *settingName = "roundGrowthMiB";
 constexpr qint64 settingValue = 1537;
-constexpr std::chrono::milliseconds orphansLimit(5'000);
 
 QString setting()
 {
@@ -126,6 +125,18 @@ bool FaultRun::expect(bool holds, const QByteArray &what)
     return holds;
 }
 
+bool FaultRun::expectNoted(const QByteArray &event)
+{
+    return expect(WatchedApplication::waitForNote(event), '"' + event + "\" in the node's log");
+}
+
+bool FaultRun::expectPolls(qsizetype times)
+{
+    const qsizetype before = LaunchedApplication::noted("server_info");
+    return expect(WatchedApplication::waitForNote("server_info", before + times),
+                  "the polls go on");
+}
+
 void FaultRun::expectToldToEnd(WatchedApplication &application)
 {
     if (!application.hasEnded())
@@ -147,7 +158,7 @@ void FaultRun::expectNothingLeft(const std::set<pid_t> &helpers)
         }
         return processes;
     };
-    const QDeadlineTimer deadline(orphansLimit);
+    const QDeadlineTimer deadline(aloneLimit);
     std::vector<pid_t> processes = left();
     while (!processes.empty() && !deadline.hasExpired()) {
         waitForEnd(processes.front(), std::chrono::milliseconds(deadline.remainingTime()));

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "faults/WatchedApplication.h"
+#include "support/PeakMemory.h"
 #include "support/RunProgram.h"
 #include "support/TestBundle.h"
 
@@ -14,6 +15,9 @@
 #include <vector>
 
 namespace tidewick {
+
+/// How long a node may be there after its program was killed. A sanitizer makes both slow.
+constexpr std::chrono::milliseconds aloneLimit(PeakMemory::hasSanitizer ? 30'000 : 5'000);
 
 /// The trial of one fault, in a process of its own: what it runs is this process's offspring,
 /// orphans included. It begins with a choice in the settings and a ledger in the node's store.
@@ -65,6 +69,10 @@ public:
     void saw(const QByteArray &what) { m_seen += what; }
     /// Notes what should have happened if it has not, and answers whether it has.
     bool expect(bool holds, const QByteArray &what);
+    /// Expects that the node notes an event in its own log, for which it waits.
+    bool expectNoted(const QByteArray &event);
+    /// Expects that the node is asked so many times more.
+    bool expectPolls(qsizetype times = 2);
     /// The fault cannot be brought about on this machine; the row then has no verdict.
     void skip(const QByteArray &why) { m_skipped = why; }
 

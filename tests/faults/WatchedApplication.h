@@ -38,11 +38,11 @@ public:
     QByteArray lastLine() const { return m_line; }
 
     /// Waits until it is in this phase.
-    bool reaches(Phase phase);
+    [[nodiscard]] bool reaches(Phase phase);
     /// Whether it stays in this phase for so long.
-    bool stays(Phase phase, std::chrono::milliseconds time);
+    [[nodiscard]] bool stays(Phase phase, std::chrono::milliseconds time);
     /// Waits for what its node notes in its own log.
-    static bool waitForNote(const QByteArray &event, qsizetype times = 1);
+    [[nodiscard]] static bool waitForNote(const QByteArray &event, qsizetype times = 1);
 
     /// Sends it a signal. Those that tell it to end are known to do so.
     void send(int signalNumber);

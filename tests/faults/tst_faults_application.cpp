@@ -38,11 +38,11 @@ WatchedApplication &launchInto(FaultRun &run, const Moment &moment)
     WatchedApplication &application = run.launch(moment.scenario);
     // Before that, the node would die of the signal that stops it.
     if (moment.phase != Phase::Error)
-        WatchedApplication::waitForNote("Application starting");
+        run.expectNoted("Application starting");
     if (moment.phase == Phase::Stopping) {
         run.expect(application.reaches(Phase::Full), "Full");
         application.send(SIGTERM);
-        WatchedApplication::waitForNote("Server stopping");
+        run.expectNoted("Server stopping");
     }
     run.expect(application.reaches(moment.phase), "the phase, unlike: " + application.lastLine());
     return application;
@@ -70,7 +70,7 @@ void expectNodeGone(FaultRun &run, pid_t node)
 {
     QElapsedTimer timer;
     timer.start();
-    run.expect(waitUntil([&] { return !runs(node); }) && !timer.hasExpired(5000),
+    run.expect(waitUntil([&] { return !runs(node); }) && !timer.hasExpired(aloneLimit.count()),
                "no node after 5 s");
     run.saw("no node after " + QByteArray::number(timer.elapsed()) + " ms");
 }
@@ -172,10 +172,12 @@ void smokeIsKilled(FaultRun &run)
 void losesItsWatch(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull();
+    int killed = 0;
     for (const pid_t process : offspringOf(::getpid())) {
         if (process != application.id() && process != application.node())
-            ::kill(process, SIGKILL);
+            killed += ::kill(process, SIGKILL) == 0 ? 1 : 0;
     }
+    run.expect(killed == 1, "one watch, unlike " + QByteArray::number(killed));
     run.expect(application.stays(Phase::Full, 3s), "Full all along");
     run.expect(application.endsWell(), "it quits");
     run.saw(application.lastLine());
@@ -197,7 +199,7 @@ void losesItsDisplay(FaultRun &run)
 {
     auto display = std::make_unique<XServer>();
     WatchedApplication &application = run.launchOnDesktop("state=full");
-    WatchedApplication::waitForNote("server_info");
+    run.expectNoted("server_info");
     const auto node = application.node();
     display->process().send(SIGKILL);
     run.expect(application.process().waitForEnd(), "its end");
@@ -212,8 +214,7 @@ void losesTheBus(FaultRun &run)
     WatchedApplication &application = run.launchInFull();
     bus.process().send(SIGKILL);
     run.expect(bus.process().waitForEnd(), "the end of the bus");
-    const qsizetype polls = LaunchedApplication::noted("server_info");
-    WatchedApplication::waitForNote("server_info", polls + 2);
+    run.expectPolls();
     run.expect(application.phase() == Phase::Full, "Full all along");
     run.expect(application.endsWell(), "it quits");
     run.saw(application.lastLine());
@@ -233,8 +234,7 @@ void hasABusThatHangs(FaultRun &run)
     SessionBus bus;
     WatchedApplication &application = run.launchInFull();
     bus.process().send(SIGSTOP);
-    const qsizetype polls = LaunchedApplication::noted("server_info");
-    WatchedApplication::waitForNote("server_info", polls + 2);
+    run.expectPolls();
     run.expect(application.phase() == Phase::Full, "Full all along");
     run.expect(application.endsWell(), "it quits");
     run.saw(application.lastLine());

@@ -66,7 +66,7 @@ void endsBeforeListening(FaultRun &run, const Ending &ending)
 void endsWhileStarting(FaultRun &run, const Ending &ending)
 {
     WatchedApplication &application = run.launch("listen=no when=usr1 " + ending.scenario);
-    WatchedApplication::waitForNote("Application starting");
+    run.expectNoted("Application starting");
     run.expect(application.reaches(Phase::Starting), "Starting");
     signalNode(run, application, SIGUSR1);
     expectError(run, application, ending.told);
@@ -129,7 +129,7 @@ void ignoresTheCommand(FaultRun &run)
 void ignoresEverything(FaultRun &run, const QByteArray &scenario, qsizetype signalsSeen)
 {
     WatchedApplication &application = run.launch(scenario);
-    WatchedApplication::waitForNote("Application starting");
+    run.expectNoted("Application starting");
     if (scenario.contains("state=full"))
         run.expect(application.reaches(Phase::Full), "Full");
     QElapsedTimer timer;
@@ -207,24 +207,26 @@ void haltedInFull(FaultRun &run)
         return;
     ::kill(*node, SIGSTOP);
     run.expect(waitUntil([&] { return isHalted(*node); }), "the node is halted");
-    const qsizetype polls = LaunchedApplication::noted("server_info");
     // Long enough for a question that stays open, and the next.
     run.expect(application.stays(Phase::Full, 7s) && application.node() == node, "still Full");
     ::kill(*node, SIGCONT);
-    run.expect(WatchedApplication::waitForNote("server_info", polls + 2), "polled again");
+    run.expectPolls();
     run.saw(application.lastLine());
 }
 
 void haltedWhileStopping(FaultRun &run)
 {
-    WatchedApplication &application = run.launchInFull("stop-delay=1");
+    WatchedApplication &application = run.launchInFull("stop=hang");
     const auto node = application.node();
+    if (!run.expect(node.has_value(), "there is a node"))
+        return;
     application.send(SIGTERM);
-    WatchedApplication::waitForNote("Server stopping");
-    signalNode(run, application, SIGSTOP);
+    run.expectNoted("RPCHandler:NFO stop");
+    ::kill(*node, SIGSTOP);
     run.expect(waitUntil([&] { return isHalted(*node); }), "the node is halted");
     run.expect(application.reaches(Phase::Stopping), "Stopping");
     ::kill(*node, SIGCONT);
+    ::kill(*node, SIGTERM);
     run.expect(application.process().waitForEnd() && application.process().ending()->status == 0,
                "it quits");
     run.saw(application.lastLine());

@@ -64,15 +64,14 @@ void expectLittleMemory(FaultRun &run, WatchedApplication &application, qint64 b
     run.saw("grown by " + QByteArray::number(grown / 1024) + " KiB at most");
 }
 
-/// Waits until the node has been asked twice more, if it takes note of that at all.
-void waitForQuestions(WatchedApplication &application, const Misbehaviour &misbehaviour,
-                      Phase phase)
+/// The node is asked twice more, whether it takes note of that or not.
+void expectQuestions(FaultRun &run, WatchedApplication &application,
+                     const Misbehaviour &misbehaviour, Phase phase)
 {
-    const qsizetype before = LaunchedApplication::noted("server_info");
     if (misbehaviour.kind == "unread")
-        application.stays(phase, 7s);
+        run.expect(application.stays(phase, 7s), "the phase as it was");
     else
-        WatchedApplication::waitForNote("server_info", before + 2);
+        run.expectPolls();
 }
 
 void misbehavesFromTheBeginning(FaultRun &run, const Misbehaviour &misbehaviour)
@@ -80,7 +79,7 @@ void misbehavesFromTheBeginning(FaultRun &run, const Misbehaviour &misbehaviour)
     WatchedApplication &application = run.launch("state=full rpc=" + misbehaviour.kind);
     run.expect(application.reaches(misbehaviour.phase), "the phase");
     const auto before = ProcessMemory::of(application.id());
-    waitForQuestions(application, misbehaviour, misbehaviour.phase);
+    expectQuestions(run, application, misbehaviour, misbehaviour.phase);
     run.expect(application.phase() == misbehaviour.phase,
                "the phase, unlike: " + application.lastLine());
     run.saw(application.lastLine());
@@ -96,7 +95,7 @@ void misbehavesInFull(FaultRun &run, const Misbehaviour &misbehaviour)
     if (!run.expect(before && node, "there is a node"))
         return;
     ::kill(*node, SIGUSR1);
-    waitForQuestions(application, misbehaviour, Phase::Full);
+    expectQuestions(run, application, misbehaviour, Phase::Full);
     if (misbehaviour.later == Phase::Full)
         run.expect(application.phase() == Phase::Full, "Full, unlike: " + application.lastLine());
     else
@@ -111,7 +110,7 @@ void misbehavesInFull(FaultRun &run, const Misbehaviour &misbehaviour)
 void refuses(FaultRun &run)
 {
     WatchedApplication &application = run.launch("listen=no");
-    WatchedApplication::waitForNote("Application starting");
+    run.expectNoted("Application starting");
     run.expect(application.reaches(Phase::Starting) && application.stays(Phase::Starting, 5s),
                "Starting");
     run.expect(application.endsWell(), "it quits");

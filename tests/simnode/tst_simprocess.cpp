@@ -218,11 +218,14 @@ void TestSimProcess::refusesConnectionsAtFirst()
     QElapsedTimer timer;
     timer.start();
     node.start();
-    QVERIFY(node.waitForLog("SIMULATED"));
-    QCOMPARE(RawClient(node.rpcPort()).state(), RawClient::State::Refused);
     QVERIFY(node.waitUntilOpen());
     QVERIFY(timer.elapsed() >= 650);
     QCOMPARE(RawClient(node.streamPort()).state(), RawClient::State::Open);
+
+    SimulatedNode later(1);
+    later.start("start-delay=60");
+    QVERIFY(later.waitForLog("SIMULATED"));
+    QCOMPARE(RawClient(later.rpcPort()).state(), RawClient::State::Refused);
 }
 
 void TestSimProcess::neverListens()

@@ -117,6 +117,7 @@ private slots:
     void tellsOnlyWhatWasAskedFor();
     void unsubscribes();
     void waitsForTheFirstValidatedLedger();
+    void tellsOfTheFirstValidatedLedger();
     void answersCommands();
     void refusesOddRequests();
     void closesOnStop();
@@ -244,8 +245,7 @@ void TestSimStream::unsubscribes()
 
 void TestSimStream::waitsForTheFirstValidatedLedger()
 {
-    // In sync after two and a half seconds.
-    start("speed=10 txns=1-2");
+    start("state=syncing txns=1-2");
     Client client(*m_node);
     const QJsonObject answer = client.subscribe({"ledger", "transactions"});
     QCOMPARE(answer[u"status"].toString(), QStringLiteral("success"));
@@ -256,6 +256,13 @@ void TestSimStream::waitsForTheFirstValidatedLedger()
                  .toString(),
              QStringLiteral("lgrNotFound"));
     QCOMPARE(client.countOf("ledgerClosed"), 0);
+}
+
+void TestSimStream::tellsOfTheFirstValidatedLedger()
+{
+    start("speed=10 txns=1-2");
+    Client client(*m_node);
+    client.subscribe({"ledger", "transactions"});
     QVERIFY(client.waitForLedgers(1));
 }
 

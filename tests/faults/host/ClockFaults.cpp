@@ -63,8 +63,7 @@ void tryTurned(FaultRun &run, std::chrono::seconds turn)
     run.expect(application.reaches(Phase::Full), "Full");
     writeFile(file, QByteArray::number(qint64{turn.count()}));
     run.expect(yearTold(variables) != before, "another year");
-    const qsizetype polls = LaunchedApplication::noted("server_info");
-    run.expect(WatchedApplication::waitForNote("server_info", polls + 6), "the polls go on");
+    run.expectPolls(6);
     run.expect(application.reaches(Phase::Full), "Full all the time");
     run.expect(application.endsWell(), "the application ends with 0");
     run.expect(run.smoke("state=full", variables).status == 0, "--smoke gives 0");

@@ -179,8 +179,7 @@ void tryExhausted(FaultRun &run)
     setDescriptors(application.id(), openDescriptors(application.id()));
     run.expect(application.stays(Phase::Full, 5s), "Full without descriptors");
     setDescriptors(application.id(), 256);
-    const qsizetype polls = LaunchedApplication::noted("server_info");
-    run.expect(WatchedApplication::waitForNote("server_info", polls + 2), "the polls go on");
+    run.expectPolls();
     run.expect(application.phase() == Phase::Full, "Full");
     run.saw("Full all the time, polls go on afterwards");
 }

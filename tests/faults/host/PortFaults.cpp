@@ -31,8 +31,8 @@ void takeBeforeTheStart(FaultRun &run, quint16 port)
     run.expect(runTool(run, {"--render-config", "-"}).status == 0, "--render-config gives 0");
 }
 
-/// The node finds the port taken when it opens it, two seconds after its start.
-const QByteArray slowNode = "state=full start-delay=2";
+/// The node finds the port taken when it opens it, five seconds after its start.
+const QByteArray slowNode = "state=full start-delay=5";
 const QByteArray refusal = "The node exited unexpectedly (exit status 255)";
 
 void takeUnderTheApplication(FaultRun &run, quint16 port)
