@@ -19,7 +19,6 @@
 #include <QLoggingCategory>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <QUuid>
 
 #include <chrono>
 
@@ -132,16 +131,10 @@ Scene makeScene(const Mode::Snapshot &mode, NodeController &node)
     case Mode::Snapshot::Window::Ledger:
         return makeLedger(mode.theme);
     case Mode::Snapshot::Window::About:
-        return {whole(std::make_unique<AboutWindow>(node), mode.theme), 500ms, nullptr};
+        return {whole(std::make_unique<AboutWindow>(node, Bundle::main().version()), mode.theme),
+                500ms, nullptr};
     }
     Q_UNREACHABLE();
-}
-
-/// For the controller to have one; it is never started, so nothing is written there.
-std::filesystem::path dataDirectory()
-{
-    const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    return Folders::temporary() / ("quaymere-snapshot-" + unique.toStdString());
 }
 
 void settle(std::chrono::milliseconds time)
@@ -188,18 +181,22 @@ bool save(QWidget &window, const std::filesystem::path &path)
 } // namespace
 
 int run(const Mode::Snapshot &mode, char **argv)
-{
+try {
     if (!Descriptors::suffice())
         return EXIT_FAILURE;
     int argc = 1; // the rest is not for Qt to read
     const auto application = makeApplication(argc, argv);
-    NodeController node(dataDirectory());
+    // It is never started, so nothing is written there.
+    NodeController node(Folders::newTemporary("quaymere-snapshot-"));
     const Scene scene = makeScene(mode, node);
     scene.window->show();
     settle(scene.settling);
     if (save(*scene.window, mode.png))
         return EXIT_SUCCESS;
     StandardStreams::printError("cannot write " + mode.png + '\n');
+    return EXIT_FAILURE;
+} catch (const FileError &error) {
+    StandardStreams::printError(std::string(error.what()) + '\n');
     return EXIT_FAILURE;
 }
 

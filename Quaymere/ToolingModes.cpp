@@ -14,7 +14,6 @@
 #include "platform/StandardStreams.h"
 
 #include <QCoreApplication>
-#include <QUuid>
 
 #include <csignal>
 
@@ -24,10 +23,8 @@ namespace {
 
 std::filesystem::path renderTarget(const std::string &operand)
 {
-    if (operand != "-")
-        return Folders::fromOperand(operand);
-    const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
-    return Folders::temporary() / ("quaymere-render-" + unique.toStdString());
+    return operand == "-" ? Folders::newTemporary("quaymere-render-")
+                          : Folders::fromOperand(operand);
 }
 
 int printResult(const std::string &line)

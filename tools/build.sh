@@ -64,6 +64,11 @@ tests_at_a_time() {
 # asks; silent when it goes well, but for a word to who waits for the first one.
 build() {
     local log
+    if [[ -n ${TIDEWICK_XRPLD:-} ]]; then
+        [[ -x $TIDEWICK_XRPLD && -f $TIDEWICK_XRPLD ]] \
+            || fail "TIDEWICK_XRPLD names '$TIDEWICK_XRPLD', which is no executable file"
+        TIDEWICK_XRPLD=$(readlink -f -- "$TIDEWICK_XRPLD")
+    fi
     [[ -f $root/build/build.ninja ]] || say "tidewick: building; the first time takes some minutes"
     mkdir -p "$root/build"
     {

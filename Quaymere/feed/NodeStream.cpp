@@ -5,7 +5,6 @@
 
 #include "platform/NodePorts.h"
 
-#include <QNetworkProxy>
 #include <QTcpSocket>
 #include <QUrl>
 
@@ -26,7 +25,6 @@ constexpr qint64 largestBacklog = 1024LL * 1024;
 
 NodeStream::NodeStream(std::chrono::milliseconds handshakeLimit)
 {
-    m_socket.setProxy(QNetworkProxy::NoProxy);
     m_socket.setMaxAllowedIncomingMessageSize(largestMessage);
     m_socket.setMaxAllowedIncomingFrameSize(largestMessage);
     m_socket.setReadBufferSize(readBuffer);

@@ -82,9 +82,9 @@ void NodeController::start()
     }
 
     const QPointer<NodeController> alive(this);
-    const bool started = m_child != nullptr;
+    const bool refused = !m_child && !m_startBlocked;
     publish(next, qUtf8Printable(next.detail));
-    if (alive && !started)
+    if (alive && refused)
         emit endedOnItsOwn(next.phase, next.detail);
 }
 

@@ -97,8 +97,9 @@ signals:
     /// give any command, and may destroy the controller.
     void statusChanged();
 
-    /// A node that nobody asked to stop has ended, or has been stopped at a limit, or was not
-    /// started when that was asked for. The phase it came to and one line that says why.
+    /// A node that nobody asked to stop has ended, or has been stopped at a limit, or could not be
+    /// started when that was asked for, unless setStartBlocked has it wait. The phase it came to
+    /// and one line that says why.
     void endedOnItsOwn(tidewick::Phase phase, const QString &why);
 
     /// The node has ended after setTerminateWhenStopped, all waiters being resumed.

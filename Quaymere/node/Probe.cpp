@@ -5,7 +5,6 @@
 
 #include "platform/Files.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <memory>
@@ -25,20 +24,6 @@ namespace tidewick::Probe {
 
 namespace {
 
-/// Waits until the socket can be written to. False on time-out or error.
-bool becomesWritable(int socket, std::chrono::milliseconds timeout)
-{
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point deadline = Clock::now() + timeout;
-    while (true) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-        pollfd entry{socket, POLLOUT, 0};
-        const int ready = ::poll(&entry, 1, static_cast<int>(std::max<qint64>(left.count(), 0)));
-        if (ready >= 0 || errno != EINTR)
-            return ready > 0;
-    }
-}
-
 } // namespace
 
 bool portInUse(quint16 port, qint32 timeoutMs)
@@ -57,7 +42,7 @@ bool portInUse(quint16 port, qint32 timeoutMs)
     if (errno != EINPROGRESS)
         return false;
 
-    if (!becomesWritable(socket.get(), std::chrono::milliseconds(timeoutMs)))
+    if (Files::waitForEvents(socket.get(), POLLOUT, std::chrono::milliseconds(timeoutMs)) <= 0)
         return false;
     int error = 0;
     socklen_t size = sizeof error;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/Clock.h"
+#include "platform/Files.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -21,7 +22,6 @@ class ContinuousTimer final : public QObject
 
 public:
     explicit ContinuousTimer(ContinuousClock::time_point when, QObject *parent = nullptr);
-    ~ContinuousTimer() override;
 
 signals:
     void elapsed();
@@ -32,7 +32,7 @@ private:
     void fire();
 
     ContinuousClock::time_point m_when;
-    int m_descriptor = -1;
+    UniqueDescriptor m_descriptor;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QTimer m_fallback;
 };

@@ -14,9 +14,9 @@ namespace tidewick {
 
 /// Sees to it that children do not outlive this program, however it dies: a small process of ours
 /// waits for that, sends each of them SIGTERM, once, and SIGKILL to those that have not ended in
-/// time. The kernel's own parent-death signal is not
-/// fit for that in a program with threads: when they all die at once, it can be sent for several of
-/// them, and a node that gets two SIGTERM at short distance dies without closing its store.
+/// time. The kernel's own parent-death signal is not fit for that in a program with threads: when
+/// they all die at once, it can be sent for several of them, and a node that gets two SIGTERM at
+/// short distance dies without closing its store.
 class DeathWatch
 {
 public:

@@ -5,6 +5,7 @@
 
 #include "platform/Utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -93,6 +94,19 @@ bool writeAll(int descriptor, const char *data, std::size_t size)
         }
     }
     return true;
+}
+
+int waitForEvents(int descriptor, short events, std::chrono::milliseconds limit)
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point deadline = Clock::now() + limit;
+    while (true) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        pollfd entry{descriptor, events, 0};
+        const int ready = ::poll(&entry, 1, static_cast<int>(std::max<qint64>(left.count(), 0)));
+        if (ready >= 0 || errno != EINTR)
+            return ready;
+    }
 }
 
 namespace {

@@ -6,14 +6,17 @@
 #include <QByteArray>
 #include <QString>
 
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <system_error>
 #include <utility>
 
-// File names are bytes on this system, so paths travel as std::filesystem::path: a folder whose
-// name is not UTF-8 works like any other. They become QString only where a person reads them.
+// File names are bytes on this system, so paths travel as std::filesystem::path: a data folder
+// whose name is not UTF-8 works like any other. They become QString where a person reads them, and
+// where Qt itself keeps a file: the settings and the lock of the application need a folder in
+// UTF-8.
 
 namespace tidewick {
 
@@ -80,6 +83,10 @@ void createOwnFolder(const std::filesystem::path &folder);
 /// Writes all of it, however many calls that takes, waiting where a descriptor that does not block
 /// has no room. False with errno set on failure.
 bool writeAll(int descriptor, const char *data, std::size_t size);
+
+/// Waits for one of these events of poll(2), whatever signals come between. 0 when none has come in
+/// time, negative with errno set on failure.
+int waitForEvents(int descriptor, short events, std::chrono::milliseconds limit);
 
 } // namespace Files
 

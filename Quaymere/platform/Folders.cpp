@@ -5,6 +5,8 @@
 
 #include "platform/Files.h"
 
+#include <QUuid>
+
 #include <cstdlib>
 
 #include <pwd.h>
@@ -57,6 +59,12 @@ fs::path temporary()
 {
     const char *named = std::getenv("TMPDIR");
     return named != nullptr && *named != '\0' ? fromOperand(named) : fs::path("/tmp");
+}
+
+fs::path newTemporary(const std::string &prefix)
+{
+    const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+    return temporary() / (prefix + unique.toStdString());
 }
 
 fs::path lockFile(const std::string &name)

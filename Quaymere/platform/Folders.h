@@ -18,6 +18,10 @@ std::filesystem::path configuration();
 /// For what need not last: $TMPDIR, else /tmp. Throws as fromOperand for a relative $TMPDIR.
 std::filesystem::path temporary();
 
+/// A name in temporary() that nobody else has or can guess: the prefix, then 32 digits in upper
+/// case with dashes. Nothing is created.
+std::filesystem::path newTemporary(const std::string &prefix);
+
 /// A lock of this user's: "<name>.lock" in $XDG_RUNTIME_DIR if that is absolute, else beside the
 /// settings, in a folder made for it. Never in one open to all, where anybody could have taken the
 /// name.

@@ -3,6 +3,7 @@
 
 #include "ui/AboutWindow.h"
 
+#include "node/BuildInfo.h"
 #include "ui/AppIcon.h"
 #include "ui/FormCard.h"
 #include "ui/FormDetails.h"
@@ -32,13 +33,14 @@ constexpr int nameWidth = 79;
 
 } // namespace
 
-AboutWindow::AboutWindow(NodeController &node, const Bundle &bundle, QWidget *parent)
+AboutWindow::AboutWindow(NodeController &node, const std::optional<QString> &version,
+                         QWidget *parent)
     : FormWindow(QStringLiteral("About Tidewick"), windowWidth, parent), m_node(node)
 {
     const QString buildInfo = node.config().buildInfo();
     setMargins(sideMargin, topMargin, topMargin);
-    makeHeader(versionLine(bundle.version(), buildInfo));
-    makeTexts();
+    makeHeader(versionLine(version, buildInfo));
+    makeTexts(BuildInfo::hasMossgrid(buildInfo));
     makeFigures();
     makeBuildDetails(buildInfo);
     connect(&m_node, &NodeController::statusChanged, this, &AboutWindow::followNode);
@@ -62,7 +64,7 @@ void AboutWindow::makeHeader(const QString &versionLine)
     column().addLayout(header);
 }
 
-void AboutWindow::makeTexts()
+void AboutWindow::makeTexts(bool hasMossgrid)
 {
     using Look = FormText::Look;
     addText(Look::Paragraph,
@@ -76,12 +78,16 @@ void AboutWindow::makeTexts()
                            "how much RAM it needs, and how much disk it takes. Make two of them "
                            "cheap and the third usually pays."),
             belowHeadline);
-    addText(Look::Paragraph,
-            QStringLiteral("Tidewick runs on Mossgrid, an experimental storage engine built for "
-                           "it. Mossgrid picks fast reads and low RAM, and spends a little extra "
-                           "disk: new ledger data goes on the end of the store, and the node trims "
-                           "it back in the background, without stopping."),
-            betweenParagraphs);
+    const QString mossgrid =
+        QStringLiteral("Tidewick runs on Mossgrid, an experimental storage engine built for "
+                       "it. Mossgrid picks fast reads and low RAM, and spends a little extra "
+                       "disk: new ledger data goes on the end of the store, and the node trims "
+                       "it back in the background, without stopping.");
+    const QString other =
+        QStringLiteral("This Tidewick runs a node with another storage engine, which is "
+                       "trimmed by age: once it has 1,024 ledgers more than it has to keep, "
+                       "the node deletes the oldest in the background, without stopping.");
+    addText(Look::Paragraph, hasMossgrid ? mossgrid : other, betweenParagraphs);
 }
 
 void AboutWindow::makeFigures()

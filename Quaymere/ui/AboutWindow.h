@@ -4,7 +4,6 @@
 #pragma once
 
 #include "node/NodeController.h"
-#include "platform/Bundle.h"
 #include "ui/FormWindow.h"
 
 namespace tidewick {
@@ -21,13 +20,13 @@ class AboutWindow final : public FormWindow
     Q_OBJECT
 
 public:
-    /// The bundle tells the application's version.
-    explicit AboutWindow(NodeController &node, const Bundle &bundle = Bundle::main(),
+    /// The version is that of the application, if it has one.
+    explicit AboutWindow(NodeController &node, const std::optional<QString> &version = std::nullopt,
                          QWidget *parent = nullptr);
 
 private:
     void makeHeader(const QString &versionLine);
-    void makeTexts();
+    void makeTexts(bool hasMossgrid);
     void makeFigures();
     void makeBuildDetails(const QString &buildInfo);
 

@@ -5,7 +5,7 @@
 
 #include "ui/FormMetrics.h"
 #include "ui/FormPaint.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QKeyEvent>
 
@@ -21,7 +21,7 @@ FormButton::FormButton(const QString &text, QWidget *parent) : QAbstractButton(p
 
 QSize FormButton::sizeHint() const
 {
-    const auto points = [this](int measure) { return PanelMetrics::scaled(font(), measure); };
+    const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
     return {fontMetrics().horizontalAdvance(text()) + 2 * points(FormMetrics::controlPadding) + 2,
             std::max(points(FormMetrics::controlHeight), fontMetrics().height() + 4)};
 }

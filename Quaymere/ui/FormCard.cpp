@@ -6,7 +6,7 @@
 #include "ui/DevicePixels.h"
 #include "ui/FormMetrics.h"
 #include "ui/FormPaint.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QVBoxLayout>
 
@@ -27,7 +27,7 @@ void FormCard::paintEvent(QPaintEvent *)
 {
     const QColor line = palette().color(QPalette::Mid);
     QPainter painter(this);
-    FormPaint::box(painter, rect(), PanelMetrics::scaled(font(), FormMetrics::cardRadius),
+    FormPaint::box(painter, rect(), TextScale::scaled(font(), FormMetrics::cardRadius),
                    palette().color(QPalette::Base), line);
     const qreal thickness = DevicePixels::hairline(painter);
     for (int i = 1; i < m_rows->count(); ++i) {

@@ -5,7 +5,7 @@
 
 #include "ui/FormMetrics.h"
 #include "ui/FormPaint.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QEvent>
 #include <QFontDatabase>
@@ -50,11 +50,9 @@ int FormDetails::heightForWidth(int width) const
 void FormDetails::paintEvent(QPaintEvent *event)
 {
     QPainter painter(viewport());
-    FormPaint::box(painter, viewport()->rect(),
-                   PanelMetrics::scaled(font(), FormMetrics::cardRadius),
+    FormPaint::box(painter, viewport()->rect(), TextScale::scaled(font(), FormMetrics::cardRadius),
                    palette().color(QPalette::Base), palette().color(QPalette::Mid));
-    if (window()->testAttribute(Qt::WA_KeyboardFocusChange))
-        FormPaint::ring(painter, *this, PanelMetrics::scaled(font(), FormMetrics::cardRadius));
+    FormPaint::ring(painter, *this, TextScale::scaled(font(), FormMetrics::cardRadius));
     painter.end();
     QTextEdit::paintEvent(event);
 }
@@ -71,13 +69,13 @@ void FormDetails::changeEvent(QEvent *event)
 void FormDetails::takeFont()
 {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const QFont size = PanelMetrics::resized(font(), 0.92);
+    const QFont size = TextScale::resized(font(), 0.92);
     if (size.pixelSize() > 0)
         fixed.setPixelSize(size.pixelSize());
     else
         fixed.setPointSizeF(size.pointSizeF());
     document()->setDefaultFont(fixed);
-    document()->setDocumentMargin(PanelMetrics::scaled(font(), FormMetrics::rowPadding));
+    document()->setDocumentMargin(TextScale::scaled(font(), FormMetrics::rowPadding));
     updateGeometry();
 }
 

@@ -5,7 +5,7 @@
 
 #include "ui/FormMetrics.h"
 #include "ui/FormPaint.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QKeyEvent>
 
@@ -21,7 +21,7 @@ QFont mediumWeight(QFont font)
 
 int textStart(const QFont &font)
 {
-    return PanelMetrics::scaled(font, FormMetrics::signWidth + FormMetrics::signMargin);
+    return TextScale::scaled(font, FormMetrics::signWidth + FormMetrics::signMargin);
 }
 
 } // namespace
@@ -34,7 +34,7 @@ FormDisclosure::FormDisclosure(const QString &text, QWidget *parent) : FormButto
 QSize FormDisclosure::sizeHint() const
 {
     const int text = QFontMetrics(mediumWeight(font())).horizontalAdvance(this->text());
-    return {textStart(font()) + text + PanelMetrics::scaled(font(), FormMetrics::signMargin),
+    return {textStart(font()) + text + TextScale::scaled(font(), FormMetrics::signMargin),
             FormButton::sizeHint().height()};
 }
 
@@ -42,7 +42,7 @@ void FormDisclosure::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
-    const qreal sign = PanelMetrics::scaled(font(), FormMetrics::signWidth);
+    const qreal sign = TextScale::scaled(font(), FormMetrics::signWidth);
     const qreal half = sign * 0.4;
     const qreal depth = sign * 0.22;
     const QPointF middle(isRightToLeft ? width() - sign / 2 : sign / 2, height() / 2.0);
@@ -58,7 +58,7 @@ void FormDisclosure::paintEvent(QPaintEvent *)
     painter.setFont(mediumWeight(font()));
     painter.setPen(palette().color(QPalette::WindowText));
     FormPaint::line(painter, rect(), textStart(font()), layoutDirection(), text());
-    FormPaint::ring(painter, *this, PanelMetrics::scaled(font(), FormMetrics::controlRadius));
+    FormPaint::ring(painter, *this, TextScale::scaled(font(), FormMetrics::controlRadius));
 }
 
 void FormDisclosure::keyPressEvent(QKeyEvent *event)

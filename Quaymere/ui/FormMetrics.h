@@ -4,7 +4,7 @@
 #pragma once
 
 /// The measures of the windows made of cards, in points, for text of 10 points; with larger text
-/// they grow as PanelMetrics::scaled has it.
+/// they grow as TextScale::scaled has it.
 namespace tidewick::FormMetrics {
 
 inline constexpr int cardRadius = 10;

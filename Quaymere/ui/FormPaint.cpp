@@ -5,7 +5,7 @@
 
 #include "ui/DevicePixels.h"
 #include "ui/FormMetrics.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QStyle>
 #include <QTextOption>
@@ -36,7 +36,7 @@ void box(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill
 void control(QPainter &painter, const QWidget &widget, bool down)
 {
     const QPalette &colors = widget.palette();
-    const qreal radius = PanelMetrics::scaled(widget.font(), FormMetrics::controlRadius);
+    const qreal radius = TextScale::scaled(widget.font(), FormMetrics::controlRadius);
     const QRectF all(widget.rect());
     box(painter, all, radius, colors.color(QPalette::Button), colors.color(QPalette::Dark));
     if (widget.isEnabled() && (down || widget.underMouse()))
@@ -48,8 +48,12 @@ void control(QPainter &painter, const QWidget &widget, bool down)
 
 void ring(QPainter &painter, const QWidget &widget, qreal radius)
 {
-    if (!widget.hasFocus() || !widget.window()->testAttribute(Qt::WA_KeyboardFocusChange))
-        return;
+    if (widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange))
+        outline(painter, widget, radius);
+}
+
+void outline(QPainter &painter, const QWidget &widget, qreal radius)
+{
     constexpr qreal thickness = 1.5;
     const qreal inset = thickness / 2;
     painter.save();

@@ -21,7 +21,10 @@ void box(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill
 /// has the focus of somebody who uses the keyboard.
 void control(QPainter &painter, const QWidget &widget, bool down);
 
-/// The ring around what has the focus of somebody who uses the keyboard.
+/// The line just within the edge of what has the focus, in the widget's own colour for it.
+void outline(QPainter &painter, const QWidget &widget, qreal radius);
+
+/// That line where somebody uses the keyboard.
 void ring(QPainter &painter, const QWidget &widget, qreal radius);
 
 /// An arrow head of two lines: its point at the first place, its ends at the other two.

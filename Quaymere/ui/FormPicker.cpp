@@ -5,8 +5,8 @@
 
 #include "ui/FormMetrics.h"
 #include "ui/FormPaint.h"
-#include "ui/PanelMetrics.h"
 #include "ui/PickerList.h"
+#include "ui/TextScale.h"
 
 #include <QEvent>
 #include <QStyle>
@@ -88,7 +88,7 @@ void FormPicker::changeEvent(QEvent *event)
 
 int FormPicker::points(int measure) const
 {
-    return PanelMetrics::scaled(font(), measure);
+    return TextScale::scaled(font(), measure);
 }
 
 } // namespace tidewick

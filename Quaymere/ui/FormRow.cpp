@@ -5,7 +5,7 @@
 
 #include "ui/FormMetrics.h"
 #include "ui/FormText.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -40,7 +40,7 @@ void FormRow::changeEvent(QEvent *event)
 
 void FormRow::fit()
 {
-    const auto points = [this](int measure) { return PanelMetrics::scaled(font(), measure); };
+    const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
     const int margin = points(FormMetrics::rowMargin);
     QMargins margins(points(FormMetrics::rowPadding), margin, points(FormMetrics::rowEnd), margin);
     // Layouts mirror what is in them, but not the space around it.

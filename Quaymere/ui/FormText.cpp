@@ -3,7 +3,7 @@
 
 #include "ui/FormText.h"
 
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -118,7 +118,7 @@ void FormText::changeEvent(QEvent *event)
 
 void FormText::takeFont()
 {
-    QFont look = PanelMetrics::resized(font(), styleOf(m_look).size);
+    QFont look = TextScale::resized(font(), styleOf(m_look).size);
     if (styleOf(m_look).weight != QFont::Normal)
         look.setWeight(styleOf(m_look).weight);
     m_text.setFont(look);

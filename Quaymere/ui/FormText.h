@@ -3,15 +3,15 @@
 
 #pragma once
 
-#include "ui/PanelText.h"
+#include "ui/WrappedText.h"
 
 #include <QLabel>
 
 namespace tidewick {
 
 /// A text of a window made of cards: plain, on as many lines as its width takes, in one of the
-/// looks that such windows have. Its font follows its window's; its
-/// contents margins are the space around it.
+/// looks that such windows have. Its font follows its window's; its contents margins are the space
+/// around it.
 class FormText final : public QLabel
 {
     Q_OBJECT
@@ -47,7 +47,7 @@ private:
     void takeFont();
 
     Look m_look;
-    PanelText m_text;
+    WrappedText m_text;
 };
 
 } // namespace tidewick

@@ -5,7 +5,7 @@
 
 #include "ui/FormCard.h"
 #include "ui/FormPalette.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -44,7 +44,7 @@ void FormWindow::setDark(bool dark)
 
 int FormWindow::points(int measure) const
 {
-    return PanelMetrics::scaled(font(), measure);
+    return TextScale::scaled(font(), measure);
 }
 
 void FormWindow::setMargins(int sides, int top, int bottom)

@@ -3,6 +3,7 @@
 
 #include "ui/LedgerCard.h"
 
+#include "ui/DevicePixels.h"
 #include "ui/LedgerDrawing.h"
 
 #include <QPainter>
@@ -26,7 +27,7 @@ void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
     } else {
         painter.fillRect(area, colors().bg);
         // Two fills take a fraction of the time that a translucent line around takes.
-        const double line = LedgerDrawing::hairline(painter);
+        const double line = DevicePixels::hairline(painter);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(LedgerDrawing::over(colors().line, colors().surface));

@@ -8,8 +8,6 @@
 #include <QFontMetrics>
 #include <QPainter>
 
-#include <cmath>
-
 namespace tidewick::LedgerDrawing {
 
 void line(QPainter &painter, const QRect &rect, Qt::Alignment alignment, const QFont &font,
@@ -28,12 +26,6 @@ void mark(QPainter &painter, const QRect &row, const LedgerMetrics &metrics, con
     painter.drawRoundedRect(QRectF(row.left(), row.top() + (row.height() - metrics.mark) / 2.0,
                                    metrics.mark, metrics.mark),
                             metrics.markRadius, metrics.markRadius);
-}
-
-double hairline(const QPainter &painter)
-{
-    const double ratio = painter.device()->devicePixelRatio();
-    return std::max(1.0, std::floor(ratio)) / ratio;
 }
 
 QColor mixed(const QColor &from, const QColor &to, float part)

@@ -23,9 +23,6 @@ void line(QPainter &painter, const QRect &rect, Qt::Alignment alignment, const Q
 /// The square in a transaction type's colour, at the left of its row.
 void mark(QPainter &painter, const QRect &row, const LedgerMetrics &metrics, const QColor &color);
 
-/// The thickness of a hairline on the painter's screen, in its units: whole pixels.
-double hairline(const QPainter &painter);
-
 /// The colour so far of the way to another.
 QColor mixed(const QColor &from, const QColor &to, float part);
 

@@ -3,6 +3,7 @@
 
 #include "ui/LedgerHistogram.h"
 
+#include "ui/DevicePixels.h"
 #include "ui/LedgerDrawing.h"
 #include "ui/LedgerHistogramAccess.h"
 #include "ui/LedgerTexts.h"
@@ -31,16 +32,6 @@ double largest(const QList<LedgerFeed::Ledger> &ledgers)
 {
     const auto *busiest = LedgerTexts::busiest(ledgers);
     return busiest ? double(busiest->txns) : 0;
-}
-
-/// Its edges on whole pixels of the painter's screen, where they are sharp.
-QRectF onPixels(const QPainter &painter, const QRectF &rect)
-{
-    const QTransform toScreen = painter.deviceTransform();
-    const QRectF pixels = toScreen.mapRect(rect);
-    const QPointF topLeft(std::round(pixels.left()), std::round(pixels.top()));
-    const QPointF bottomRight(std::round(pixels.right()), std::round(pixels.bottom()));
-    return toScreen.inverted().mapRect(QRectF(topLeft, bottomRight));
 }
 
 /// Round at the top and square at the bottom. Only the round part is drawn as a path, which takes
@@ -271,7 +262,7 @@ void LedgerHistogram::paintEvent(QPaintEvent *event)
         LedgerDrawing::line(painter, besideTitle(), Qt::AlignRight, metrics().caption,
                             colors().ink3, label());
     paintBars(painter, event->rect());
-    const double line = LedgerDrawing::hairline(painter);
+    const double line = DevicePixels::hairline(painter);
     painter.fillRect(QRectF(chart().left(), chart().bottom() + 1 - line, chart().width(), line),
                      colors().line);
     paintAverage(painter);
@@ -295,7 +286,7 @@ void LedgerHistogram::paintBars(QPainter &painter, const QRect &area) const
         const LedgerFeed::Ledger &ledger = m_ledgers.at(i);
         const double share = scale > 0 ? std::min(1.0, double(ledger.txns) / scale) : 0;
         bar.setTop(bar.bottom() + 1 - std::max(leastBar, qRound(share * bar.height())));
-        paintBar(painter, onPixels(painter, bar),
+        paintBar(painter, DevicePixels::snapped(painter, bar),
                  ledger.id == m_hoveredLedger ? colors().link : calm);
     }
     painter.restore();
@@ -306,7 +297,7 @@ void LedgerHistogram::paintAverage(QPainter &painter) const
     const double most = largest(m_ledgers);
     if (most <= 0)
         return;
-    const double thickness = LedgerDrawing::hairline(painter);
+    const double thickness = DevicePixels::hairline(painter);
     const double fromTop = (1 - LedgerTexts::average(m_ledgers) / most) * chart().height();
     QColor color = colors().thread;
     color.setAlphaF(0.8F);

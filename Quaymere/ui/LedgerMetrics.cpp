@@ -4,7 +4,7 @@
 #include "ui/LedgerMetrics.h"
 
 #include "ui/LedgerTexts.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -41,15 +41,15 @@ int lineOf(const QFont &font)
 
 LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
 {
-    const double scale = PanelMetrics::scaled(base, 100) / 100.0;
+    const double scale = TextScale::scaled(base, 100) / 100.0;
     const auto between = [&](int together, int apart) {
         return qRound(scale * (together + loose * (apart - together)));
     };
-    eyebrow = spaced(strong(PanelMetrics::resized(base, 0.82)));
-    heading = PanelMetrics::resized(base, 1.5 + 0.3 * loose);
+    eyebrow = spaced(strong(TextScale::resized(base, 0.82)));
+    heading = TextScale::resized(base, 1.5 + 0.3 * loose);
     headingNumber = strong(heading);
-    caption = PanelMetrics::resized(base, 0.92);
-    figure = strong(PanelMetrics::resized(base, 1.7 + 0.6 * loose));
+    caption = TextScale::resized(base, 0.92);
+    figure = strong(TextScale::resized(base, 1.7 + 0.6 * loose));
     cardTitle = strong(base);
     body = base;
     code = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -95,7 +95,7 @@ LedgerMetrics::LedgerMetrics(const QFont &base, int windowHeight)
 
 int LedgerMetrics::leastWidth(const QFont &base)
 {
-    return PanelMetrics::scaled(base, 540);
+    return TextScale::scaled(base, 540);
 }
 
 int LedgerMetrics::leastHeight(const QFont &base)

@@ -8,7 +8,7 @@
 
 namespace tidewick {
 
-/// The transaction types seen since the window opened, each with its share.
+/// The transaction types seen live in the ledgers in view, each with its share.
 class LedgerTypes final : public LedgerCard
 {
     Q_OBJECT

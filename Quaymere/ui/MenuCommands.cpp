@@ -3,7 +3,7 @@
 
 #include "ui/MenuCommands.h"
 
-#include "platform/Files.h"
+#include "platform/FileBrowser.h"
 #include "platform/JsonWrite.h"
 
 #include <QClipboard>
@@ -68,7 +68,7 @@ void MenuCommands::open(const QUrl &url) const
 
 void MenuCommands::openPath(const std::filesystem::path &path) const
 {
-    open(QUrl::fromLocalFile(Files::display(path)));
+    open(FileBrowser::url(path));
 }
 
 void MenuCommands::copyServerInfo() const

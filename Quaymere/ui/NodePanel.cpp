@@ -6,6 +6,7 @@
 #include "ui/PanelMetrics.h"
 #include "ui/PanelPalette.h"
 #include "ui/PanelRows.h"
+#include "ui/TextScale.h"
 
 #include <QCloseEvent>
 
@@ -57,7 +58,7 @@ void NodePanel::closeEvent(QCloseEvent *event)
 
 int NodePanel::wantedWidth() const
 {
-    return PanelMetrics::scaled(font(), PanelMetrics::width);
+    return TextScale::scaled(font(), PanelMetrics::width);
 }
 
 /// At once, also where the size stays the same: rows may have changed places.

@@ -3,7 +3,9 @@
 
 #include "ui/PanelButton.h"
 
+#include "ui/FormPaint.h"
 #include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -61,7 +63,7 @@ void PanelButton::paintEvent(QPaintEvent *)
     const bool focused = m_held || hasFocus();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const qreal radius = PanelMetrics::scaled(font(), PanelMetrics::fillRadius);
+    const qreal radius = TextScale::scaled(font(), PanelMetrics::fillRadius);
     if (isEnabled() && (focused || underMouse())) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(colors.alternateBase());
@@ -69,14 +71,8 @@ void PanelButton::paintEvent(QPaintEvent *)
         if (isDown())
             painter.drawRoundedRect(rect(), radius, radius);
     }
-    if (focused) {
-        constexpr qreal thickness = 1.5;
-        const qreal inset = thickness / 2;
-        painter.setPen(QPen(colors.link(), thickness));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
-                                radius - inset, radius - inset);
-    }
+    if (focused)
+        FormPaint::outline(painter, *this, radius);
     painter.setPen(colors.color(QPalette::WindowText));
     m_text.draw(painter, width(), layoutDirection());
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/PanelText.h"
+#include "ui/WrappedText.h"
 
 #include <QAbstractButton>
 
@@ -35,7 +35,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:
-    PanelText m_text;
+    WrappedText m_text;
     bool m_held = false;
 };
 

@@ -4,6 +4,7 @@
 #include "ui/PanelIcon.h"
 
 #include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QPainter>
 
@@ -68,8 +69,8 @@ void PanelIcon::paintEvent(QPaintEvent *)
 
 QImage PanelIcon::drawn(qreal ratio) const
 {
-    const QSize room(PanelMetrics::scaled(font(), PanelMetrics::iconWidth),
-                     PanelMetrics::scaled(font(), PanelMetrics::iconHeight));
+    const QSize room(TextScale::scaled(font(), PanelMetrics::iconWidth),
+                     TextScale::scaled(font(), PanelMetrics::iconHeight));
     QImage image =
         m_icon.pixmap(room, ratio).toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(1);

@@ -120,7 +120,7 @@ QString PanelLabel::selectedText() const
     return m_text.text().mid(start, std::abs(m_selected.end - m_selected.start));
 }
 
-void PanelLabel::select(const PanelText::Range &range)
+void PanelLabel::select(const WrappedText::Range &range)
 {
     if (range == m_selected)
         return;

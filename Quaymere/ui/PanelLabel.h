@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/PanelText.h"
+#include "ui/WrappedText.h"
 
 #include <QLabel>
 
@@ -35,10 +35,10 @@ protected:
 
 private:
     QString selectedText() const;
-    void select(const PanelText::Range &range);
+    void select(const WrappedText::Range &range);
 
-    PanelText m_text;
-    PanelText::Range m_selected;
+    WrappedText m_text;
+    WrappedText::Range m_selected;
 };
 
 } // namespace tidewick

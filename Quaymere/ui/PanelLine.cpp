@@ -5,6 +5,7 @@
 
 #include "ui/DevicePixels.h"
 #include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QPainter>
 
@@ -17,13 +18,13 @@ PanelLine::PanelLine(QWidget *parent) : QFrame(parent)
 
 int PanelLine::heightForWidth(int) const
 {
-    return PanelMetrics::scaled(font(), PanelMetrics::line);
+    return TextScale::scaled(font(), PanelMetrics::line);
 }
 
 void PanelLine::paintEvent(QPaintEvent *)
 {
     const int margin =
-        PanelMetrics::scaled(font(), PanelMetrics::lineMargin - PanelMetrics::fillMargin);
+        TextScale::scaled(font(), PanelMetrics::lineMargin - PanelMetrics::fillMargin);
     QPainter painter(this);
     const QRect middle(margin, height() / 2, width() - 2 * margin, 1);
     QRectF line = DevicePixels::snapped(painter, middle);

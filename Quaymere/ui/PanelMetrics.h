@@ -3,9 +3,7 @@
 
 #pragma once
 
-#include <QFont>
-
-/// The node panel's measures in points, for text of 10 points; with larger text they grow.
+/// The node panel's measures in points, as TextScale has them.
 namespace tidewick::PanelMetrics {
 
 inline constexpr int width = 320;
@@ -29,11 +27,5 @@ inline constexpr int iconHeight = 17;
 inline constexpr int iconWidth = 38;
 inline constexpr int markWidth = 23;
 inline constexpr int iconGap = 11;
-
-/// A measure for that font, in pixels of a screen of ratio 1.
-int scaled(const QFont &font, int points);
-
-/// The font in another size, however its own is given.
-QFont resized(const QFont &font, qreal factor);
 
 } // namespace tidewick::PanelMetrics

@@ -6,6 +6,7 @@
 #include "ui/PanelLine.h"
 #include "ui/PanelMetrics.h"
 #include "ui/PanelRows.h"
+#include "ui/TextScale.h"
 
 #include <QEvent>
 #include <QStyle>
@@ -35,11 +36,11 @@ void PanelRows::changeEvent(QEvent *event)
 void PanelRows::setFonts()
 {
     if (PanelLabel *title = slot(MenuPlace::Title).label) {
-        QFont font = PanelMetrics::resized(this->font(), 1.2);
+        QFont font = TextScale::resized(this->font(), 1.2);
         font.setBold(true);
         title->setFont(font);
     }
-    const QFont small = PanelMetrics::resized(font(), 0.9);
+    const QFont small = TextScale::resized(font(), 0.9);
     if (PanelLabel *detail = slot(MenuPlace::Detail).label)
         detail->setFont(small);
     m_hint->setFont(small);
@@ -47,7 +48,7 @@ void PanelRows::setFonts()
 
 int PanelRows::arrange(int width, bool place) const
 {
-    const auto points = [this](int measure) { return PanelMetrics::scaled(font(), measure); };
+    const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
     const int left = points(PanelMetrics::fillMargin);
     int y = arrangeHeader(width, place);
     const auto add = [&](QWidget *row) {
@@ -71,7 +72,7 @@ int PanelRows::arrange(int width, bool place) const
 /// commands below stay where they are when it comes and goes.
 int PanelRows::arrangeHeader(int width, bool place) const
 {
-    const auto points = [this](int measure) { return PanelMetrics::scaled(font(), measure); };
+    const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
     const auto move = [&](QWidget *widget, const QRect &where) {
         widget->setGeometry(QStyle::visualRect(layoutDirection(), {0, 0, width, 1}, where));
     };
@@ -87,7 +88,7 @@ int PanelRows::arrangeHeader(int width, bool place) const
                 + points(bare ? PanelMetrics::markWidth : PanelMetrics::iconWidth);
     }
     const int room = std::max(1, width - left - margin);
-    const int line = QFontMetrics(PanelMetrics::resized(font(), 0.9)).height();
+    const int line = QFontMetrics(TextScale::resized(font(), 0.9)).height();
     const int titleHeight = title ? title->heightForWidth(room) : 0;
     const int detailHeight = detail ? detail->heightForWidth(room) : 0;
     const int spare = detail ? 0 : line;

@@ -5,7 +5,7 @@
 
 #include "ui/FormMetrics.h"
 #include "ui/FormPaint.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QComboBox>
 #include <QListView>
@@ -55,7 +55,7 @@ public:
 private:
     static int scaled(const QStyleOptionViewItem &option, int measure)
     {
-        return PanelMetrics::scaled(option.font, measure);
+        return TextScale::scaled(option.font, measure);
     }
 
     static int tickSpace(const QStyleOptionViewItem &option)

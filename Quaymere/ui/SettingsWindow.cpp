@@ -3,6 +3,7 @@
 
 #include "ui/SettingsWindow.h"
 
+#include "node/BuildInfo.h"
 #include "platform/FileBrowser.h"
 #include "platform/Files.h"
 #include "ui/FormButton.h"
@@ -82,11 +83,16 @@ void SettingsWindow::makeDiskSpace()
 {
     using namespace SettingsChoices;
     FormCard *card = addCard(QStringLiteral("Disk space"), betweenSections);
-    m_tidyPicker = ask(*card, QStringLiteral("Tidy up each time the store grows by"),
-                       Settings::roundGrowthMiB, roundGrowthMiB, roundGrowthLabel);
+    // Another store is trimmed in its own way.
+    const bool isAsked = BuildInfo::hasMossgrid(m_node.config().buildInfo());
+    if (isAsked) {
+        m_tidyPicker = ask(*card, QStringLiteral("Tidy up each time the store grows by"),
+                           Settings::roundGrowthMiB, roundGrowthMiB, roundGrowthLabel);
+    }
     m_storeNow = new FormText(FormText::Look::Value, {}, card);
     card->add(new FormRow(QStringLiteral("Store now"), m_storeNow, card));
-    m_tidyFootnote = addFootnote(whileStopped);
+    if (isAsked)
+        m_tidyFootnote = addFootnote(whileStopped);
 }
 
 void SettingsWindow::makeAdvanced()
@@ -169,6 +175,8 @@ void SettingsWindow::followNode()
 {
     const NodeStatus &status = m_node.status();
     m_storeNow->setWholeText(status.storeSize + QStringLiteral(" · ") + status.freeSpace);
+    if (!m_tidyPicker)
+        return;
     // Qt would hand the focus on, and the next key press would fall to the neighbour.
     if (status.hasProcess && m_tidyPicker->hasFocus())
         form()->setFocus();

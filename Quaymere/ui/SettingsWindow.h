@@ -80,6 +80,7 @@ private:
     SettingsHost m_host;
     DefaultsWatch m_watch;
     std::vector<Question> m_questions;
+    /// Null where the store is trimmed in another way.
     FormPicker *m_tidyPicker = nullptr;
     FormText *m_tidyFootnote = nullptr;
     FormText *m_storeNow = nullptr;

@@ -3,6 +3,7 @@
 
 #include "ui/Windows.h"
 
+#include "platform/Bundle.h"
 #include "ui/AboutWindow.h"
 #include "ui/Appearance.h"
 #include "ui/LedgerWindow.h"
@@ -37,8 +38,9 @@ Windows::Windows(NodeController &node, const Appearance &appearance, OpenUrl ope
     m_scenes[QStringLiteral("ledger")].make = [this, open = std::move(openUrl)] {
         return makeLedger(open);
     };
-    m_scenes[QStringLiteral("about")].make = [this, &node] {
-        return following(m_appearance, new AboutWindow(node));
+    // As of now: an upgrade replaces the bundle's files under a program that goes on running.
+    m_scenes[QStringLiteral("about")].make = [this, &node, version = Bundle::main().version()] {
+        return following(m_appearance, new AboutWindow(node, version));
     };
 }
 

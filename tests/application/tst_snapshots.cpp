@@ -41,6 +41,7 @@ private slots:
     void failures_data();
     void failures();
     void keepWhatCannotBeReplaced();
+    void failWithoutATemporaryFolder();
 
 private:
     Outcome run(std::vector<std::string> arguments, const ProcessEnvironment &variables = {}) const;
@@ -317,6 +318,22 @@ void TestSnapshots::keepWhatCannotBeReplaced()
     QCOMPARE(outcome, (Outcome{{}, "cannot write a.png\n", 1, false}));
     QCOMPARE(contentOf(m_path / "a.png"), QByteArray("old"));
     QCOMPARE(filesBelow(m_path).size(), 1U);
+}
+
+/// One that is relative to a folder that is no more.
+void TestSnapshots::failWithoutATemporaryFolder()
+{
+    ChildSpec spec;
+    spec.executable = "/bin/sh";
+    spec.arguments = {"-euc",
+                      "mkdir gone; cd gone; rmdir ../gone; exec \"$0\" --snapshot-about a.png",
+                      TIDEWICK_QUAYMERE_PATH};
+    spec.workingDirectory = m_path;
+    spec.environment["TMPDIR"] = "temporary";
+    const Outcome outcome = runProgram(spec);
+    QVERIFY(!outcome.signaled);
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.error.endsWith("No such file or directory\n"), outcome.error);
 }
 
 TIDEWICK_LOOPBACK_TEST_MAIN(TestSnapshots)

@@ -154,6 +154,8 @@ int runFaults(const char *group, const std::vector<Fault> &faults, int argc, cha
     parser.addOptions({withLong, only});
     parser.process(application);
     const auto numbers = chosen(faults, parser.isSet(withLong), parser.value(only).toUtf8());
+    if (numbers.empty())
+        return Skipped;
     return tryAll(group, faults, numbers) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

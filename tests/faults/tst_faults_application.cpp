@@ -183,6 +183,19 @@ void losesItsWatch(FaultRun &run)
     run.saw(application.lastLine());
 }
 
+/// As where a session ends by a signal to all that is in it. Told twice, by Tidewick too, the node
+/// may end without having closed its store.
+void isToldWithItsNode(FaultRun &run, const Moment &moment)
+{
+    WatchedApplication &application = launchInto(run, moment);
+    const auto node = application.node();
+    if (!run.expect(node.has_value(), "there is a node"))
+        return;
+    ::kill(*node, SIGTERM);
+    run.expect(application.endsWell(), "it quits");
+    run.saw(application.lastLine());
+}
+
 void isHalted(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull("when=usr1 exit=1");
@@ -315,6 +328,11 @@ std::vector<Fault> applicationFaults()
         faults.push_back({"the program is killed " + moment.name,
                           "no node after 5 s, and a new start without any hand",
                           [=](FaultRun &run) { isKilled(run, moment); }});
+        if (moment.phase != Phase::Error) {
+            faults.push_back({"the program and its node get SIGTERM at once " + moment.name,
+                              "quits, no node left",
+                              [=](FaultRun &run) { isToldWithItsNode(run, moment); }});
+        }
         faults.push_back({"the program is launched again " + moment.name,
                           "one program, one node, a word to who did it",
                           [=](FaultRun &run) { isLaunchedAgain(run, moment); }});

@@ -31,6 +31,7 @@ private slots:
     void unexpectedEndIsItsOwn();
     void refusedStartIsItsOwn_data();
     void refusedStartIsItsOwn();
+    void waitingIsNoEnd();
     void limitIsItsOwn_data();
     void limitIsItsOwn();
     void whatTheUserAskedForIsNot();
@@ -130,7 +131,7 @@ void TestNodeControllerSlots::unexpectedEndIsItsOwn()
 void TestNodeControllerSlots::refusedStartIsItsOwn_data()
 {
     QTest::addColumn<QByteArray>("cause");
-    for (const char *cause : {"port", "disk", "executable", "blocked"})
+    for (const char *cause : {"port", "disk", "executable"})
         QTest::newRow(cause) << QByteArray(cause);
 }
 
@@ -141,10 +142,8 @@ void TestNodeControllerSlots::refusedStartIsItsOwn()
         m_rig->setPortInUse([](quint16) { return true; });
     else if (cause == "disk")
         m_rig->setFreeGB(1);
-    else if (cause == "executable")
-        m_rig->setNode(m_rig->data() / "none", {});
     else
-        m_rig->node().setStartBlocked(QStringLiteral("not here"));
+        m_rig->setNode(m_rig->data() / "none", {});
 
     QString detail;
     const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
@@ -155,6 +154,15 @@ void TestNodeControllerSlots::refusedStartIsItsOwn()
     QVERIFY(!detail.isEmpty());
     m_rig->node().start();
     QCOMPARE(spy.size(), 2);
+}
+
+void TestNodeControllerSlots::waitingIsNoEnd()
+{
+    const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
+    m_rig->node().setStartBlocked(QStringLiteral("not yet"));
+    m_rig->node().start();
+    QCOMPARE(m_rig->status().detail, QStringLiteral("not yet"));
+    QCOMPARE(spy.size(), 0);
 }
 
 void TestNodeControllerSlots::limitIsItsOwn_data()

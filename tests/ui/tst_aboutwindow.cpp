@@ -21,6 +21,7 @@ class TestAboutWindow : public QObject
 private slots:
     void cleanup() { QApplication::setWindowIcon({}); }
     void showsItsTexts();
+    void tellsOfAnotherStore();
     void tellsTheVersions();
     void followsTheNode();
     void showsTheIcon();
@@ -48,7 +49,7 @@ public:
 
     void open()
     {
-        window = std::make_unique<AboutWindow>(node.node(), node.bundle().bundle());
+        window = std::make_unique<AboutWindow>(node.node(), node.bundle().bundle().version());
         showActive(*window);
     }
 
@@ -89,6 +90,14 @@ void TestAboutWindow::showsItsTexts()
              QStringLiteral("Store"), QStringLiteral("– · –")}));
     QVERIFY(!rig.details()->isVisible());
     QVERIFY(!rig.disclosure()->isChecked());
+}
+
+void TestAboutWindow::tellsOfAnotherStore()
+{
+    const AboutRig rig("compiler=GNU 12\nstore=NuDB\n");
+    const QString texts = shownTexts(*rig.window).join(u'\n');
+    QVERIFY2(texts.contains(QLatin1String("trimmed by age")), qPrintable(texts));
+    QVERIFY2(!texts.contains(QLatin1String("Mossgrid")), qPrintable(texts));
 }
 
 void TestAboutWindow::tellsTheVersions()

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "DrawnTexts.h"
-#include "LedgerRig.h"
+#include "HistogramTexts.h"
 #include "support/Surroundings.h"
 
 #include <QApplication>
@@ -21,27 +20,6 @@ private slots:
     void focusWithoutTheKeyboardShowsNoRing();
     void focusOutlastsAnotherWindow();
 };
-
-namespace {
-
-/// What stands above the bars at their right.
-QString label(const LedgerRig &rig)
-{
-    return drawnLines(rig.histogram()).value(1);
-}
-
-QString labelOf(const LedgerRig &rig, qsizetype place)
-{
-    const LedgerFeed::Ledger &ledger = rig.histogram().ledgers().at(place);
-    return QStringLiteral("#%1 · %2 transactions").arg(ledger.id).arg(ledger.txns);
-}
-
-QString pageOf(qint64 ledger)
-{
-    return QStringLiteral("https://xrplexplorer.com/ledger/%1").arg(ledger);
-}
-
-} // namespace
 
 void TestLedgerHistogramKeys::keysStepThroughTheBars()
 {

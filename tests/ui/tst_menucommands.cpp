@@ -25,6 +25,7 @@ private slots:
 
     void startsAndStops();
     void opensFolderAndLog();
+    void opensAFolderOfAnyName();
     void opensTheLedgerWhileItIsKnown();
     void copiesTheLastAnswer();
     void copiesNothingBeforeAnAnswer();
@@ -87,6 +88,19 @@ void TestMenuCommands::opensFolderAndLog()
     QCOMPARE(m_opened.size(), 2);
     QCOMPARE(m_opened[0].toLocalFile(), data);
     QCOMPARE(m_opened[1].toLocalFile(), data + QLatin1String("/debug.log"));
+}
+
+void TestMenuCommands::opensAFolderOfAnyName()
+{
+    const TemporaryFolder folder;
+    NodeController node(folder.path() / "raw \xFF");
+    MenuCommands commands(node, *m_windows, *m_alerts, [this](const QUrl &url) {
+        m_opened.append(url);
+        return true;
+    });
+    commands.run(MenuCommand::OpenDataFolder);
+    QCOMPARE(m_opened.size(), 1);
+    QVERIFY2(m_opened[0].toEncoded().endsWith("/raw%20%FF"), m_opened[0].toEncoded());
 }
 
 void TestMenuCommands::opensTheLedgerWhileItIsKnown()

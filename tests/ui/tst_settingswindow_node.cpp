@@ -23,6 +23,7 @@ private slots:
     void letsTheEngineBeSetAfterARun();
     void closesTheListOfWhatIsFixedNow();
     void keepsTheFocusFromNeighbours();
+    void asksNothingOfAnotherStore();
     void choicesApplyFromTheNextStart();
     void revealsTheDataFolder();
     void opensTheConfiguration();
@@ -95,6 +96,26 @@ void TestSettingsWindowNode::keepsTheFocusFromNeighbours()
     rig.key(Qt::Key_Return);
     QVERIFY(rig.revealed.isEmpty());
     QCOMPARE(rig.opened, QList<QUrl>());
+}
+
+/// How far the store grows is a question for Mossgrid.
+void TestSettingsWindowNode::asksNothingOfAnotherStore()
+{
+    Rig rig;
+    rig.window.reset();
+    writeFile(rig.node.bundle().resource("build-info"), "store=NuDB\n");
+    SettingsHost host;
+    host.defaults = rig.defaults;
+    rig.window = std::make_unique<SettingsWindow>(rig.node.node(), host);
+    showActive(*rig.window);
+    QCOMPARE(rig.window->findChildren<FormPicker *>().size(), 3);
+    const QStringList texts = shownTexts(*rig.window);
+    QVERIFY(texts.contains(QStringLiteral("Store now")));
+    QVERIFY(!texts.contains(QStringLiteral("Tidy up each time the store grows by")));
+    rig.node.node().start();
+    QVERIFY(rig.node.waitForPhase(Phase::Full));
+    QVERIFY(!shownTexts(*rig.window)
+                 .contains(QStringLiteral("Stop the node to change how often it tidies up.")));
 }
 
 void TestSettingsWindowNode::choicesApplyFromTheNextStart()

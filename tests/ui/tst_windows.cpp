@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "support/NodeRig.h"
+#include "FormRig.h"
 #include "support/Surroundings.h"
 #include "ui/Appearance.h"
 #include "ui/Windows.h"
@@ -22,6 +22,7 @@ private slots:
     void openOnce_data();
     void openOnce();
     void comeBackFromMinimised();
+    void tellTheVersionThatRuns();
     void openAnewAfterClosing();
     void closeByTheUsualKey();
     void ledgerHasItsSize();
@@ -91,6 +92,19 @@ void TestWindows::comeBackFromMinimised()
     window->showMinimized();
     m_windows->open(QStringLiteral("about"));
     QVERIFY(!window->isMinimized());
+}
+
+void TestWindows::tellTheVersionThatRuns()
+{
+    const std::filesystem::path contents = Bundle::main().path() / "Contents";
+    std::filesystem::create_directories(contents);
+    writeFile(contents / "Info.plist", "<plist><dict><key>CFBundleShortVersionString</key>"
+                                       "<string>99.0.0</string></dict></plist>");
+    m_windows->open(QStringLiteral("about"));
+    const QStringList texts = shownTexts(*m_windows->window(QStringLiteral("about")));
+    std::filesystem::remove_all(contents);
+    QVERIFY(!texts.isEmpty());
+    QVERIFY2(!texts.join(u'\n').contains(QLatin1String("99.0.0")), qPrintable(texts.join(u'\n')));
 }
 
 void TestWindows::openAnewAfterClosing()

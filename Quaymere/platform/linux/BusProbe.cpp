@@ -7,7 +7,6 @@
 
 #include <QByteArrayList>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -75,15 +74,7 @@ bool answers(const QByteArray &address, std::chrono::milliseconds limit)
     constexpr std::string_view greeting("\0AUTH\r\n", 7);
     if (::send(socket.get(), greeting.data(), greeting.size(), MSG_NOSIGNAL) < 0)
         return true;
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point deadline = Clock::now() + limit;
-    while (true) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-        pollfd word{socket.get(), POLLIN, 0};
-        const int ready = ::poll(&word, 1, static_cast<int>(std::max<qint64>(left.count(), 0)));
-        if (ready >= 0 || errno != EINTR)
-            return ready != 0;
-    }
+    return Files::waitForEvents(socket.get(), POLLIN, limit) != 0;
 }
 
 void avoidIfSilent()

@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include <sys/timerfd.h>
-#include <unistd.h>
 
 namespace tidewick {
 
@@ -27,17 +26,10 @@ ContinuousTimer::ContinuousTimer(ContinuousClock::time_point when, QObject *pare
         m_fallback.start(0);
 }
 
-ContinuousTimer::~ContinuousTimer()
-{
-    m_notifier.reset();
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-}
-
 bool ContinuousTimer::startKernelTimer()
 {
-    m_descriptor = timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC);
-    if (m_descriptor < 0)
+    m_descriptor = UniqueDescriptor(timerfd_create(CLOCK_BOOTTIME, TFD_NONBLOCK | TFD_CLOEXEC));
+    if (!m_descriptor)
         return false;
 
     // A zero or negative time would disarm the timer instead of firing it at once.
@@ -47,10 +39,10 @@ bool ContinuousTimer::startKernelTimer()
     itimerspec spec{};
     spec.it_value.tv_sec = seconds.count();
     spec.it_value.tv_nsec = (sinceBoot - seconds).count();
-    if (timerfd_settime(m_descriptor, TFD_TIMER_ABSTIME, &spec, nullptr) != 0)
+    if (timerfd_settime(m_descriptor.get(), TFD_TIMER_ABSTIME, &spec, nullptr) != 0)
         return false;
 
-    m_notifier = std::make_unique<QSocketNotifier>(m_descriptor, QSocketNotifier::Read);
+    m_notifier = std::make_unique<QSocketNotifier>(m_descriptor.get(), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, &ContinuousTimer::fire);
     return true;
 }

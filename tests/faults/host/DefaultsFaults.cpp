@@ -26,7 +26,7 @@ fs::path settings()
 QByteArray rendered(FaultRun &run)
 {
     const fs::path folder = fs::path(qgetenv("TMPDIR").toStdString()) / "rendered";
-    const Outcome outcome = runTool(run, {"--render-config", folder});
+    const Outcome outcome = runMode(run, {"--render-config", folder});
     run.expect(!outcome.signaled && outcome.status == 0, "--render-config gives 0");
     return outcome.status == 0 ? contentOf(folder / "xrpld.cfg") : QByteArray();
 }

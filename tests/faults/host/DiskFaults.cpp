@@ -122,11 +122,11 @@ void tryGuarded(FaultRun &run)
 
 void tryFullAtConfiguration(FaultRun &run, SmallDisk &disk)
 {
-    run.expect(runTool(run, {"--render-config", applicationData()}).status == 0, "a good start");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a good start");
     const QByteArray before = contentOf(applicationData() / "xrpld.cfg");
     disk.fillUpTo(0);
     expectRefused(run, "xrpld.cfg: No space left on device");
-    const Outcome render = runTool(run, {"--render-config", applicationData()});
+    const Outcome render = runMode(run, {"--render-config", applicationData()});
     run.expect(render.status == 1 && render.error.contains("No space left on device"),
                "--render-config gives 1");
     run.expect(contentOf(applicationData() / "xrpld.cfg") == before, "the configuration kept");
@@ -137,7 +137,7 @@ void tryFullAtConfiguration(FaultRun &run, SmallDisk &disk)
 void tryFullAtValidators(FaultRun &run, SmallDisk &disk)
 {
     const fs::path elsewhere = fs::path(qgetenv("TMPDIR").toStdString()) / "rendered";
-    run.expect(runTool(run, {"--render-config", elsewhere}).status == 0, "a configuration");
+    run.expect(runMode(run, {"--render-config", elsewhere}).status == 0, "a configuration");
     disk.fillUpTo(pagesOf(elsewhere / "xrpld.cfg"));
     // "--smoke" would need room in a folder of its own.
     expectError(run, run.launch("state=full"), "validators.txt: No space left on device");
@@ -154,7 +154,7 @@ void tryFullAtLog(FaultRun &run, SmallDisk &disk)
 
 void tryFullAtTheNode(FaultRun &run, SmallDisk &disk)
 {
-    run.expect(runTool(run, {"--render-config", applicationData()}).status == 0, "a start");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a start");
     disk.fillUpTo(pagesOf(applicationData() / "xrpld.cfg"));
     fs::remove_all(applicationData());
     fs::create_directory(applicationData());

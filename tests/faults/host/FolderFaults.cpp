@@ -21,12 +21,12 @@ fs::path configuration()
 void tryUnwritable(FaultRun &run, const std::function<bool()> &begin,
                    const std::function<void()> &end, const QByteArray &reason)
 {
-    run.expect(runTool(run, {"--render-config", applicationData()}).status == 0, "a good start");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a good start");
     const QByteArray before = contentOf(configuration());
     if (!begin())
         return;
     expectRefused(run, reason);
-    const Outcome render = runTool(run, {"--render-config", applicationData()});
+    const Outcome render = runMode(run, {"--render-config", applicationData()});
     run.expect(render.status == 1 && render.output.isEmpty()
                    && render.error.startsWith("render failed: ") && render.error.contains(reason),
                "--render-config to give 1 and the reason, unlike: " + render.error);
@@ -107,7 +107,7 @@ void tryRemoved(FaultRun &run)
     fs::remove_all(applicationData());
     expectGoesOn(run, application);
     expectComesUp(run, "without the folder");
-    run.expect(runTool(run, {"--render-config", applicationData()}).status == 0, "a folder anew");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a folder anew");
     run.saw("the next start makes it anew");
 }
 
@@ -122,7 +122,7 @@ void tryReplaced(FaultRun &run)
 
     expectError(run, run.launch("state=full"), "Not a directory");
     run.expect(run.smoke("state=full").status == 0, "--smoke, which has a folder of its own");
-    const Outcome render = runTool(run, {"--render-config", applicationData()});
+    const Outcome render = runMode(run, {"--render-config", applicationData()});
     run.expect(render.status == 1 && render.error.contains("Not a directory"),
                "--render-config gives 1");
     run.expect(contentOf(applicationData()) == "not a folder", "the file to be left alone");

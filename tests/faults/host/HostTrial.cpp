@@ -28,7 +28,7 @@ bool enterPrivateMounts(FaultRun &run)
     return false;
 }
 
-Outcome runTool(const FaultRun &run, std::vector<std::string> arguments)
+Outcome runMode(const FaultRun &run, std::vector<std::string> arguments)
 {
     ChildSpec spec;
     spec.executable = run.bundle().application();

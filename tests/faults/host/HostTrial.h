@@ -14,8 +14,8 @@ void obeyFileModes();
 /// and the answer is false.
 bool enterPrivateMounts(FaultRun &run);
 
-/// Runs the program with these arguments to its end.
-Outcome runTool(const FaultRun &run, std::vector<std::string> arguments);
+/// Runs a mode of the command line to its end.
+Outcome runMode(const FaultRun &run, std::vector<std::string> arguments);
 
 /// The application comes to tell of an error in these words, among others, has no node, and ends
 /// well.

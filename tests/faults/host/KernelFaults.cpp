@@ -56,8 +56,8 @@ void tryWithoutProc(FaultRun &run)
         if (!without.isHidden())
             return;
         application = &run.launch("state=full");
-        run.expect(runTool(run, {"--render-config", "-"}).status == 0, "--render-config gives 0");
-        run.expect(runTool(run, {"--node-version"}).status == 0, "--node-version gives 0");
+        run.expect(runMode(run, {"--render-config", "-"}).status == 0, "--render-config gives 0");
+        run.expect(runMode(run, {"--node-version"}).status == 0, "--node-version gives 0");
     }
     run.expect(application->reaches(Phase::Full), "Full");
     run.saw(application->lastLine());

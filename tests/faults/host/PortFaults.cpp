@@ -28,7 +28,7 @@ void takeBeforeTheStart(FaultRun &run, quint16 port)
 {
     const TakenPort taken(run, port);
     expectRefused(run, "Port 15005 or 16006 is in use. Another node may be running.");
-    run.expect(runTool(run, {"--render-config", "-"}).status == 0, "--render-config gives 0");
+    run.expect(runMode(run, {"--render-config", "-"}).status == 0, "--render-config gives 0");
 }
 
 /// The node finds the port taken when it opens it, five seconds after its start.

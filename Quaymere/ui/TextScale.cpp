@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 
 #include <QFontInfo>
 
-namespace tidewick::PanelMetrics {
+namespace tidewick::TextScale {
 
 namespace {
 
@@ -29,4 +29,4 @@ QFont resized(const QFont &font, qreal factor)
     return other;
 }
 
-} // namespace tidewick::PanelMetrics
+} // namespace tidewick::TextScale

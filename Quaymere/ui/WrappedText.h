@@ -9,10 +9,10 @@ class QPainter;
 
 namespace tidewick {
 
-/// A row's text in the node panel: plain, on as many lines as its width takes, and broken within a
-/// word where a word is longer than a line, as paths are. A text without end is cut where nobody
-/// reads on, so that laying it out stays quick.
-class PanelText
+/// A plain text on as many lines as its width takes, broken within a word where a word is longer
+/// than a line, as paths are. A text without end is cut where nobody reads on, so that laying it
+/// out stays quick.
+class WrappedText
 {
 public:
     struct Range
@@ -25,7 +25,7 @@ public:
     };
 
     /// With that much space at its sides and, above and below together, around it, in points.
-    PanelText(int sideMargin, int padding) : m_sideMargin(sideMargin), m_padding(padding) {}
+    WrappedText(int sideMargin, int padding) : m_sideMargin(sideMargin), m_padding(padding) {}
 
     void set(const QString &text);
     void setFont(const QFont &font);

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "ui/PanelText.h"
+#include "ui/WrappedText.h"
 
 #include "platform/DisplayText.h"
-#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
 #include "ui/ToolTip.h"
 
 #include <QPainter>
@@ -21,7 +21,7 @@ constexpr qsizetype shownCharacters = 2000;
 
 } // namespace
 
-void PanelText::set(const QString &text)
+void WrappedText::set(const QString &text)
 {
     const QString shown = DisplayText::singleLine(DisplayText::elided(text, shownCharacters));
     m_toolTip = shown == text ? QString() : ToolTip::plain(text);
@@ -29,45 +29,45 @@ void PanelText::set(const QString &text)
     m_width = -1;
 }
 
-void PanelText::setFont(const QFont &font)
+void WrappedText::setFont(const QFont &font)
 {
     m_layout.setFont(font);
     m_width = -1;
 }
 
-void PanelText::setLineHeight(qreal factor)
+void WrappedText::setLineHeight(qreal factor)
 {
     m_lineHeight = factor;
     m_width = -1;
 }
 
-void PanelText::setAlignedToEnd(bool toEnd)
+void WrappedText::setAlignedToEnd(bool toEnd)
 {
     m_alignedToEnd = toEnd;
     m_width = -1;
 }
 
-int PanelText::naturalWidth() const
+int WrappedText::naturalWidth() const
 {
     // Layouts need a little more than metrics say where letters lean.
     return QFontMetrics(m_layout.font()).horizontalAdvance(m_layout.text()) + 1
-           + 2 * PanelMetrics::scaled(m_layout.font(), m_sideMargin);
+           + 2 * TextScale::scaled(m_layout.font(), m_sideMargin);
 }
 
-int PanelText::height(int width) const
+int WrappedText::height(int width) const
 {
     layOut(width, m_direction);
-    return int(std::ceil(m_height)) + PanelMetrics::scaled(m_layout.font(), m_padding);
+    return int(std::ceil(m_height)) + TextScale::scaled(m_layout.font(), m_padding);
 }
 
-void PanelText::draw(QPainter &painter, int width, Qt::LayoutDirection direction,
-                     const QList<QTextLayout::FormatRange> &formats) const
+void WrappedText::draw(QPainter &painter, int width, Qt::LayoutDirection direction,
+                       const QList<QTextLayout::FormatRange> &formats) const
 {
     layOut(width, direction);
     m_layout.draw(&painter, m_topLeft, formats);
 }
 
-int PanelText::positionAt(const QPointF &point) const
+int WrappedText::positionAt(const QPointF &point) const
 {
     const QPointF inside = point - m_topLeft;
     for (int i = 0; i < m_layout.lineCount(); ++i) {
@@ -78,7 +78,7 @@ int PanelText::positionAt(const QPointF &point) const
     return 0;
 }
 
-PanelText::Range PanelText::wordAt(int position) const
+WrappedText::Range WrappedText::wordAt(int position) const
 {
     const QString text = m_layout.text();
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Word, text);
@@ -90,14 +90,14 @@ PanelText::Range PanelText::wordAt(int position) const
     return {int(start), int(end < 0 ? text.size() : end)};
 }
 
-void PanelText::layOut(int width, Qt::LayoutDirection direction) const
+void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
 {
     if (m_width == width && m_direction == direction)
         return;
     m_width = width;
     m_direction = direction;
-    const int side = PanelMetrics::scaled(m_layout.font(), m_sideMargin);
-    m_topLeft = QPoint(side, PanelMetrics::scaled(m_layout.font(), m_padding) / 2);
+    const int side = TextScale::scaled(m_layout.font(), m_sideMargin);
+    m_topLeft = QPoint(side, TextScale::scaled(m_layout.font(), m_padding) / 2);
     // The text runs in its own direction; it begins where the interface begins.
     const Qt::Alignment anchor = m_alignedToEnd ? Qt::AlignRight : Qt::AlignLeft;
     QTextOption option(QStyle::visualAlignment(direction, anchor) | Qt::AlignAbsolute);
