@@ -83,11 +83,11 @@ void AboutWindow::makeTexts(bool hasMossgrid)
                        "it. Mossgrid picks fast reads and low RAM, and spends a little extra "
                        "disk: new ledger data goes on the end of the store, and the node trims "
                        "it back in the background, without stopping.");
-    const QString other =
-        QStringLiteral("This Tidewick runs a node with another storage engine, which is "
-                       "trimmed by age: once it has 1,024 ledgers more than it has to keep, "
-                       "the node deletes the oldest in the background, without stopping.");
-    addText(Look::Paragraph, hasMossgrid ? mossgrid : other, betweenParagraphs);
+    const QString nudb =
+        QStringLiteral("This node's storage engine is NuDB, which is trimmed by age: once there "
+                       "are 1,024 ledgers more than it has to keep, the node deletes the oldest "
+                       "in the background, without stopping.");
+    addText(Look::Paragraph, hasMossgrid ? mossgrid : nudb, betweenParagraphs);
 }
 
 void AboutWindow::makeFigures()
