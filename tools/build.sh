@@ -27,7 +27,7 @@ package_packages=(dpkg-dev file)
 
 # What the tests take beyond all that: a desktop to run on, and readers of what is installed.
 # shellcheck disable=SC2034
-test_packages=(dbus-daemon dbus-user-session fonts-dejavu-core libsm-dev xfce4-panel xvfb
+test_packages=(dbus-daemon fonts-dejavu-core libsm-dev xfce4-panel xvfb
     appstream desktop-file-utils fish lintian mandoc systemd zsh)
 
 # Installs the Debian packages named that are not installed yet.
