@@ -102,12 +102,16 @@ void TestTray::menuFollowsThePhases()
         if (phases.isEmpty() || phases.constLast() != m_rig->status().phase)
             phases.append(m_rig->status().phase);
     });
-    m_rig->node().start();
-    QVERIFY(menuIsCurrent());
-    for (const char *state : {"catching_up", "connected", "syncing", "full"}) {
+    const auto answerWith = [&](const char *state) {
         script.setInfo(R"({"peers":4,"server_state":")" + QByteArray(state) + "\"}");
-        const qsizetype before = phases.size();
-        QVERIFY(m_rig->runUntil([&] { return phases.size() > before; }));
+    };
+    answerWith("catching_up");
+    m_rig->node().start();
+    for (const auto &[state, phase] :
+         {std::pair("catching_up", Phase::Bootstrapping), std::pair("connected", Phase::Connecting),
+          std::pair("syncing", Phase::Syncing), std::pair("full", Phase::Full)}) {
+        answerWith(state);
+        QVERIFY(m_rig->waitForPhase(phase));
         QVERIFY(menuIsCurrent());
     }
     m_rig->node().stop();
