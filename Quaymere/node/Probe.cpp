@@ -22,10 +22,6 @@
 
 namespace tidewick::Probe {
 
-namespace {
-
-} // namespace
-
 bool portInUse(quint16 port, qint32 timeoutMs)
 {
     const UniqueDescriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
