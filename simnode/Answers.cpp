@@ -7,14 +7,14 @@
 #include "simnode/Recordings.h"
 #include "simnode/Version.h"
 
-#include <QJsonArray>
-
 namespace tidewick::sim {
 
 namespace {
 
 /// How many ledgers from before the run the node has.
 constexpr quint32 history = 256;
+/// A node tells nothing of a smaller one.
+constexpr std::chrono::seconds leastClockOffset(60);
 
 QString microseconds(Seconds seconds)
 {
@@ -48,10 +48,12 @@ QJsonObject accountingObject(const std::map<QString, StateAccount> &accounts)
 
 Answers::Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule)
     : m_configuration(std::move(configuration)), m_scenario(std::move(scenario)),
-      m_course(m_scenario.state, m_scenario.peers,
+      m_course(m_scenario.pinnedState(), m_scenario.peers,
                m_configuration.isStock() ? Course::Kind::Stock : Course::Kind::Streaming),
       m_maintenance(m_scenario.maintenance),
-      m_ledgers(LedgerSource(m_scenario.transactions.least, m_scenario.transactions.most), schedule)
+      m_ledgers(LedgerSource(m_scenario.transactions.least, m_scenario.transactions.most),
+                schedule),
+      m_lists(m_scenario.lists, begin())
 {
 }
 
@@ -69,6 +71,10 @@ Reply Answers::answer(const QString &command, const QJsonObject &request,
         return serverInfo(time);
     if (command == u"get_counts")
         return counts(time);
+    if (command == u"validator_list_sites")
+        return m_lists.sites(time.now);
+    if (command == u"validators")
+        return m_lists.validators();
     if (command == u"ledger")
         return m_ledgers.answer(request, validated(time));
     if (command == u"stop")
@@ -90,7 +96,31 @@ QJsonObject Answers::ledgerSummary(const NodeTime &time) const
     summary[u"age"] = std::max<qint64>(std::chrono::floor<std::chrono::seconds>(age).count(), 0);
     summary[u"hash"] = m_ledgers.ledger(time.newestLedger).hash;
     summary[u"seq"] = static_cast<qint64>(time.newestLedger);
+    // Unsigned, as a node has it: a negative offset wraps round.
+    if (std::chrono::abs(m_scenario.clockOffset) >= leastClockOffset)
+        summary[u"close_time_offset"] =
+            static_cast<qint64>(static_cast<quint32>(m_scenario.clockOffset.count()));
     return summary;
+}
+
+QJsonArray Answers::warnings() const
+{
+    std::set<ServerWarning> all = m_scenario.warnings;
+    if (m_scenario.amendmentBlocked)
+        all.insert(ServerWarning::AmendmentBlocked);
+    if (!permitsValidation(m_scenario.lists))
+        all.insert(ServerWarning::NoValidLists);
+    QJsonArray array;
+    for (const ServerWarning warning : all)
+        array.append(warningObject(warning, begin()));
+    return array;
+}
+
+/// When the run began, by the second: the last ledger closed before it is a few seconds older.
+WallTime Answers::begin() const
+{
+    const LedgerSchedule &schedule = m_ledgers.schedule();
+    return std::chrono::floor<std::chrono::seconds>(schedule.closeOf(schedule.firstIndex()));
 }
 
 QJsonObject Answers::serverInfo(const NodeTime &time) const
@@ -116,7 +146,8 @@ QJsonObject Answers::serverInfo(const NodeTime &time) const
     info[u"state_accounting"] = accountingObject(m_course.accounts(time.elapsed));
     info[u"time"] = DateText::human(time.now, 6);
     info[u"uptime"] = static_cast<qint64>(time.elapsed.count());
-    info[u"validation_quorum"] = 28;
+    info[u"validation_quorum"] = m_lists.quorum();
+    info[u"validator_list"] = m_lists.summary();
 
     info.remove(u"validated_ledger");
     info[range ? u"validated_ledger" : u"closed_ledger"] = ledgerSummary(time);
@@ -124,6 +155,14 @@ QJsonObject Answers::serverInfo(const NodeTime &time) const
         info[u"network_ledger"] = QStringLiteral("waiting");
     if (m_scenario.amendmentBlocked)
         info[u"amendment_blocked"] = true;
+    if (const QJsonArray all = warnings(); !all.isEmpty())
+        info[u"warnings"] = all;
+    if (m_scenario.ioLatency)
+        info[u"io_latency_ms"] = static_cast<qint64>(m_scenario.ioLatency->count());
+    if (m_scenario.load) {
+        info[u"load_factor"] = *m_scenario.load;
+        info[u"load_factor_local"] = *m_scenario.load;
+    }
     return {{QStringLiteral("info"), info}};
 }
 

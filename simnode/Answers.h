@@ -8,7 +8,9 @@
 #include "simnode/MaintenanceCourse.h"
 #include "simnode/NodeConfiguration.h"
 #include "simnode/Scenario.h"
+#include "simnode/ValidatorLists.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 
 #include <optional>
@@ -39,12 +41,15 @@ public:
     /// The validated ledgers at that time; nothing before there are any.
     std::optional<LedgerRange> validated(const NodeTime &time) const;
 
-    /// Answers server_info, get_counts, stop, ledger and ping. Stopping is left to the caller.
+    /// Answers server_info, get_counts, validator_list_sites, validators, stop, ledger and ping.
+    /// Stopping is left to the caller.
     Reply answer(const QString &command, const QJsonObject &request, const NodeTime &time) const;
 
 private:
     QJsonObject serverInfo(const NodeTime &time) const;
     QJsonObject ledgerSummary(const NodeTime &time) const;
+    QJsonArray warnings() const;
+    WallTime begin() const;
     QJsonObject counts(const NodeTime &time) const;
 
     NodeConfiguration m_configuration;
@@ -52,6 +57,7 @@ private:
     Course m_course;
     MaintenanceCourse m_maintenance;
     LedgerMessages m_ledgers;
+    ValidatorLists m_lists;
 };
 
 /// A time as get_counts words it: "1 minute, 2 seconds"; empty for nothing.

@@ -10,8 +10,9 @@ Sections sections(const QByteArray &text)
     Sections sections;
     QByteArrayList *current = nullptr;
     for (const QByteArray &whole : text.split('\n')) {
-        const QByteArray line = whole.trimmed();
-        if (line.isEmpty() || line.startsWith('#'))
+        const qsizetype comment = whole.indexOf('#');
+        const QByteArray line = whole.first(comment < 0 ? whole.size() : comment).trimmed();
+        if (line.isEmpty())
             continue;
         if (line.startsWith('[') && line.endsWith(']'))
             current = &sections[line.sliced(1, line.size() - 2)];

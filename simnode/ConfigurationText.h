@@ -15,8 +15,9 @@ namespace tidewick::sim::ConfigurationText {
 using Sections = std::map<QByteArray, QByteArrayList>;
 using Values = std::map<QByteArray, QByteArray>;
 
-/// The lines of each section, without the blanks around them, empty lines and lines that begin with
-/// "#". Line ends may be LF or CR LF. A section that comes again is continued.
+/// The lines of each section, without comments, the blanks around them and empty lines. A "#"
+/// begins a comment wherever it stands, in a file name as well, and nothing escapes it. Line ends
+/// may be LF or CR LF. A section that comes again is continued.
 Sections sections(const QByteArray &text);
 
 /// The lines of the form "key = value" among these; of equal keys the last counts.

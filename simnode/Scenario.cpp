@@ -111,6 +111,32 @@ QList<StreamFault> streamFaultsOf(const QString &value)
     return faults;
 }
 
+ListState listsOf(const QString &value)
+{
+    if (const auto state = listStateNamed(value))
+        return *state;
+    throw BadValue("active, none, expired or expiring");
+}
+
+std::set<ServerWarning> warningsOf(const QString &value)
+{
+    std::set<ServerWarning> warnings;
+    for (const QString &name : value.split(u'+')) {
+        const auto warning = serverWarningNamed(name);
+        if (!warning)
+            throw BadValue("warnings such as amendment-majority+other");
+        warnings.insert(*warning);
+    }
+    return warnings;
+}
+
+StoreFault storeFaultOf(const QString &value)
+{
+    if (const auto fault = storeFaultNamed(value))
+        return *fault;
+    throw BadValue("damaged, damaged-index or stock");
+}
+
 void omitExtras(Scenario &scenario)
 {
     scenario.countsBootstrap = scenario.countsMaintenance = scenario.countsProcess = false;
@@ -127,6 +153,15 @@ constexpr auto keys = std::to_array<Key>({
     {"state", [](auto &s, auto &v) { s.state = v; }},
     {"peers", [](auto &s, auto &v) { s.peers = static_cast<int>(integerOf(v, 0, 10'000)); }},
     {"amendment-blocked", [](auto &s, auto &v) { s.amendmentBlocked = isWord(v, "yes"); }},
+    {"lists", [](auto &s, auto &v) { s.lists = listsOf(v); }},
+    {"warnings", [](auto &s, auto &v) { s.warnings = warningsOf(v); }},
+    {"clock-offset",
+     [](auto &s, auto &v) {
+         s.clockOffset = std::chrono::seconds(integerOf(v, -100'000'000, 100'000'000));
+     }},
+    {"io-latency",
+     [](auto &s, auto &v) { s.ioLatency = std::chrono::milliseconds(integerOf(v, 0, 1'000'000)); }},
+    {"load", [](auto &s, auto &v) { s.load = realOf(v, 1, 1'000'000); }},
     {"maintenance", [](auto &s, auto &v) { s.maintenance = maintenanceOf(v); }},
     {"txns", [](auto &s, auto &v) { s.transactions = rangeOf(v); }},
     {"ledger-interval", [](auto &s, auto &v) { s.ledgerInterval = Seconds(realOf(v, 0.1, 10'000)); }},
@@ -140,6 +175,7 @@ constexpr auto keys = std::to_array<Key>({
     {"stop", [](auto &s, auto &v) { s.stopHangs = isWord(v, "hang"); }},
     {"sigterm", [](auto &s, auto &v) { s.ignoresSigterm = isWord(v, "ignore"); }},
     {"grandchild", [](auto &s, auto &v) { s.grandchild = secondsOf(v); }},
+    {"store", [](auto &s, auto &v) { s.storeFault = storeFaultOf(v); }},
     {"streams", [](auto &s, auto &v) { s.closesStreams = isWord(v, "close"); }},
     {"output", [](auto &s, auto &v) { s.outputBytes = integerOf(v, 0, 1LL << 40); }},
     {"lines", [](auto &s, auto &v) { s.outputLines = integerOf(v, 0, 1LL << 40); }},
@@ -208,6 +244,13 @@ Scenario Scenario::parse(const QString &text)
     if (redirects(scenario.faults) && scenario.faults.redirectPort == 0)
         throw ScenarioError("a redirect needs redirect-port");
     return scenario;
+}
+
+std::optional<QString> Scenario::pinnedState() const
+{
+    if (state || permitsValidation(lists))
+        return state;
+    return QStringLiteral("connected");
 }
 
 Scenario Scenario::fromEnvironment()

@@ -6,11 +6,16 @@
 #include "simnode/Ending.h"
 #include "simnode/RpcFault.h"
 #include "simnode/Seconds.h"
+#include "simnode/ServerWarning.h"
+#include "simnode/StoreFault.h"
 #include "simnode/StreamFault.h"
+#include "simnode/ValidatorLists.h"
 
 #include <QString>
 
+#include <chrono>
 #include <optional>
+#include <set>
 #include <stdexcept>
 
 namespace tidewick::sim {
@@ -35,6 +40,12 @@ struct Scenario
     std::optional<QString> state;
     std::optional<int> peers;
     bool amendmentBlocked = false;
+    ListState lists = ListState::Active;
+    /// Beside those that follow from the lists and from amendmentBlocked.
+    std::set<ServerWarning> warnings;
+    std::chrono::seconds clockOffset{0};
+    std::optional<std::chrono::milliseconds> ioLatency;
+    std::optional<double> load;
     std::optional<QString> maintenance;
     Range transactions{20, 200};
     /// Simulated.
@@ -47,6 +58,7 @@ struct Scenario
     /// From the cue; zero from the start is before the store and the ports are opened.
     Seconds endingAfter{0};
     Cue endingCue = Cue::Start;
+    StoreFault storeFault = StoreFault::None;
     bool closesStreams = false;
     bool listens = true;
     std::optional<Seconds> startDelay;
@@ -74,6 +86,10 @@ struct Scenario
     /// The scenario in the environment variable TIDEWICK_SIMNODE, or in the file it names after an
     /// "@"; the usual course without one. Throws ScenarioError.
     static Scenario fromEnvironment();
+
+    /// The state in which the node stays: the one given, or the one in which it waits for valid
+    /// lists.
+    std::optional<QString> pinnedState() const;
 
     /// Real time between two ledgers.
     Seconds realLedgerInterval() const { return ledgerInterval / speed; }

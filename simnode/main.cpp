@@ -5,6 +5,7 @@
 #include "simnode/Chatter.h"
 #include "simnode/Ending.h"
 #include "simnode/Node.h"
+#include "simnode/StoreFault.h"
 #include "simnode/Version.h"
 
 #include <QCoreApplication>
@@ -58,6 +59,15 @@ bool playPrelude(const Scenario &scenario)
     return ends;
 }
 
+/// Prints why the store cannot be used. The exit status, if the process is not to die of a signal.
+int failFor(const StoreFailure &failure)
+{
+    StandardStreams::printError(std::string(failure.text) + '\n');
+    if (failure.ending.signaled)
+        dieOf(failure.ending.number);
+    return failure.ending.number;
+}
+
 int run(const std::filesystem::path &file, const Scenario &scenario, int &argc, char **argv)
 {
     const NodeConfiguration configuration = NodeConfiguration::read(file);
@@ -71,6 +81,8 @@ int run(const std::filesystem::path &file, const Scenario &scenario, int &argc, 
         log.info("Application", QStringLiteral("grandchild %1").arg(grandchild));
     if (playPrelude(scenario))
         return scenario.ending->number;
+    if (const auto failure = storeFailureOf(scenario.storeFault, configuration))
+        return failFor(*failure);
     makeFolder(configuration.databasePath);
 
     QCoreApplication application(argc, argv);

@@ -44,6 +44,8 @@ private slots:
     void sections();
     void readsThePlainOne();
     void readsTheShippedTemplate();
+    void cutsPaths_data();
+    void cutsPaths();
     void accepts_data();
     void accepts();
     void refuses_data();
@@ -85,8 +87,10 @@ void TestSimConfiguration::sections_data()
     row("no line feed at the end", "[a]\none", {"one"});
     row("CR LF", "[a]\r\none\r\ntwo\r\n", {"one", "two"});
     row("blanks around", " [a] \n\t one two \n", {"one two"});
-    row("empty lines and comments", "# x\n[a]\n\n# y\n  # z\none # not a comment\n",
-        {"one # not a comment"});
+    row("empty lines and comments", "# x\n[a]\n\n# y\n  # z\none\n", {"one"});
+    row("comments behind", "[a] # x\none # y\ntwo#z\nthree ## = #\n", {"one", "two", "three"});
+    row("backslash", "[a]\none\\# x\n\\#two\n", {"one\\", "\\"});
+    row("cut heading", "[a]\none\n[b#]\ntwo\n", {"one", "[b", "two"});
     row("continued", "[a]\none\n[b]\nthree\n[a]\ntwo\n", {"one", "two"});
     row("empty section", "[a]\n[b]\none\n", {});
 }
@@ -131,6 +135,28 @@ void TestSimConfiguration::readsTheShippedTemplate()
     QCOMPARE(configuration.storePath, m_folder.path() / "db/nudb");
     QCOMPARE(configuration.databasePath, m_folder.path() / "db");
     QCOMPARE(configuration.nodeSize, QStringLiteral("small"));
+}
+
+void TestSimConfiguration::cutsPaths_data()
+{
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QString>("read");
+    QTest::newRow("no comment") << QByteArray("data 1/db") << QStringLiteral("data 1/db");
+    QTest::newRow("hash") << QByteArray("data#1/db") << QStringLiteral("data");
+    QTest::newRow("hash after a blank") << QByteArray("data #1/db") << QStringLiteral("data");
+    QTest::newRow("backslash") << QByteArray("data\\#1/db") << QStringLiteral("data\\");
+}
+
+void TestSimConfiguration::cutsPaths()
+{
+    QFETCH(QByteArray, written);
+    QFETCH(QString, read);
+    QByteArray text = plain;
+    text.replace("path = db", "path = " + written);
+    text.replace("debug.log", written);
+    const NodeConfiguration configuration = this->read(text);
+    QCOMPARE(configuration.storePath, m_folder.path() / read.toStdString());
+    QCOMPARE(configuration.debugLog, m_folder.path() / read.toStdString());
 }
 
 void TestSimConfiguration::accepts_data()
@@ -233,7 +259,8 @@ void TestSimConfiguration::validators_data()
     keys("list key too long", key + '7', false);
     keys("list key of another kind", "02" + key.mid(2), false);
     keys("list key with a letter", key.chopped(1) + 'G', false);
-    keys("list key with more", key + " # mine", false);
+    keys("list key with more", key + " mine", false);
+    keys("list key with a comment", key + " # mine", true);
     QTest::newRow("sites only") << QByteArray("[validator_list_sites]\nhttps://x\n") << false;
     QTest::newRow("empty") << QByteArray() << false;
 }

@@ -17,6 +17,8 @@ class TestSimRpcAnswers : public QObject
 
 private slots:
     void answersProperly();
+    void answersOnLists_data();
+    void answersOnLists();
     void answersOneAfterTheOther();
     void refusesWhatItCannotRead_data();
     void refusesWhatItCannotRead();
@@ -42,6 +44,43 @@ void TestSimRpcAnswers::answersProperly()
     QCOMPARE(unknown.status, 200);
     QVERIFY(unknown.body.contains("unknownCmd"));
     QCOMPARE(node.ask("stop").status, 200);
+}
+
+void TestSimRpcAnswers::answersOnLists_data()
+{
+    QTest::addColumn<QByteArray>("scenario");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QString>("refresh");
+    QTest::addColumn<int>("warnings");
+    const auto row = [](const char *scenario, const char *status, const char *refresh,
+                        int warnings) {
+        QTest::newRow(scenario) << QByteArray(scenario) << QString::fromLatin1(status)
+                                << QString::fromLatin1(refresh) << warnings;
+    };
+    row("lists=active", "active", "accepted", 0);
+    row("lists=expiring", "active", "accepted", 0);
+    row("lists=none", "unknown", "invalid", 1);
+    row("lists=expired warnings=other", "expired", "invalid", 2);
+}
+
+void TestSimRpcAnswers::answersOnLists()
+{
+    QFETCH(QByteArray, scenario);
+    QFETCH(QString, status);
+    QFETCH(QString, refresh);
+    QFETCH(int, warnings);
+    const AnsweringNode node(scenario);
+    const SimulatedNode &simulated = node;
+    const QJsonObject info = simulated.ask("server_info")[u"info"].toObject();
+    QCOMPARE(info[u"validator_list"][u"status"].toString(), status);
+    QCOMPARE(info[u"warnings"].toArray().size(), warnings);
+    QCOMPARE(simulated.ask("validator_list_sites")[u"validator_sites"][1][u"last_refresh_status"]
+                 .toString(),
+             refresh);
+    QCOMPARE(simulated.ask("validators")[u"validator_list"], info[u"validator_list"]);
+    // Without valid lists it does not get any further.
+    if (warnings > 0)
+        QCOMPARE(info[u"server_state"].toString(), QStringLiteral("connected"));
 }
 
 void TestSimRpcAnswers::answersOneAfterTheOther()

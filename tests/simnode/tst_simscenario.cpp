@@ -27,6 +27,11 @@ private slots:
     void cleanup() { qunsetenv("TIDEWICK_SIMNODE"); }
     void isEmptyByDefault();
     void readsTheCourse();
+    void readsTheTroubles();
+    void listNames_data();
+    void listNames();
+    void storeFaultNames_data();
+    void storeFaultNames();
     void readsTheProcess();
     void readsTheFaults();
     void readsTheStreamFaults();
@@ -55,6 +60,11 @@ void TestSimScenario::isEmptyByDefault()
     QVERIFY(scenario.listens);
     QVERIFY(!scenario.ending);
     QVERIFY(!scenario.startDelay);
+    QCOMPARE(scenario.lists, ListState::Active);
+    QVERIFY(scenario.warnings.empty());
+    QCOMPARE(scenario.clockOffset, std::chrono::seconds(0));
+    QVERIFY(!scenario.ioLatency && !scenario.load);
+    QCOMPARE(scenario.storeFault, StoreFault::None);
     QCOMPARE(scenario.faults.of(QStringLiteral("stop")), RpcFault::None);
     QVERIFY(scenario.countsBootstrap && scenario.countsMaintenance && scenario.countsProcess);
 }
@@ -72,6 +82,64 @@ void TestSimScenario::readsTheCourse()
     QCOMPARE(scenario.transactions.least, 5);
     QCOMPARE(scenario.transactions.most, 7);
     QCOMPARE(scenario.realLedgerInterval(), Seconds(0.2));
+}
+
+void TestSimScenario::readsTheTroubles()
+{
+    const Scenario scenario = parse("warnings=other+amendment-majority+other clock-offset=-90 "
+                                    "io-latency=700 load=12.5");
+    QCOMPARE(scenario.warnings, (std::set{ServerWarning::AmendmentMajority, ServerWarning::Other}));
+    QCOMPARE(scenario.clockOffset, std::chrono::seconds(-90));
+    QCOMPARE(scenario.ioLatency, std::chrono::milliseconds(700));
+    QCOMPARE(scenario.load, 12.5);
+    QCOMPARE(parse("warnings=amendment-blocked").warnings,
+             std::set{ServerWarning::AmendmentBlocked});
+    QCOMPARE(parse("clock-offset=100000000").clockOffset, std::chrono::seconds(100'000'000));
+    QCOMPARE(parse("clock-offset=-100000000").clockOffset, std::chrono::seconds(-100'000'000));
+}
+
+void TestSimScenario::listNames_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<ListState>("lists");
+    // Empty: it is not pinned.
+    QTest::addColumn<QString>("state");
+    const auto row = [](const char *text, ListState lists, const char *state) {
+        QTest::newRow(text) << QString::fromLatin1(text) << lists << QString::fromLatin1(state);
+    };
+    row("lists=active", ListState::Active, "");
+    row("lists=expiring", ListState::Expiring, "");
+    row("lists=none", ListState::None, "connected");
+    row("lists=expired", ListState::Expired, "connected");
+    row("lists=active state=full", ListState::Active, "full");
+    row("lists=none state=full", ListState::None, "full");
+    row("state=odd lists=expired", ListState::Expired, "odd");
+}
+
+void TestSimScenario::listNames()
+{
+    QFETCH(QString, text);
+    QFETCH(ListState, lists);
+    QFETCH(QString, state);
+    const Scenario scenario = Scenario::parse(text);
+    QCOMPARE(scenario.lists, lists);
+    QCOMPARE(scenario.pinnedState().value_or(QString()), state);
+}
+
+void TestSimScenario::storeFaultNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<StoreFault>("fault");
+    QTest::newRow("damaged") << QStringLiteral("damaged") << StoreFault::Damaged;
+    QTest::newRow("damaged-index") << QStringLiteral("damaged-index") << StoreFault::DamagedIndex;
+    QTest::newRow("stock") << QStringLiteral("stock") << StoreFault::Stock;
+}
+
+void TestSimScenario::storeFaultNames()
+{
+    QFETCH(QString, name);
+    QFETCH(StoreFault, fault);
+    QCOMPARE(Scenario::parse(QLatin1String("store=") + name).storeFault, fault);
 }
 
 void TestSimScenario::readsTheProcess()
@@ -222,6 +290,26 @@ void TestSimScenario::refuses_data()
                              "peers=-1",
                              "peers=1.5",
                              "amendment-blocked=no",
+                             "lists=",
+                             "lists=unknown",
+                             "warnings=",
+                             "warnings=expired",
+                             "warnings=other+",
+                             "warnings=other+1003",
+                             "clock-offset=soon",
+                             "clock-offset=1.5",
+                             "clock-offset=100000001",
+                             "clock-offset=-100000001",
+                             "io-latency=-1",
+                             "io-latency=2.5",
+                             "io-latency=1000001",
+                             "load=0.9",
+                             "load=-1",
+                             "load=1000001",
+                             "load=high",
+                             "store=",
+                             "store=none",
+                             "store=NuDB",
                              "maintenance=sleeping",
                              "txns=5",
                              "txns=7-5",
