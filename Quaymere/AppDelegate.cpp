@@ -18,14 +18,24 @@ constexpr std::chrono::milliseconds longestWait = 100s;
 } // namespace
 
 AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
-    : QObject(parent), m_deathWatch(deathWatch),
-      m_node(NodeConfig::dataDirectory(), NodeHost(&deathWatch))
+    : QObject(parent), m_deathWatch(deathWatch), m_otherNode(QStringLiteral("xrpld.service")),
+      m_node(NodeConfig::dataDirectory(), hostOfNode())
 {
     connect(&m_node, &NodeController::readyToTerminate, this, &AppDelegate::terminated);
     connect(&m_launched, &QTimer::timeout, this, &AppDelegate::applicationDidFinishLaunching);
     m_launched.setSingleShot(true);
     m_launched.start(0);
     connect(&m_lookAgain, &QTimer::timeout, this, &AppDelegate::startWhenAlone);
+}
+
+NodeHost AppDelegate::hostOfNode()
+{
+    NodeHost host(&m_deathWatch);
+    host.hasCompany = [this, portAnswers = host.hasCompany] {
+        m_otherNode.look();
+        return m_otherNode.isActive() || portAnswers();
+    };
+    return host;
 }
 
 void AppDelegate::applicationDidFinishLaunching()

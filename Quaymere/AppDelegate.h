@@ -5,6 +5,7 @@
 
 #include "node/NodeController.h"
 #include "platform/DeathWatch.h"
+#include "platform/SystemService.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -46,8 +47,11 @@ signals:
 private:
     /// The node of a program that was killed may still be closing its store.
     void startWhenAlone();
+    NodeHost hostOfNode();
 
     const DeathWatch &m_deathWatch;
+    /// The node that a package may have brought along and started.
+    SystemService m_otherNode;
     NodeController m_node;
     QTimer m_launched;
     QTimer m_lookAgain;

@@ -106,7 +106,7 @@ void DesktopFaces::makeTrayItem()
 {
     const bool byHost = m_trayHost.kind() == TrayHost::Kind::StatusNotifier;
     m_tray = std::make_unique<TrayItem>(byHost ? RowMenu::Drawing::ByHost : RowMenu::Drawing::ByUs,
-                                        icon(), menuRows(m_node.status()), summary());
+                                        icon(), menuRows(m_node.status()), toolTip());
     connect(m_tray.get(), &TrayItem::commandChosen, &m_commands, &MenuCommands::run);
 }
 
@@ -118,7 +118,7 @@ void DesktopFaces::showPanel()
         m_panel->setHint(adviceForOnce());
         m_panel->setDark(m_appearance.isDark());
         m_panel->setIcon(icon());
-        m_panel->setRows(menuRows(m_node.status()));
+        m_panel->setRows(rowsWithAdvice(m_node.status()));
     }
     Windows::bringForward(*m_panel);
 }
@@ -135,13 +135,12 @@ QString DesktopFaces::adviceForOnce()
 
 void DesktopFaces::followStatus()
 {
-    const QList<MenuRow> rows = menuRows(m_node.status());
     if (m_tray) {
-        m_tray->setRows(rows);
-        m_tray->setToolTip(summary());
+        m_tray->setRows(menuRows(m_node.status()));
+        m_tray->setToolTip(toolTip());
     }
     if (m_panel)
-        m_panel->setRows(rows);
+        m_panel->setRows(rowsWithAdvice(m_node.status()));
     updateIcon();
 }
 
@@ -166,11 +165,9 @@ QIcon DesktopFaces::icon()
     return m_icon.image(StatusIcon::badge(m_node.status().phase));
 }
 
-QString DesktopFaces::summary() const
+QString DesktopFaces::toolTip() const
 {
-    const NodeStatus &status = m_node.status();
-    const QString title = QLatin1String("Tidewick: ") + phaseTitle(status.phase);
-    return status.detail.isEmpty() ? title : title + QStringLiteral(" · ") + status.detail;
+    return QLatin1String("Tidewick: ") + summary(m_node.status());
 }
 
 } // namespace tidewick

@@ -57,7 +57,7 @@ private:
     void followAppearance();
     void updateIcon();
     QIcon icon();
-    QString summary() const;
+    QString toolTip() const;
 
     NodeController &m_node;
     Appearance m_appearance;

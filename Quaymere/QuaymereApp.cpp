@@ -37,8 +37,9 @@ int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     connect(&delegate, &AppDelegate::terminating, &instance,
             [&instance] { instance.refuseCalls(QStringLiteral("it is quitting")); });
 
-    m_notifier.emplace(QDBusConnection::sessionBus());
-    connect(&delegate.node(), &NodeController::endedOnItsOwn, this, &QuaymereApp::notifyOfEnd);
+    m_notices.emplace(delegate.node(), QDBusConnection::sessionBus());
+    connect(&*m_notices, &Notices::installationWanted, &faces,
+            [&faces] { faces.run(MenuCommand::InstallNode); });
 
     SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
     connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
@@ -54,12 +55,6 @@ void QuaymereApp::runAction(const QString &action)
         m_faces->run(MenuCommand::Settings);
     else if (action == QLatin1String("quit"))
         m_faces->run(MenuCommand::Quit);
-}
-
-void QuaymereApp::notifyOfEnd(Phase phase, const QString &why)
-{
-    m_notifier->notify(
-        phase == Phase::Error ? QStringLiteral("Node error") : QStringLiteral("Node stopped"), why);
 }
 
 bool QuaymereApp::event(QEvent *event)

@@ -5,7 +5,7 @@
 
 #include "AppDelegate.h"
 #include "DesktopFaces.h"
-#include "platform/Notifier.h"
+#include "Notices.h"
 #include "platform/SingleInstance.h"
 
 #include <QApplication>
@@ -32,11 +32,10 @@ protected:
 
 private:
     void runAction(const QString &action);
-    void notifyOfEnd(Phase phase, const QString &why);
 
     std::optional<AppDelegate> m_appDelegate;
     std::optional<DesktopFaces> m_faces;
-    std::optional<Notifier> m_notifier;
+    std::optional<Notices> m_notices;
 };
 
 } // namespace tidewick

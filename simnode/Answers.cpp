@@ -48,13 +48,24 @@ QJsonObject accountingObject(const std::map<QString, StateAccount> &accounts)
 
 Answers::Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule)
     : m_configuration(std::move(configuration)), m_scenario(std::move(scenario)),
-      m_course(m_scenario.pinnedState(), m_scenario.peers,
-               m_configuration.isStock() ? Course::Kind::Stock : Course::Kind::Streaming),
-      m_maintenance(m_scenario.maintenance),
+      m_course(makeCourse()), m_maintenance(m_scenario.maintenance),
       m_ledgers(LedgerSource(m_scenario.transactions.least, m_scenario.transactions.most),
                 schedule),
       m_lists(m_scenario.lists, begin())
 {
+}
+
+Course Answers::makeCourse() const
+{
+    return Course(m_scenario.pinnedState(), m_scenario.peers,
+                  m_configuration.isStock() ? Course::Kind::Stock : Course::Kind::Streaming);
+}
+
+void Answers::heal()
+{
+    m_scenario = m_scenario.healed();
+    m_course = makeCourse();
+    m_lists = ValidatorLists(m_scenario.lists, begin());
 }
 
 std::optional<LedgerRange> Answers::validated(const NodeTime &time) const

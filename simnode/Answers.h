@@ -34,6 +34,9 @@ class Answers
 public:
     Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule);
 
+    /// From now on the node is well.
+    void heal();
+
     const Course &course() const { return m_course; }
     const MaintenanceCourse &maintenance() const { return m_maintenance; }
     const LedgerMessages &ledgers() const { return m_ledgers; }
@@ -46,6 +49,7 @@ public:
     Reply answer(const QString &command, const QJsonObject &request, const NodeTime &time) const;
 
 private:
+    Course makeCourse() const;
     QJsonObject serverInfo(const NodeTime &time) const;
     QJsonObject ledgerSummary(const NodeTime &time) const;
     QJsonArray warnings() const;

@@ -153,6 +153,8 @@ void Node::receiveSignal(int number)
     if (number == SIGUSR1) {
         for (const auto &server : m_httpServers)
             server->cueFaults();
+        if (m_scenario.heals)
+            m_simulation.heal();
         takeCue(Scenario::Cue::User);
         return;
     }

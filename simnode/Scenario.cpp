@@ -162,6 +162,7 @@ constexpr auto keys = std::to_array<Key>({
     {"io-latency",
      [](auto &s, auto &v) { s.ioLatency = std::chrono::milliseconds(integerOf(v, 0, 1'000'000)); }},
     {"load", [](auto &s, auto &v) { s.load = realOf(v, 1, 1'000'000); }},
+    {"heal", [](auto &s, auto &v) { s.heals = isWord(v, "usr1"); }},
     {"maintenance", [](auto &s, auto &v) { s.maintenance = maintenanceOf(v); }},
     {"txns", [](auto &s, auto &v) { s.transactions = rangeOf(v); }},
     {"ledger-interval", [](auto &s, auto &v) { s.ledgerInterval = Seconds(realOf(v, 0.1, 10'000)); }},
@@ -251,6 +252,21 @@ std::optional<QString> Scenario::pinnedState() const
     if (state || permitsValidation(lists))
         return state;
     return QStringLiteral("connected");
+}
+
+Scenario Scenario::healed() const
+{
+    const Scenario well;
+    Scenario healed = *this;
+    healed.state = well.state;
+    healed.peers = well.peers;
+    healed.amendmentBlocked = well.amendmentBlocked;
+    healed.lists = well.lists;
+    healed.warnings = well.warnings;
+    healed.clockOffset = well.clockOffset;
+    healed.ioLatency = well.ioLatency;
+    healed.load = well.load;
+    return healed;
 }
 
 Scenario Scenario::fromEnvironment()

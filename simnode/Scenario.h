@@ -46,6 +46,8 @@ struct Scenario
     std::chrono::seconds clockOffset{0};
     std::optional<std::chrono::milliseconds> ioLatency;
     std::optional<double> load;
+    /// With SIGUSR1 the node is well again.
+    bool heals = false;
     std::optional<QString> maintenance;
     Range transactions{20, 200};
     /// Simulated.
@@ -90,6 +92,9 @@ struct Scenario
     /// The state in which the node stays: the one given, or the one in which it waits for valid
     /// lists.
     std::optional<QString> pinnedState() const;
+
+    /// The same course, but with a node that server_info has no trouble to tell of.
+    Scenario healed() const;
 
     /// Real time between two ledgers.
     Seconds realLedgerInterval() const { return ledgerInterval / speed; }

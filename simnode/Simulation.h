@@ -29,6 +29,9 @@ public:
     /// Lets time begin to pass.
     void start();
 
+    /// Has the node tell of no trouble any more.
+    void heal() { m_answers.heal(); }
+
     /// Answers a command as of now.
     Reply answer(const QString &command, const QJsonObject &request) const;
 

@@ -5,8 +5,11 @@
 
 #include "node/EnvironmentFile.h"
 #include "node/Settings.h"
+#include "node/ValidatorsFile.h"
 #include "platform/Files.h"
 #include "platform/Folders.h"
+
+#include <optional>
 
 namespace tidewick {
 
@@ -57,6 +60,16 @@ fs::path NodeConfig::chooseDataDirectory(const fs::path &base)
     return error ? legacy : current;
 }
 
+void NodeConfig::checkDataDirectory(const fs::path &directory)
+{
+    const std::string path = directory.string();
+    // The node would take the path before the "#" and keep its store there, unseen by us.
+    if (path.find('#') != std::string::npos)
+        throw FileError(directory, "the node takes a \"#\" in a path for the begin of a comment");
+    if (path.find_first_of("\r\n") != std::string::npos)
+        throw FileError(directory, "the node cannot read a path with a line break in it");
+}
+
 fs::path NodeConfig::resource(std::string_view name, std::string_view extension) const
 {
     if (const auto path = m_bundle.resource(name, extension))
@@ -79,7 +92,8 @@ fs::path NodeConfig::render(const fs::path &directory) const
     // Copied afresh each time, so that the list of a new bundle always takes the old one's place.
     const fs::path validators = directory / "validators.txt";
     removeFile(validators);
-    Files::writeAtomically(validators, Files::read(resource("validators", "txt")));
+    const std::optional<QByteArray> users = ValidatorsFile::read();
+    Files::writeAtomically(validators, users ? *users : Files::read(resource("validators", "txt")));
     return configuration;
 }
 

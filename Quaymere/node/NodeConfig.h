@@ -8,6 +8,7 @@
 #include "platform/Defaults.h"
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -37,9 +38,14 @@ public:
     /// The choice behind dataDirectory, below the folder `base`.
     static std::filesystem::path chooseDataDirectory(const std::filesystem::path &base);
 
+    /// Throws FileError for a data folder whose path a node would not read from its configuration
+    /// as it is.
+    static void checkDataDirectory(const std::filesystem::path &directory);
+
     /// Writes "xrpld.cfg" and "validators.txt" into `directory`, which is made if need be, and
-    /// gives the path of the former. Throws Missing or FileError; what was written until then
-    /// stays.
+    /// gives the path of the former. The list of validators is the user's own (ValidatorsFile)
+    /// where there is one, else the bundle's. Throws Missing or FileError; what was written until
+    /// then stays.
     std::filesystem::path render(const std::filesystem::path &directory) const;
 
     /// This process's environment with the lines of "node.env" laid over it. Throws Missing or
@@ -51,6 +57,12 @@ public:
 
     /// The bundle's description of its build, lines of key=value; "no build-info" without one.
     QString buildInfo() const;
+
+    /// The page on real nodes, where they come from first of all; nothing in a bundle without it.
+    std::optional<std::filesystem::path> nodePage() const
+    {
+        return m_bundle.resource("real-node", "html");
+    }
 
     /// The executable that is run as the node.
     std::filesystem::path nodeExecutable() const { return m_bundle.nodeExecutable(); }

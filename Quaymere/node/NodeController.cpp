@@ -3,6 +3,7 @@
 
 #include "node/NodeController.h"
 
+#include "node/BuildInfo.h"
 #include "platform/NodePorts.h"
 #include "platform/NumberText.h"
 #include "platform/Utf8.h"
@@ -71,6 +72,7 @@ void NodeController::start()
         next.detail = *m_startBlocked;
     } else {
         next.errorText.reset();
+        next.advice.reset();
         m_stopReason.reset();
         Defaults defaults = m_host.defaults;
         defaults.refresh();
@@ -107,6 +109,7 @@ std::optional<QString> NodeController::reasonToRefuse() const
 void NodeController::launch(NodeStatus &next)
 {
     try {
+        NodeConfig::checkDataDirectory(m_data);
         Files::createOwnFolder(m_data);
         const std::filesystem::path configuration = m_config.render(m_data);
         NodeLog::rotate(m_log.path());
@@ -126,7 +129,9 @@ void NodeController::launch(NodeStatus &next)
         spec.ownProcessGroup = true;
         beginRun(next, m_host.spawn(spec));
     } catch (const std::exception &error) {
+        m_rpcAnswered = false;
         fail(next, QLatin1String("Could not start the node: ") + messageOf(error));
+        next.advice = adviceAfter({});
     }
 }
 
@@ -139,6 +144,7 @@ void NodeController::beginRun(NodeStatus &next, std::unique_ptr<ChildProcess> ch
     m_rpcAnswered = false;
     m_lastServerInfo.reset();
     m_bootstrap = {};
+    m_soFar = RunSoFar(m_startedAt);
     m_stopRequested = false;
     m_stopIsAutomatic = false;
 
@@ -157,6 +163,7 @@ void NodeController::exited(int status, bool signaled)
 
     NodeStatus next = m_status;
     next.hasProcess = false;
+    next.advice.reset();
     next.peers.reset();
     next.ledgerSeq.reset();
     next.timeLeft.reset();
@@ -166,9 +173,11 @@ void NodeController::exited(int status, bool signaled)
         next.phase = Phase::Stopped;
         next.detail = m_stopReason.value_or(QStringLiteral("Stopped"));
     } else {
+        const QString lastWords = m_log.tail(m_launchOffset);
         fail(next, QStringLiteral("The node exited unexpectedly (%1 %2).\n\n%3")
                        .arg(signaled ? QStringLiteral("signal") : QStringLiteral("exit status"),
-                            QString::number(status), m_log.tail(m_launchOffset)));
+                            QString::number(status), lastWords));
+        next.advice = adviceAfter(lastWords);
     }
     const NodeStatus ended = next; // before what else there is to do changes the texts
     if (std::exchange(m_clearAfterStop, false))
@@ -185,6 +194,21 @@ void NodeController::exited(int status, bool signaled)
         waiter->resolve(true);
     if (alive && m_terminateWhenStopped)
         emit readyToTerminate();
+}
+
+std::optional<Advice> NodeController::adviceAfter(const QString &lastWords) const
+{
+    const std::filesystem::path executable = m_config.nodeExecutable();
+    std::error_code error;
+    EndedNode node;
+    node.executable = std::filesystem::is_symlink(executable, error)
+                          ? std::filesystem::read_symlink(executable, error)
+                          : executable;
+    node.executableExists = std::filesystem::exists(executable, error);
+    node.hasAnswered = m_rpcAnswered;
+    node.lastWords = lastWords;
+    node.hasMossgrid = BuildInfo::hasMossgrid(m_config.buildInfo());
+    return adviceOn(node);
 }
 
 } // namespace tidewick

@@ -11,6 +11,7 @@
 #include "node/NodeStatus.h"
 #include "node/NodeStore.h"
 #include "node/RunLimits.h"
+#include "node/RunSoFar.h"
 #include "node/StorageStatus.h"
 #include "platform/Task.h"
 
@@ -115,6 +116,7 @@ private:
     void launch(NodeStatus &next);
     void beginRun(NodeStatus &next, std::unique_ptr<ChildProcess> child);
     void exited(int status, bool signaled);
+    std::optional<Advice> adviceAfter(const QString &lastWords) const;
 
     // Polling.
     void startPolling();
@@ -124,6 +126,7 @@ private:
     void takeCounts(NodeStatus &next, const QJsonObject &counts);
     void readProcessMemory(NodeStatus &next) const;
     void takeServerInfo(NodeStatus &next, const QJsonObject &info);
+    QCoro::Task<> askForLists(TaskToken token);
 
     // Limits, stopping, storage.
     /// Sets the time left. The reason to stop the node now, if there is one.
@@ -161,6 +164,8 @@ private:
     bool m_rpcAnswered = false;
     std::optional<QJsonObject> m_lastServerInfo;
     BootstrapProgress m_bootstrap;
+    RunSoFar m_soFar;
+    bool m_hasCompany = false;
     bool m_stopRequested = false;
     std::optional<QString> m_stopReason;
     /// The stop requested is the controller's own, at a limit.

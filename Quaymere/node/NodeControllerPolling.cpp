@@ -58,6 +58,15 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
     if (!wantsAnswers(token))
         co_return;
 
+    if (withCounts) {
+        m_hasCompany = m_host.hasCompany();
+        if (m_soFar.lacksLists()) {
+            co_await askForLists(token);
+            if (!wantsAnswers(token))
+                co_return;
+        }
+    }
+
     NodeStatus next = m_status;
     if (counts)
         takeCounts(next, *counts);
@@ -67,6 +76,8 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
         if (const auto info = JsonRead::object((*answer)[u"info"]))
             takeServerInfo(next, *info);
     }
+    next.advice =
+        adviceOn(m_soFar.at(m_host.clock->suspendingNow(), m_host.clock->wallNow(), m_hasCompany));
     std::optional<QString> reasonToStop;
     if (withCounts) {
         reasonToStop = checkLimits(next);
@@ -79,6 +90,14 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
         m_stopIsAutomatic = true;
         stop(reasonToStop);
     }
+}
+
+/// Which publisher's site fails is only of interest while there is no valid list.
+QCoro::Task<> NodeController::askForLists(TaskToken token)
+{
+    const auto sites = co_await m_rpc.call(QStringLiteral("validator_list_sites"));
+    if (sites && wantsAnswers(token))
+        m_soFar.takeListSites(*sites);
 }
 
 void NodeController::takeCounts(NodeStatus &next, const QJsonObject &counts)
@@ -105,8 +124,10 @@ void NodeController::takeServerInfo(NodeStatus &next, const QJsonObject &info)
     m_lastServerInfo = info;
     next.hasServerInfo = true;
     ServerInfo::update(next, info, m_bootstrap);
+    const SuspendingClock::time_point now = m_host.clock->suspendingNow();
+    m_soFar.take(info, next.phase, now);
     if (next.phase == Phase::Full && !m_firstFullAt)
-        m_firstFullAt = m_host.clock->suspendingNow();
+        m_firstFullAt = now;
 }
 
 } // namespace tidewick

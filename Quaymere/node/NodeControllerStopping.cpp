@@ -43,6 +43,7 @@ void NodeController::stop(const std::optional<QString> &reason)
     next.phase = Phase::Stopping;
     next.detail = reason.value_or(QStringLiteral("Stopping"));
     next.timeLeft.reset();
+    next.advice.reset();
     requestStop(m_stopTask.renew());
     killAfterTimeout(m_killTask.renew());
     publish(next, "stop requested");

@@ -26,6 +26,9 @@ struct NodeHost
     std::function<std::optional<double>(const std::filesystem::path &)> freeGB;
     /// Probe::portInUse.
     std::function<bool(quint16 port, qint32 timeoutMs)> portInUse;
+    /// Whether another node runs on this machine, beside the controller's own. Asked in every
+    /// fifth poll: one that nobody calls is found by the port it lets peers call.
+    std::function<bool()> hasCompany;
     /// ChildProcess::start.
     std::function<std::unique_ptr<ChildProcess>(const ChildSpec &)> spawn;
     /// Inside an application sandbox the memory of other processes is not to be read.

@@ -15,6 +15,32 @@ enum class Phase { Stopped, Starting, Bootstrapping, Connecting, Syncing, Full, 
 /// The phase's name for the debug log.
 const char *phaseName(Phase phase);
 
+/// One line about what keeps the node from following the network, or soon will, and what helps.
+struct Advice
+{
+    enum class Cause : char {
+        NoAnswer,
+        AmendmentBlocked,
+        WrongClock,
+        NoPeers,
+        NoValidatorList,
+        OtherNode,
+        TooSlow,
+        UpgradeNeeded,
+        ListExpires,
+        OtherWarning,
+        NodeMissing,
+        StoreDamaged,
+        OtherStore,
+    };
+
+    Cause cause;
+    /// Plain text on one line, at most some 500 characters.
+    QString text;
+
+    bool operator==(const Advice &) const = default;
+};
+
 /// What the controller publishes: everything that a menu, an icon or a window shows of the node, as
 /// one value that can be compared. Texts are ready to be displayed, as plain text.
 struct NodeStatus
@@ -25,6 +51,8 @@ struct NodeStatus
     Phase phase = Phase::Stopped;
     /// One line under the phase; may be empty.
     QString detail;
+    /// What the user should know beyond phase and detail, if anything.
+    std::optional<Advice> advice;
     /// The whole text of the last error.
     std::optional<QString> errorText;
 

@@ -24,7 +24,7 @@ Q_LOGGING_CATEGORY(lcDefaults, "tidewick.defaults", QtWarningMsg)
 
 std::filesystem::path fileOf(const std::string &suite)
 {
-    return Folders::configuration() / "Tidewick" / (suite + ".ini");
+    return Folders::settings() / (suite + ".ini");
 }
 
 /// Keys may hold text from the node. A slash would make a group of it and a backslash a warning, so

@@ -55,6 +55,11 @@ fs::path configuration()
     return named.empty() ? home() / ".config" : named;
 }
 
+fs::path settings()
+{
+    return configuration() / "Tidewick";
+}
+
 fs::path temporary()
 {
     const char *named = std::getenv("TMPDIR");
@@ -71,7 +76,7 @@ fs::path lockFile(const std::string &name)
 {
     if (const fs::path runtime = fromEnvironment("XDG_RUNTIME_DIR"); !runtime.empty())
         return runtime / (name + ".lock");
-    const fs::path folder = configuration() / "Tidewick";
+    const fs::path folder = settings();
     try {
         Files::createFolders(folder);
     } catch (const FileError &) {

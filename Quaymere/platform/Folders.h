@@ -15,6 +15,9 @@ std::filesystem::path applicationSupport();
 /// Where applications keep their settings: $XDG_CONFIG_HOME if absolute, else ~/.config.
 std::filesystem::path configuration();
 
+/// Where this application keeps its settings: "Tidewick" in configuration().
+std::filesystem::path settings();
+
 /// For what need not last: $TMPDIR, else /tmp. Throws as fromOperand for a relative $TMPDIR.
 std::filesystem::path temporary();
 

@@ -11,4 +11,8 @@ namespace tidewick::NodePorts {
 inline constexpr quint16 rpc = 15005;
 inline constexpr quint16 webSocket = 16006;
 
+/// Where other nodes call in to one that lets them, which ours does not: a listener there is
+/// another node on this machine.
+inline constexpr quint16 peers = 51235;
+
 } // namespace tidewick::NodePorts

@@ -4,6 +4,8 @@
 #include "ui/AboutWindow.h"
 
 #include "node/BuildInfo.h"
+#include "node/ValidatorsFile.h"
+#include "platform/Files.h"
 #include "ui/AppIcon.h"
 #include "ui/FormCard.h"
 #include "ui/FormDetails.h"
@@ -31,6 +33,17 @@ constexpr int aboveDetails = 12;
 constexpr int cardMargin = 10;
 constexpr int nameWidth = 79;
 
+/// A line like the others of the build's description where the node trusts others than it was built
+/// for.
+QString ownValidators()
+{
+    const std::filesystem::path file = ValidatorsFile::path();
+    std::error_code error;
+    if (!std::filesystem::exists(file, error))
+        return {};
+    return QStringLiteral("validators=%1\n").arg(Files::display(file));
+}
+
 } // namespace
 
 AboutWindow::AboutWindow(NodeController &node, const std::optional<QString> &version,
@@ -42,7 +55,7 @@ AboutWindow::AboutWindow(NodeController &node, const std::optional<QString> &ver
     makeHeader(versionLine(version, buildInfo));
     makeTexts(BuildInfo::hasMossgrid(buildInfo));
     makeFigures();
-    makeBuildDetails(buildInfo);
+    makeBuildDetails(buildInfo + ownValidators());
     connect(&m_node, &NodeController::statusChanged, this, &AboutWindow::followNode);
     followNode();
     fit();

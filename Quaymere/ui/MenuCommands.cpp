@@ -56,7 +56,10 @@ void MenuCommands::run(MenuCommand command)
     case MenuCommand::About:
         return m_windows.open(QStringLiteral("about"));
     case MenuCommand::Quit:
-        emit quitRequested();
+        return emit quitRequested();
+    case MenuCommand::InstallNode:
+        if (const auto page = m_node.config().nodePage())
+            openPath(*page);
     }
 }
 

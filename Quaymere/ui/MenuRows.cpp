@@ -36,11 +36,20 @@ void addHeader(RowList &rows, const NodeStatus &status)
     rows.text(MenuPlace::Title, phaseTitle(status.phase));
     if (!status.detail.isEmpty())
         rows.text(MenuPlace::Detail, status.detail);
-    rows.separator(MenuPlace::AfterHeader);
+}
+
+void addAdvice(RowList &rows, const NodeStatus &status)
+{
+    if (!status.advice)
+        return;
+    rows.text(MenuPlace::Advice, status.advice->text);
+    if (status.advice->cause == Advice::Cause::NodeMissing)
+        rows.command(MenuPlace::InstallNode, installNodeLabel(), MenuCommand::InstallNode);
 }
 
 void addFigures(RowList &rows, const NodeStatus &status)
 {
+    rows.separator(MenuPlace::AfterHeader);
     const QString ledger = QLatin1String("Validated ledger: ") + status.ledger;
     if (ledgerLink(status))
         rows.command(MenuPlace::Ledger, ledger, MenuCommand::OpenLedger);
@@ -89,16 +98,46 @@ void addOtherCommands(RowList &rows, const NodeStatus &status)
     rows.command(MenuPlace::Quit, QStringLiteral("Quit"), MenuCommand::Quit);
 }
 
+/// All that is below the header.
+void addBody(RowList &rows, const NodeStatus &status)
+{
+    addFigures(rows, status);
+    addNodeCommands(rows, status);
+    addOtherCommands(rows, status);
+}
+
 } // namespace
 
 QList<MenuRow> menuRows(const NodeStatus &status)
 {
     RowList rows;
     addHeader(rows, status);
-    addFigures(rows, status);
-    addNodeCommands(rows, status);
-    addOtherCommands(rows, status);
+    addBody(rows, status);
     return rows.take();
+}
+
+QList<MenuRow> rowsWithAdvice(const NodeStatus &status)
+{
+    RowList rows;
+    addHeader(rows, status);
+    addAdvice(rows, status);
+    addBody(rows, status);
+    return rows.take();
+}
+
+QString installNodeLabel()
+{
+    return QStringLiteral("How to Install…");
+}
+
+QString summary(const NodeStatus &status)
+{
+    QStringList parts{phaseTitle(status.phase)};
+    if (!status.detail.isEmpty())
+        parts += status.detail;
+    if (status.advice)
+        parts += status.advice->text;
+    return parts.join(QStringLiteral(" · "));
 }
 
 QString phaseTitle(Phase phase)

@@ -25,12 +25,15 @@ enum class MenuCommand {
     Settings,
     About,
     Quit,
+    InstallNode,
 };
 
-/// The places of the menu from top to bottom. A row keeps its place when others come and go.
+/// The places of the rows from top to bottom. A row keeps its place when others come and go.
 enum class MenuPlace {
     Title,
     Detail,
+    Advice,
+    InstallNode,
     AfterHeader,
     Ledger,
     Peers,
@@ -72,6 +75,16 @@ struct MenuRow
 
 /// The rows that every face of the application shows: tray menu, node panel, terminal.
 QList<MenuRow> menuRows(const NodeStatus &status);
+
+/// These rows with the advice below the detail, and the command that helps, where there is one: for
+/// faces that have room for a sentence.
+QList<MenuRow> rowsWithAdvice(const NodeStatus &status);
+
+/// The label of the command that shows how to install a node.
+QString installNodeLabel();
+
+/// What there is to say in one line: title, detail and advice.
+QString summary(const NodeStatus &status);
 
 /// The title row's text.
 QString phaseTitle(Phase phase);

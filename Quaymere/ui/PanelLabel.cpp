@@ -3,6 +3,9 @@
 
 #include "ui/PanelLabel.h"
 
+#include "ui/PanelMetrics.h"
+#include "ui/TextScale.h"
+
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -44,6 +47,13 @@ void PanelLabel::paintEvent(QPaintEvent *)
     selection.format.setForeground(palette().highlightedText());
 
     QPainter painter(this);
+    if (m_isFramed) {
+        const qreal radius = TextScale::scaled(font(), PanelMetrics::adviceRadius);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(palette().toolTipBase());
+        painter.drawRoundedRect(rect(), radius, radius);
+    }
     painter.setPen(palette().color(foregroundRole()));
     m_text.draw(painter, width(), layoutDirection(), {selection});
 }

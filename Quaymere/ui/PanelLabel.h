@@ -19,6 +19,9 @@ public:
     /// Drawn in the palette's colour of that role, with the text's margin and padding.
     PanelLabel(QPalette::ColorRole color, int sideMargin, int padding, QWidget *parent);
 
+    /// With a ground of its own around the text, in the palette's ToolTipBase.
+    void setFramed() { m_isFramed = true; }
+
     void setWholeText(const QString &text);
     int heightForWidth(int width) const override;
 
@@ -39,6 +42,7 @@ private:
 
     WrappedText m_text;
     WrappedText::Range m_selected;
+    bool m_isFramed = false;
 };
 
 } // namespace tidewick

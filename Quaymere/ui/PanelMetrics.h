@@ -21,6 +21,12 @@ inline constexpr int top = 12;
 /// Between the header and its hairline, beside the space that every hairline has.
 inline constexpr int headerBottom = 7;
 inline constexpr int bottom = 14;
+/// The advice: its ground's corners, the space within it at the sides and, both together, above and
+/// below, and around it towards header and hairline.
+inline constexpr int adviceRadius = 7;
+inline constexpr int adviceMargin = 12;
+inline constexpr int advicePadding = 18;
+inline constexpr int adviceGap = 5;
 /// The icon's height, the widest icon there is, and the space between it and the title. The title
 /// has two places only: beside the bare mark and beside a mark with a badge.
 inline constexpr int iconHeight = 17;

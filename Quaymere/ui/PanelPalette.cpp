@@ -17,16 +17,17 @@ struct Colors
     QColor fill;
     QColor ring;
     QColor selection;
+    QColor advice;
 };
 
 constexpr Colors light{
-    {240, 240, 242},  {28, 29, 33},      {79, 82, 96},  {104, 107, 119},
-    {28, 29, 33, 31}, {37, 83, 199, 34}, {37, 83, 199}, {37, 83, 199},
+    {240, 240, 242},   {28, 29, 33},  {79, 82, 96},  {104, 107, 119}, {28, 29, 33, 31},
+    {37, 83, 199, 34}, {37, 83, 199}, {37, 83, 199}, {220, 225, 240},
 };
 
 constexpr Colors dark{
-    {30, 31, 36},        {236, 236, 238},   {182, 184, 194}, {147, 149, 162},
-    {255, 255, 255, 26}, {47, 98, 224, 36}, {143, 173, 255}, {47, 98, 224},
+    {30, 31, 36},      {236, 236, 238}, {182, 184, 194}, {147, 149, 162}, {255, 255, 255, 26},
+    {47, 98, 224, 36}, {143, 173, 255}, {47, 98, 224},   {34, 49, 88},
 };
 
 /// A disabled command: seen to be there, and seen not to be for choosing.
@@ -50,6 +51,7 @@ QPalette panelPalette(bool isDark)
     palette.setColor(QPalette::PlaceholderText, colors.details);
     palette.setColor(QPalette::Mid, colors.line);
     palette.setColor(QPalette::AlternateBase, colors.fill);
+    palette.setColor(QPalette::ToolTipBase, colors.advice);
     palette.setColor(QPalette::Link, colors.ring);
     palette.setColor(QPalette::Highlight, colors.selection);
     palette.setColor(QPalette::HighlightedText, Qt::white);

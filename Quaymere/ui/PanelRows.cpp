@@ -117,6 +117,10 @@ PanelLabel *PanelRows::makeLabel(MenuPlace place)
     case MenuPlace::Detail:
         label = new PanelLabel(QPalette::PlaceholderText, 0, 0, this);
         break;
+    case MenuPlace::Advice:
+        label = new PanelLabel(QPalette::WindowText, adviceMargin, advicePadding, this);
+        label->setFramed();
+        break;
     case MenuPlace::Ledger:
         // As high as the command that it becomes, so that nothing below it moves then.
         label = new PanelLabel(QPalette::Text, textMargin - fillMargin, commandPadding, this);

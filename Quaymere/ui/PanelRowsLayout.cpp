@@ -49,21 +49,26 @@ void PanelRows::setFonts()
 int PanelRows::arrange(int width, bool place) const
 {
     const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
-    const int left = points(PanelMetrics::fillMargin);
     int y = arrangeHeader(width, place);
-    const auto add = [&](QWidget *row) {
+    const auto add = [&](QWidget *row, int margin, int gap) {
+        const int left = points(margin);
         const int height = row->heightForWidth(width - 2 * left);
+        y += points(gap);
         if (place)
             row->setGeometry(left, y, width - 2 * left, height);
-        y += height;
+        y += height + points(gap);
     };
     for (const Slot &slot : m_slots) {
-        if (slot.row && slot.row->place > MenuPlace::Detail)
-            add(slot.shown());
+        if (!slot.row || slot.row->place <= MenuPlace::Detail)
+            continue;
+        if (slot.row->place == MenuPlace::Advice)
+            add(slot.shown(), PanelMetrics::textMargin, PanelMetrics::adviceGap);
+        else
+            add(slot.shown(), PanelMetrics::fillMargin, 0);
     }
     if (!m_hintText.isEmpty()) {
-        add(m_hintLine);
-        add(m_hint);
+        add(m_hintLine, PanelMetrics::fillMargin, 0);
+        add(m_hint, PanelMetrics::fillMargin, 0);
     }
     return y + points(PanelMetrics::bottom);
 }

@@ -5,6 +5,7 @@
 
 #include "platform/DisplayText.h"
 #include "ui/MenuRows.h"
+#include "ui/TerminalText.h"
 
 #include <QStringTokenizer>
 
@@ -43,27 +44,43 @@ QList<QString> errorLines(const QString &text)
     return lines;
 }
 
-/// Title, detail and figures, without the commands that follow them in a menu.
-QList<LiveRow> liveRows(const NodeStatus &status)
+/// Title, detail, advice and figures, without the commands that follow them in a menu. A sentence
+/// takes the lines it needs, where figures are cut.
+QList<LiveRow> liveRows(const NodeStatus &status, int columns)
 {
     QList<LiveRow> rows;
-    for (const MenuRow &row : menuRows(status)) {
-        if (row.place <= MenuPlace::AfterFigures)
+    for (const MenuRow &row : rowsWithAdvice(status)) {
+        if (row.place > MenuPlace::AfterFigures || row.place == MenuPlace::InstallNode)
+            continue;
+        if (row.place != MenuPlace::Advice) {
             rows.append({lineOf(row.text)});
+            continue;
+        }
+        for (const QString &line : TerminalText::wrapped(lineOf(row.text), columns))
+            rows.append({line});
     }
     rows.append({QStringLiteral("Ctrl-C quits"), true});
     return rows;
 }
 
-QString summary(const NodeStatus &status)
+/// The line for a journal, and what of it makes for a new one. Of an advice the cause counts: the
+/// figures in its text may change every few seconds.
+struct JournalLine
 {
-    QStringList parts{phaseTitle(status.phase)};
-    for (const QString &text : {status.detail, status.storage.value_or(QString())}) {
-        if (!text.isEmpty())
-            parts.append(lineOf(text));
+    explicit JournalLine(const NodeStatus &status)
+        : text(lineOf(summary(status))), occasion(phaseTitle(status.phase) + u'\n' + status.detail)
+    {
+        if (status.storage) {
+            text += QStringLiteral(" · ") + lineOf(*status.storage);
+            occasion += u'\n' + *status.storage;
+        }
+        if (status.advice)
+            occasion += u'\n' + QString::number(int(status.advice->cause));
     }
-    return parts.join(QStringLiteral(" · "));
-}
+
+    QString text;
+    QString occasion;
+};
 
 bool movesCursor(int descriptor)
 {
@@ -124,7 +141,8 @@ TerminalSize TerminalFace::size() const
 void TerminalFace::showRows(const QList<QString> &error)
 {
     LiveRows next = m_rows;
-    m_missed = !m_output.write(next.redraw(liveRows(m_status), error, size()));
+    const TerminalSize room = size();
+    m_missed = !m_output.write(next.redraw(liveRows(m_status, room.columns), error, room));
     if (!m_missed)
         m_rows = next;
 }
@@ -132,15 +150,15 @@ void TerminalFace::showRows(const QList<QString> &error)
 void TerminalFace::showLine(const QList<QString> &error)
 {
     m_rows = {};
-    const QString line = summary(m_status);
+    const JournalLine line(m_status);
     QByteArray text;
-    if (line != m_toldLine)
-        text += line.toUtf8() + '\n';
+    if (line.occasion != m_toldOccasion)
+        text += line.text.toUtf8() + '\n';
     for (const QString &errorLine : error)
         text += errorLine.toUtf8() + '\n';
     m_missed = !m_output.write(text);
     if (!m_missed)
-        m_toldLine = line;
+        m_toldOccasion = line.occasion;
 }
 
 void TerminalFace::showAgain()

@@ -19,8 +19,8 @@ namespace tidewick {
 /// On a terminal in the foreground the rows stand at one place and change there; a new error text
 /// is printed above them. Everywhere else (a file, a pipe, the journal, a terminal that cannot move
 /// its cursor or that belongs to another program just now) there is one line each time title,
-/// detail or storage line change, and the whole text of a new error below it. The size of the
-/// terminal is asked at each show().
+/// detail, the cause of the advice or the storage line change, and the whole text of a new error
+/// below it. The size of the terminal is asked at each show().
 ///
 /// A reader that is slow or gone costs nothing: what it has no room for is dropped, and the latest
 /// status is shown again when there is room or at the next show(), whichever is first. An error
@@ -55,7 +55,7 @@ private:
     bool m_missed = false;
     /// What has been told, as opposed to what was dropped.
     std::optional<QString> m_toldError;
-    QString m_toldLine;
+    QString m_toldOccasion;
     LiveRows m_rows;
 };
 

@@ -95,6 +95,35 @@ QString elided(const QString &text, int columns)
     return used <= columns ? text : text.first(cut) + u'…';
 }
 
+QList<QString> wrapped(const QString &text, int columns)
+{
+    QList<QString> lines;
+    qsizetype lineStart = 0;
+    qsizetype wordStart = 0; // of the first word that may go to the next line
+    int used = 0;            // from the line's start
+    int usedByWord = 0;      // from the word's start
+    visitClusters(text, [&](qsizetype at, int width) {
+        if (text[at] == u' ') {
+            wordStart = at + 1;
+            usedByWord = 0;
+            used += width;
+            return true;
+        }
+        if (used + width > columns && used > 0) {
+            const bool withinWord = wordStart <= lineStart;
+            const qsizetype cut = withinWord ? at : wordStart;
+            lines.append(text.sliced(lineStart, cut - lineStart).trimmed());
+            lineStart = cut;
+            used = withinWord ? 0 : usedByWord;
+        }
+        used += width;
+        usedByWord += width;
+        return true;
+    });
+    lines.append(text.sliced(lineStart).trimmed());
+    return lines;
+}
+
 int wrappedLines(const QString &text, int columns)
 {
     int lines = 1;

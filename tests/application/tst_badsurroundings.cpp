@@ -23,6 +23,7 @@ private slots:
 
     void strangePaths_data();
     void strangePaths();
+    void pathThatTheNodeMisreads();
     void fileInPlaceOfTheFolder();
     void noProgramsToOpenAnything();
 
@@ -79,7 +80,7 @@ void TestBadSurroundings::strangePaths_data()
     QTest::addColumn<QString>("name");
     for (const char *name :
          {"with spaces", "quotes \" and ' here", "100%1%s%25", "Ünïcödé 漢字 👩‍🚀",
-          "a&b_c", "<b>bold</b>", "back\\slash", "#hash [section]"})
+          "a&b_c", "<b>bold</b>", "back\\slash", "[section]"})
         QTest::newRow(name) << QString::fromUtf8(name);
 }
 
@@ -91,6 +92,20 @@ void TestBadSurroundings::strangePaths()
     QCOMPARE(detailUnder(QStringLiteral("Full")), QStringLiteral("Following mainnet"));
     QVERIFY(fs::exists(home / "Tidewick" / "debug.log"));
     QVERIFY(fs::exists(home / "Tidewick" / "db"));
+    QVERIFY(application->endsWell(SIGTERM));
+}
+
+/// A node would take the rest of such a path for a comment, and keep its store elsewhere.
+void TestBadSurroundings::pathThatTheNodeMisreads()
+{
+    const fs::path home = m_folder.path() / "number #1";
+    const auto application = launch(home);
+    QVERIFY(!detailUnder(QStringLiteral("Error")).isEmpty());
+    const QString text = m_reader->toolTip();
+    QVERIFY2(text.contains(QLatin1String("Could not start the node: "))
+                 && text.contains(QLatin1String("the node takes a \"#\" in a path")),
+             qPrintable(text));
+    QVERIFY(!fs::exists(home) && !fs::exists(m_folder.path() / "number"));
     QVERIFY(application->endsWell(SIGTERM));
 }
 

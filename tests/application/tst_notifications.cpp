@@ -25,6 +25,9 @@ private slots:
     void refusedStart();
     void quietExit();
     void noneForWhatTheUserAskedFor();
+    void adviceIsToldOnce();
+    void adviceOnAnEndComesWithIt();
+    void missingNodeOffersHelp();
 
 private:
     std::unique_ptr<LaunchedApplication> launch(const QByteArray &scenario);
@@ -107,6 +110,70 @@ void TestNotifications::noneForWhatTheUserAskedFor()
     QCOMPARE(m_service->calls.size(), 0);
     QVERIFY(application->endsWell(SIGTERM));
     QCOMPARE(m_service->calls.size(), 0);
+}
+
+void TestNotifications::adviceIsToldOnce()
+{
+    const DesktopPanel panel;
+    TrayReader reader(m_bus->connection());
+    const auto application = launch("speed=50 state=connected peers=3 clock-offset=-130");
+    QVERIFY(waitUntil([&] { return !m_service->calls.isEmpty(); }));
+    QCOMPARE(summary(0), QStringLiteral("Connecting…"));
+    const QString text = QStringLiteral("This computer's clock is wrong by 2 minutes. Have the "
+                                        "system set it over the network: a node with another time "
+                                        "cannot follow.");
+    QCOMPARE(body(0), text);
+    QVERIFY(waitUntil([&] { return reader.findItem(); }));
+    QCOMPARE(reader.toolTip(),
+             QStringLiteral("Tidewick: Connecting… · 3 peers (connected) · ") + text);
+    for (const MenuEntry &entry : reader.menu())
+        QVERIFY(!entry.text.contains(QLatin1String("clock")));
+    const qsizetype polls = LaunchedApplication::noted("server_info");
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > polls + 2; }));
+    QVERIFY(application->endsWell(SIGTERM));
+    QCOMPARE(m_service->calls.size(), 1);
+}
+
+void TestNotifications::adviceOnAnEndComesWithIt()
+{
+    std::filesystem::create_directories(applicationData() / "db");
+    writeFile(applicationData() / "db" / "nudb.dat", "x");
+    const auto application = launch("store=damaged");
+    QVERIFY(waitUntil([&] { return !m_service->calls.isEmpty(); }));
+    QCOMPARE(summary(0), QStringLiteral("Node error"));
+    QCOMPARE(body(0), QStringLiteral("The node exited unexpectedly (signal 6). The node's store is "
+                                     "damaged. “Clear Storage…”, then “Start Node”, repairs it: "
+                                     "the node downloads the ledger again."));
+    QVERIFY(application->endsWell(SIGTERM));
+    QCOMPARE(m_service->calls.size(), 1);
+}
+
+/// The button opens the page with the program that the desktop has for such.
+void TestNotifications::missingNodeOffersHelp()
+{
+    m_service->capabilities.append(QStringLiteral("actions"));
+    const TestBundle bundle;
+    std::filesystem::remove(bundle.node());
+    writeFile(bundle.resource("real-node.html"), "<p>how to</p>");
+    const TemporaryFolder folder;
+    const std::filesystem::path opened = folder.path() / "opened";
+    writeFile(folder.path() / "xdg-open",
+              "#!/bin/sh\necho \"$1\" >\"" + QByteArray::fromStdString(opened.string()) + "\"\n");
+    std::filesystem::permissions(folder.path() / "xdg-open", std::filesystem::perms::owner_all);
+
+    LaunchedApplication application(bundle, "",
+                                    {{"PATH", folder.path().string() + ":/usr/bin:/bin"}});
+    QVERIFY(waitUntil([&] { return !m_service->calls.isEmpty(); }));
+    QVERIFY2(body(0).contains(QStringLiteral("Install the package “xrpld”")), qPrintable(body(0)));
+    const QStringList actions = m_service->calls[0].at(5).toStringList();
+    QCOMPARE(actions.value(1), QStringLiteral("How to Install…"));
+    // Chosen again and again until the application knows the notification's number.
+    QVERIFY(waitUntil([&] {
+        m_service->choose(41, actions[0]);
+        return std::filesystem::exists(opened) && !contentOf(opened).isEmpty();
+    }));
+    QVERIFY(contentOf(opened).contains("/Contents/Resources/real-node.html"));
+    QVERIFY(application.endsWell(SIGTERM));
 }
 
 TIDEWICK_LOOPBACK_TEST_MAIN(TestNotifications)

@@ -3,12 +3,12 @@
 
 #include "node/NodeConfig.h"
 #include "node/Settings.h"
+#include "node/ValidatorsFile.h"
 #include "support/Failures.h"
 #include "support/Surroundings.h"
 #include "support/TestBundle.h"
 
 #include <QDir>
-#include <QRegularExpression>
 
 #include <optional>
 
@@ -56,9 +56,8 @@ private slots:
     void dataDirectory();
     void dataDirectoryThatCannotBeRenamed();
 
-    void shippedValidatorsAreKeys();
-    void shippedTemplateIsComplete_data();
-    void shippedTemplateIsComplete();
+    void usersValidatorsGoFirst();
+    void dataFoldersThatANodeMisreads();
 
 private:
     NodeConfig config() const { return {m_bundle->bundle(), defaults()}; }
@@ -340,50 +339,29 @@ void TestNodeConfig::dataDirectoryThatCannotBeRenamed()
     QVERIFY(fs::is_directory(m_path / "quaymere"));
 }
 
-/// A real node refuses to start with a publisher's key that is not one.
-void TestNodeConfig::shippedValidatorsAreKeys()
+void TestNodeConfig::usersValidatorsGoFirst()
 {
-    const QByteArrayList lines = contentOf(TIDEWICK_RESOURCES "/validators.txt").split('\n');
-    const qsizetype begin = lines.indexOf("[validator_list_keys]");
-    QVERIFY(begin >= 0);
-    static const QRegularExpression key(QStringLiteral("^ED[0-9A-F]{64}$"));
-    int keys = 0;
-    for (qsizetype at = begin + 1; at < lines.size() && !lines[at].startsWith('['); ++at) {
-        if (lines[at].isEmpty() || lines[at].startsWith('#'))
-            continue;
-        QVERIFY2(key.match(QString::fromLatin1(lines[at])).hasMatch(), lines[at].constData());
-        ++keys;
-    }
-    QCOMPARE(keys, 2);
-}
-
-void TestNodeConfig::shippedTemplateIsComplete_data()
-{
-    QTest::addColumn<QByteArray>("store");
-    QTest::newRow("Mossgrid") << QByteArray("Mossgrid");
-    QTest::newRow("NuDB") << QByteArray("NuDB");
-}
-
-void TestNodeConfig::shippedTemplateIsComplete()
-{
-    QFETCH(QByteArray, store);
-    m_bundle->setStore(store.toStdString());
+    const fs::path users = ValidatorsFile::path();
+    fs::create_directories(users.parent_path());
+    const QByteArray mine = "[validators]\nnHUon2tpyJEHHYGmxqeGu37cvPYHzrMtUNQFVdCgGNvEkjmCpTqK\n";
+    writeFile(users, mine);
     config().render(m_target);
-    const QByteArray rendered = contentOf(m_target / "xrpld.cfg");
+    QCOMPARE(contentOf(m_target / "validators.txt"), mine);
+    writeFile(users, "[validator_list_sites]\n");
+    QCOMPARE(failureOf([&] { config().render(m_target); }),
+             failureWith(users, "it names no publisher's site and key, so no node can use it"));
+    QVERIFY(!fs::exists(m_target / "validators.txt"));
+    fs::remove(users);
+    config().render(m_target);
+    QCOMPARE(contentOf(m_target / "validators.txt"),
+             contentOf(m_bundle->resource("validators.txt")));
+}
 
-    for (const char *section :
-         {"[server]", "[port_rpc_admin_local]", "[port_ws_admin_local]", "[node_db]",
-          "[database_path]", "[debug_logfile]", "[validators_file]", "[ssl_verify]"})
-        QVERIFY2(rendered.contains('\n' + QByteArray(section) + '\n'), section);
-    const QByteArray data = QByteArray::fromStdString(m_target.string());
-    for (const QByteArray &line :
-         {QByteArray("type = " + store), QByteArray("port = 15005"), QByteArray("port = 16006"),
-          QByteArray("path = " + data + "/db" + (store == "NuDB" ? "/nudb" : "")),
-          QByteArray(data + "/debug.log"), QByteArray(data + "/validators.txt")})
-        QVERIFY2(rendered.contains('\n' + line + '\n'), line.constData());
-    QCOMPARE(rendered.contains("round_growth_mib = 2048"), store == "Mossgrid");
-    QCOMPARE(rendered.contains("online_delete"), store == "NuDB");
-    QVERIFY(!rendered.contains('@'));
+void TestNodeConfig::dataFoldersThatANodeMisreads()
+{
+    NodeConfig::checkDataDirectory(m_path / "ü [section] \"'%");
+    for (const char *name : {"a#b", "a\nb", "a\rb"})
+        QVERIFY(!failureOf([&] { NodeConfig::checkDataDirectory(m_path / name); }).isEmpty());
 }
 
 TIDEWICK_TEST_MAIN(TestNodeConfig)

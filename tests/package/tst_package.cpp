@@ -129,7 +129,8 @@ void TestPackage::saysWhatItIs()
     QCOMPARE(field("Section"), QByteArray("net"));
     QVERIFY(field("Depends").contains("libqt6widgets6"));
     QVERIFY(!field("Depends").contains("xrpld"));
-    QVERIFY(field("Description").contains("Install it\n apart"));
+    QVERIFY(field("Description").contains("install the\n package xrpld from the publisher"));
+    QVERIFY(field("Recommends").split(',').contains(" xrpld"));
     QVERIFY(field("Description").contains(TIDEWICK_PACKAGED_NODE "\n"));
     QVERIFY(contentOf(m_unpacked / bundle / "Info.plist")
                 .contains("<string>" TIDEWICK_VERSION "</string>"));

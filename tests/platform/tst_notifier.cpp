@@ -7,6 +7,7 @@
 #include "support/Surroundings.h"
 
 #include <QDBusArgument>
+#include <QSignalSpy>
 
 #include <memory>
 
@@ -25,6 +26,8 @@ private slots:
     void bodies();
     void laterReplacesEarlier();
     void laterReplacesWaiting();
+    void actions();
+    void noActionsWhereThereAreNone();
     void noService();
     void serviceThatErrs();
     void serviceThatNeverAnswers();
@@ -134,6 +137,39 @@ void TestNotifier::laterReplacesWaiting()
     QCOMPARE(body(0), QStringLiteral("999"));
     notifier.notify({}, QStringLiteral("last"));
     QTRY_COMPARE(m_service->calls.size(), 2);
+}
+
+void TestNotifier::actions()
+{
+    m_service->capabilities.append(QStringLiteral("actions"));
+    Notifier notifier(m_bus->connect());
+    QSignalSpy chosen(&notifier, &Notifier::actionChosen);
+    notifier.notify({}, QStringLiteral("one"), QStringLiteral("Help…"));
+    QTRY_COMPARE(m_service->calls.size(), 1);
+    const QStringList actions = m_service->calls[0].at(5).toStringList();
+    QCOMPARE(actions.size(), 2);
+    QCOMPARE(actions[1], QStringLiteral("Help…"));
+    QTRY_VERIFY(isDone(notifier));
+
+    // Of others' notifications, and other actions, it takes no note.
+    m_service->choose(40, actions[0]);
+    m_service->choose(41, QStringLiteral("default"));
+    m_service->choose(41, actions[0]);
+    QTRY_COMPARE(chosen.size(), 1);
+    m_service->choose(41, actions[0]);
+    QTRY_COMPARE(chosen.size(), 2);
+
+    notifier.notify({}, QStringLiteral("two"));
+    QTRY_COMPARE(m_service->calls.size(), 2);
+    QCOMPARE(m_service->calls[1].at(5).toStringList(), QStringList());
+}
+
+void TestNotifier::noActionsWhereThereAreNone()
+{
+    Notifier notifier(m_bus->connect());
+    notifier.notify({}, QStringLiteral("one"), QStringLiteral("Help…"));
+    QTRY_COMPARE(m_service->calls.size(), 1);
+    QCOMPARE(m_service->calls[0].at(5).toStringList(), QStringList());
 }
 
 void TestNotifier::noService()

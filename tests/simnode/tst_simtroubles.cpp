@@ -73,6 +73,7 @@ private slots:
     void clockOffset_data();
     void clockOffset();
     void load();
+    void heals();
 };
 
 void TestSimTroubles::lists_data()
@@ -300,6 +301,23 @@ void TestSimTroubles::clockOffset()
         QVERIFY(ledger[u"seq"].toInt() > 0);
         QCOMPARE(ledger[u"close_time_offset"].toInteger(-1), told);
     }
+}
+
+void TestSimTroubles::heals()
+{
+    Answers answers = answersOf(Scenario::parse(QStringLiteral(
+        "state=connected peers=0 lists=expired warnings=other clock-offset=90 load=9 "
+        "io-latency=750 amendment-blocked=yes")));
+    answers.heal();
+    const QString method = QStringLiteral("server_info");
+    const QJsonObject healed =
+        httpEnvelope(answers.answer(method, {}, timeAt(answers, Seconds(40))), method,
+                     {})[u"result"][u"info"]
+            .toObject();
+    QCOMPARE(shapeOfInfo(healed), shapeOfInfo(info("")));
+    QCOMPARE(healed[u"server_state"], QStringLiteral("full"));
+    QVERIFY(healed[u"peers"].toInt() > 0);
+    QCOMPARE(healed[u"validator_list"], info("")[u"validator_list"]);
 }
 
 void TestSimTroubles::load()

@@ -29,6 +29,16 @@ public:
     }
     ~NotificationService() override { QDBusConnection::disconnectFromBus(connection.name()); }
 
+    /// Tells everybody that an action of a notification was chosen.
+    void choose(quint32 id, const QString &key)
+    {
+        QDBusMessage signal = QDBusMessage::createSignal(
+            QStringLiteral("/org/freedesktop/Notifications"),
+            QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("ActionInvoked"));
+        signal << id << key;
+        connection.send(signal);
+    }
+
     QStringList capabilities{QStringLiteral("body")};
     Mood capabilitiesMood = Mood::Answers;
     Mood notifyMood = Mood::Answers;

@@ -13,7 +13,7 @@ namespace {
 
 QByteArray methodOf(const QByteArray &request)
 {
-    for (const char *method : {"server_info", "get_counts", "stop"}) {
+    for (const char *method : {"server_info", "get_counts", "validator_list_sites", "stop"}) {
         if (request.contains('"' + QByteArray(method) + '"'))
             return method;
     }

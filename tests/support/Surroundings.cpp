@@ -30,6 +30,9 @@ TestHome::TestHome()
         std::filesystem::create_directory(folder);
         qputenv(variable, QByteArray::fromStdString(folder.string()));
     }
+    // The machine may run a node of its own as a service.
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS",
+            "unix:path=" + QByteArray::fromStdString((m_folder.path() / "no-system-bus").string()));
     qunsetenv("APP_SANDBOX_CONTAINER_ID");
     qunsetenv("TIDEWICK_SIMNODE");
 }

@@ -71,6 +71,15 @@ NodeStatus withoutError()
     return status;
 }
 
+NodeStatus withAdvice(Advice::Cause cause)
+{
+    NodeStatus status = everyRow();
+    status.advice = Advice{cause, QStringLiteral("No valid list of validators since 18 January. "
+                                                 "Its publisher cannot be reached; look at your "
+                                                 "network, or at validators.txt.")};
+    return status;
+}
+
 QString pathOf(int length)
 {
     return u'/' + QString(length - 1, u'p');

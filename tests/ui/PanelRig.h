@@ -22,6 +22,9 @@ NodeStatus stopped();
 NodeStatus stopping();
 NodeStatus withoutError();
 
+/// The same with advice that takes three lines, for that cause.
+NodeStatus withAdvice(Advice::Cause cause = Advice::Cause::NoValidatorList);
+
 /// A path of so many characters, which has no place to be broken at.
 QString pathOf(int length);
 
@@ -31,7 +34,7 @@ class PanelRig
 public:
     explicit PanelRig(const NodeStatus &status = everyRow());
 
-    void show(const NodeStatus &status) { panel.setRows(menuRows(status)); }
+    void show(const NodeStatus &status) { panel.setRows(rowsWithAdvice(status)); }
 
     /// The rows as people see them, from top to bottom, in the way of rowLines().
     QStringList lines() const;

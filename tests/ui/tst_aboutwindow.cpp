@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "FormRig.h"
+#include "node/ValidatorsFile.h"
+#include "platform/Files.h"
 #include "support/Surroundings.h"
 #include "ui/AboutWindow.h"
 #include "ui/AppIcon.h"
@@ -22,6 +24,7 @@ private slots:
     void cleanup() { QApplication::setWindowIcon({}); }
     void showsItsTexts();
     void tellsOfAnotherStore();
+    void tellsOfTheUsersValidators();
     void tellsTheVersions();
     void followsTheNode();
     void showsTheIcon();
@@ -98,6 +101,17 @@ void TestAboutWindow::tellsOfAnotherStore()
     const QString texts = shownTexts(*rig.window).join(u'\n');
     QVERIFY2(texts.contains(QLatin1String("trimmed by age")), qPrintable(texts));
     QVERIFY2(!texts.contains(QLatin1String("Mossgrid")), qPrintable(texts));
+}
+
+void TestAboutWindow::tellsOfTheUsersValidators()
+{
+    const std::filesystem::path file = ValidatorsFile::path();
+    std::filesystem::create_directories(file.parent_path());
+    writeFile(file, "");
+    const AboutRig rig("compiler=GNU 12\n");
+    std::filesystem::remove(file);
+    QCOMPARE(rig.details()->toPlainText(),
+             QStringLiteral("compiler=GNU 12\nvalidators=%1").arg(Files::display(file)));
 }
 
 void TestAboutWindow::tellsTheVersions()

@@ -16,6 +16,8 @@ class TestMenuRows : public QObject
 private slots:
     void beforeAnything();
     void everything();
+    void adviceIsForThoseWithRoom();
+    void summaries();
     void titles_data();
     void titles();
     void emptyDetailHasNoRow();
@@ -54,12 +56,17 @@ QString line(const MenuRow &row)
     Q_UNREACHABLE();
 }
 
-QStringList lines(const NodeStatus &status)
+QStringList lines(const QList<MenuRow> &rows)
 {
     QStringList lines;
-    for (const MenuRow &row : menuRows(status))
+    for (const MenuRow &row : rows)
         lines.append(line(row));
     return lines;
+}
+
+QStringList lines(const NodeStatus &status)
+{
+    return lines(menuRows(status));
 }
 
 std::optional<MenuRow> rowAt(const NodeStatus &status, MenuPlace place)
@@ -96,7 +103,7 @@ void TestMenuRows::beforeAnything()
         QStringLiteral("-"),
         QStringLiteral("[Quit]"),
     };
-    QCOMPARE(lines({}), expected);
+    QCOMPARE(lines(NodeStatus()), expected);
 }
 
 void TestMenuRows::everything()
@@ -127,7 +134,32 @@ void TestMenuRows::everything()
         QStringLiteral("[Quit]"),
     };
     QCOMPARE(lines(running()), expected);
-    QCOMPARE(expected.size(), menuPlaceCount);
+    // All places but the two of the advice.
+    QCOMPARE(expected.size(), menuPlaceCount - 2);
+}
+
+void TestMenuRows::adviceIsForThoseWithRoom()
+{
+    NodeStatus status = running();
+    QCOMPARE(lines(status), lines(rowsWithAdvice(status)));
+    const QString text = QStringLiteral("Do <b>this</b> & that.");
+    status.advice = Advice{Advice::Cause::WrongClock, text};
+    QStringList expected = lines(running());
+    QCOMPARE(lines(status), expected);
+    expected.insert(2, text);
+    QCOMPARE(lines(rowsWithAdvice(status)), expected);
+    status.advice->cause = Advice::Cause::NodeMissing;
+    expected.insert(3, QStringLiteral("[How to Install…]"));
+    QCOMPARE(lines(rowsWithAdvice(status)), expected);
+}
+
+void TestMenuRows::summaries()
+{
+    NodeStatus status;
+    QCOMPARE(summary(status), QStringLiteral("Stopped"));
+    status.detail = QStringLiteral("1 peers (connected)");
+    status.advice = Advice{Advice::Cause::NoPeers, QStringLiteral("Look here.")};
+    QCOMPARE(summary(status), QStringLiteral("Stopped · 1 peers (connected) · Look here."));
 }
 
 void TestMenuRows::titles_data()

@@ -18,6 +18,7 @@ private slots:
     void init();
     void widths_data();
     void widths();
+    void adviceTakesTheLinesItNeeds();
     void sendsChangesOnly();
     void changesInPlace();
     void staysWithinTheHeight_data();
@@ -77,6 +78,21 @@ void TestTerminalFace::widths()
     QCOMPARE(screen.strangeSequences(), QList<QString>());
     QCOMPARE(screen.dimTexts(), QList<QString>{QStringLiteral("Ctrl-C quits")});
     QVERIFY(screen.wraps());
+}
+
+void TestTerminalFace::adviceTakesTheLinesItNeeds()
+{
+    Started started(40);
+    NodeStatus status = sampleStatus();
+    status.advice = Advice{Advice::Cause::NodeMissing,
+                           QStringLiteral("No valid list of validators since 18 January. Look at "
+                                          "your network, or at validators.txt.")};
+    QList<QString> rows = sampleRows();
+    rows.insert(2, QStringLiteral("No valid list of validators since 18"));
+    rows.insert(3, QStringLiteral("January. Look at your network, or at"));
+    rows.insert(4, QStringLiteral("validators.txt."));
+    QCOMPARE(started.shown(status), prompt + rows);
+    QCOMPARE(started.shown(sampleStatus()), prompt + sampleRows());
 }
 
 void TestTerminalFace::sendsChangesOnly()

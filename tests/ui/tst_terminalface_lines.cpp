@@ -22,6 +22,7 @@ class TestTerminalFaceLines : public QObject
 private slots:
     void init() { StandardStreams::prepare(); }
     void linesOfARun();
+    void adviceOfARun();
     void errorsOfARun();
     void plainAndBounded();
     void closedReader();
@@ -96,6 +97,28 @@ void TestTerminalFaceLines::linesOfARun()
                         "Syncing… · Catching up (tracking) · Storage: trimming\n"
                         "Syncing… · Storage: trimming\n"
                         "Syncing… · Catching up (tracking) · Storage: trimming\n"));
+}
+
+/// A line for each cause, none for the seconds that its text counts.
+void TestTerminalFaceLines::adviceOfARun()
+{
+    const Pipe pipe;
+    TerminalFace face(pipe.writer.get());
+    NodeStatus status = sampleStatus();
+    status.storage.reset();
+    face.show(status);
+    (void)pipe.read();
+    for (const char *text : {"No answer for 30 s.", "No answer for 40 s.", "No answer for 50 s."}) {
+        status.advice = Advice{Advice::Cause::NoAnswer, QString::fromLatin1(text)};
+        face.show(status);
+    }
+    QCOMPARE(pipe.read(), QByteArray("Full · Following mainnet · No answer for 30 s.\n"));
+    status.advice = Advice{Advice::Cause::WrongClock, QStringLiteral("Look at\x1b[2J the clock.")};
+    face.show(status);
+    QCOMPARE(pipe.read(), QByteArray("Full · Following mainnet · Look at [2J the clock.\n"));
+    status.advice.reset();
+    face.show(status);
+    QCOMPARE(pipe.read(), QByteArray("Full · Following mainnet\n"));
 }
 
 void TestTerminalFaceLines::errorsOfARun()

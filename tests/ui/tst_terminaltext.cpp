@@ -15,6 +15,8 @@ private slots:
     void columns();
     void elided_data();
     void elided();
+    void wrapped_data();
+    void wrapped();
     void wrappedLines_data();
     void wrappedLines();
 };
@@ -71,6 +73,33 @@ void TestTerminalText::elided()
     QFETCH(int, columns);
     QFETCH(QString, expected);
     QCOMPARE(TerminalText::elided(text, columns), expected);
+}
+
+void TestTerminalText::wrapped_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QList<QString>>("expected");
+    const auto row = [](const char *text, int columns, const QList<QString> &expected) {
+        QTest::newRow(text) << QString::fromUtf8(text) << columns << expected;
+    };
+    row("", 10, {QString()});
+    row("fits here", 9, {QStringLiteral("fits here")});
+    row("one two three", 9, {QStringLiteral("one two"), QStringLiteral("three")});
+    row("one two  three", 8, {QStringLiteral("one two"), QStringLiteral("three")});
+    row("a unbreakable b", 5,
+        {QStringLiteral("a"), QStringLiteral("unbre"), QStringLiteral("akabl"),
+         QStringLiteral("e b")});
+    row("日本 語日本", 5, {QStringLiteral("日本"), QStringLiteral("語日"), QStringLiteral("本")});
+    row("e\u0301e\u0301 e\u0301", 2, {QStringLiteral("e\u0301e\u0301"), QStringLiteral("e\u0301")});
+}
+
+void TestTerminalText::wrapped()
+{
+    QFETCH(QString, text);
+    QFETCH(int, columns);
+    QFETCH(QList<QString>, expected);
+    QCOMPARE(TerminalText::wrapped(text, columns), expected);
 }
 
 void TestTerminalText::wrappedLines_data()

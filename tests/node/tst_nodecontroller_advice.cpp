@@ -1,0 +1,255 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "node/NodeController.h"
+#include "platform/NodePorts.h"
+#include "support/NodeRig.h"
+#include "support/ScriptedNode.h"
+#include "support/Surroundings.h"
+
+#include <QTcpServer>
+
+#include <optional>
+
+using namespace tidewick;
+using namespace std::chrono_literals;
+using Cause = Advice::Cause;
+namespace fs = std::filesystem;
+
+/// When the controller has advice, and when it has it no longer.
+class TestNodeControllerAdvice : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_rig = std::make_unique<NodeRig>(); }
+    void cleanup();
+
+    void silence();
+    void silenceFromTheStart();
+    void loneliness();
+    void slowness_data();
+    void slowness();
+    void slowByItsOwnAccount();
+    void missingLists();
+    void sitesAreAskedForInNeedOnly();
+    void company();
+    void stopTakesItBack();
+    void damagedStore();
+    void otherStore();
+    void missingNode();
+    void notWhileWaiting();
+
+private:
+    std::optional<Cause> cause() const;
+    bool comesTo(std::optional<Cause> wanted)
+    {
+        return m_rig->runUntil([=, this] { return cause() == wanted; });
+    }
+    /// Once so many more answers have been taken up.
+    bool takesAnswers(const ScriptedNode &node, int count);
+
+    std::unique_ptr<NodeRig> m_rig;
+};
+
+void TestNodeControllerAdvice::cleanup()
+{
+    m_rig.reset();
+    fs::remove_all(fs::path(qgetenv("XDG_CONFIG_HOME").toStdString()) / "Tidewick");
+}
+
+std::optional<Cause> TestNodeControllerAdvice::cause() const
+{
+    const std::optional<Advice> &advice = m_rig->status().advice;
+    return advice ? std::optional(advice->cause) : std::nullopt;
+}
+
+bool TestNodeControllerAdvice::takesAnswers(const ScriptedNode &node, int count)
+{
+    const auto wanted = node.methods().count("server_info") + count + 1;
+    return m_rig->runUntil([&] { return node.methods().count("server_info") >= wanted; });
+}
+
+void TestNodeControllerAdvice::silence()
+{
+    ScriptedNode node(*m_rig);
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Full));
+    QVERIFY(!cause());
+    node.hold();
+    m_rig->clock().advance(31s);
+    QVERIFY(comesTo(Cause::NoAnswer));
+    QVERIFY(m_rig->status().advice->text.contains(QLatin1String("figures are that old")));
+    QCOMPARE(m_rig->status().phase, Phase::Full);
+    node.release();
+    QVERIFY(comesTo(std::nullopt));
+}
+
+void TestNodeControllerAdvice::silenceFromTheStart()
+{
+    m_rig->setScenario("listen=no");
+    m_rig->node().start();
+    QVERIFY(comesTo(Cause::NoAnswer));
+    QCOMPARE(m_rig->status().phase, Phase::Starting);
+    QVERIFY(m_rig->status().advice->text.contains(QLatin1String("since its start")));
+}
+
+void TestNodeControllerAdvice::loneliness()
+{
+    ScriptedNode node(*m_rig);
+    node.setInfo(R"({"server_state":"disconnected","peers":0})");
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Connecting));
+    m_rig->clock().advance(4min);
+    QVERIFY(takesAnswers(node, 2));
+    QVERIFY(!cause());
+    m_rig->clock().advance(1min);
+    QVERIFY(comesTo(Cause::NoPeers));
+    // One peer is enough, and time begins anew without it.
+    node.setInfo(R"({"server_state":"connected","peers":1})");
+    QVERIFY(comesTo(std::nullopt));
+    node.setInfo(R"({"server_state":"disconnected"})");
+    QVERIFY(takesAnswers(node, 2));
+    QVERIFY(!cause());
+}
+
+void TestNodeControllerAdvice::slowness_data()
+{
+    QTest::addColumn<QByteArray>("slow");
+    QTest::addColumn<QByteArray>("fast");
+    QTest::newRow("disk") << QByteArray(R"({"server_state":"full","io_latency_ms":100})")
+                          << QByteArray(R"({"server_state":"full","io_latency_ms":99})");
+    QTest::newRow("load") << QByteArray(R"({"server_state":"full","load_factor":4})")
+                          << QByteArray(R"({"server_state":"full","load_factor":3.9})");
+    QTest::newRow("sync") << QByteArray(R"({"server_state":"tracking","peers":3})")
+                          << QByteArray(R"({"server_state":"full","peers":3})");
+}
+
+void TestNodeControllerAdvice::slowness()
+{
+    QFETCH(QByteArray, slow);
+    QFETCH(QByteArray, fast);
+    ScriptedNode node(*m_rig);
+    node.setInfo(slow);
+    m_rig->node().start();
+    QVERIFY(takesAnswers(node, 1));
+    m_rig->clock().advance(59min);
+    QVERIFY(takesAnswers(node, 2));
+    QVERIFY(!cause());
+    m_rig->clock().advance(1min);
+    QVERIFY(comesTo(Cause::TooSlow));
+    node.setInfo(fast);
+    QVERIFY(comesTo(std::nullopt));
+    // An hour without a break is meant.
+    node.setInfo(slow);
+    QVERIFY(takesAnswers(node, 2));
+    QVERIFY(!cause());
+}
+
+void TestNodeControllerAdvice::slowByItsOwnAccount()
+{
+    ScriptedNode node(*m_rig);
+    node.setInfo(
+        R"({"server_state":"connected","peers":3,"server_state_duration_us":"3600000000"})");
+    m_rig->node().start();
+    QVERIFY(comesTo(Cause::TooSlow));
+    node.setInfo(R"({"server_state":"full","peers":3,"server_state_duration_us":"3600000000"})");
+    QVERIFY(comesTo(std::nullopt));
+}
+
+void TestNodeControllerAdvice::missingLists()
+{
+    m_rig->setScenario("speed=50 lists=none");
+    m_rig->node().start();
+    QVERIFY(comesTo(Cause::NoValidatorList));
+    QCOMPARE(m_rig->status().phase, Phase::Connecting);
+    QVERIFY(m_rig->runUntil([this] {
+        return m_rig->status().advice->text
+               == QLatin1String("No valid list of validators. unl.xrplf.org cannot be reached; "
+                                "look at your network, or at validators.txt.");
+    }));
+}
+
+void TestNodeControllerAdvice::sitesAreAskedForInNeedOnly()
+{
+    ScriptedNode node(*m_rig);
+    m_rig->node().start();
+    QVERIFY(takesAnswers(node, 7));
+    QVERIFY(!node.methods().contains("validator_list_sites"));
+    node.setInfo(R"({"server_state":"connected","peers":3,"uptime":60,
+                     "validation_quorum":4294967295})");
+    QVERIFY(comesTo(Cause::NoValidatorList));
+    QVERIFY(m_rig->runUntil([&] { return node.methods().contains("validator_list_sites"); }));
+}
+
+void TestNodeControllerAdvice::company()
+{
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::LocalHost, NodePorts::peers));
+    m_rig->node().start();
+    QVERIFY(comesTo(Cause::OtherNode));
+    other.close();
+    QVERIFY(comesTo(std::nullopt));
+}
+
+void TestNodeControllerAdvice::stopTakesItBack()
+{
+    m_rig->setScenario("speed=50 state=connected amendment-blocked=yes");
+    m_rig->node().start();
+    QVERIFY(comesTo(Cause::AmendmentBlocked));
+    m_rig->node().stop();
+    QCOMPARE(m_rig->status().phase, Phase::Stopping);
+    QVERIFY(!cause());
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    QVERIFY(!cause());
+}
+
+void TestNodeControllerAdvice::damagedStore()
+{
+    QVERIFY(m_rig->startUntil(Phase::Full));
+    m_rig->node().stop();
+    QVERIFY(m_rig->waitForPhase(Phase::Stopped));
+    m_rig->setScenario("store=damaged");
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Error));
+    QCOMPARE(cause(), Cause::StoreDamaged);
+    // What it tells to do helps.
+    m_rig->node().setConfirm([](Confirmation) -> QCoro::Task<bool> { co_return true; });
+    m_rig->node().clearStorage();
+    m_rig->node().start();
+    QVERIFY(!cause());
+    QVERIFY(m_rig->runUntil([this] { return m_rig->status().hasServerInfo; }));
+    QVERIFY(!cause());
+}
+
+void TestNodeControllerAdvice::otherStore()
+{
+    m_rig->setScenario("store=stock");
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Error));
+    QCOMPARE(cause(), Cause::OtherStore);
+}
+
+void TestNodeControllerAdvice::missingNode()
+{
+    fs::remove(m_rig->bundle().node());
+    fs::create_symlink("/usr/bin/no-such-xrpld", m_rig->bundle().node());
+    m_rig->node().start();
+    QCOMPARE(m_rig->status().phase, Phase::Error);
+    QCOMPARE(cause(), Cause::NodeMissing);
+    QVERIFY(m_rig->status().advice->text.contains(QLatin1String("at /usr/bin/no-such-xrpld.")));
+}
+
+void TestNodeControllerAdvice::notWhileWaiting()
+{
+    m_rig->setScenario("store=stock");
+    m_rig->node().start();
+    QVERIFY(m_rig->waitForPhase(Phase::Error));
+    m_rig->setPortInUse([](quint16 port) { return port == NodePorts::rpc; });
+    m_rig->node().start();
+    QCOMPARE(m_rig->status().phase, Phase::Error);
+    QVERIFY(!cause());
+}
+
+TIDEWICK_LOOPBACK_TEST_MAIN(TestNodeControllerAdvice)
+#include "tst_nodecontroller_advice.moc"
