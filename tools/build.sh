@@ -19,7 +19,12 @@ fail() {
 # What it takes to build and test, for the scripts that source this one.
 # shellcheck disable=SC2034
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
-    libboost-dev qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
+    cmark-gfm qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
+
+# Boost's headers of any version will do. Its development packages exclude each other, so one is asked
+# for only where there is none.
+[[ -e /usr/include/boost/version.hpp || -e /usr/local/include/boost/version.hpp ]] \
+    || build_packages+=(libboost-dev)
 
 # What it takes beyond that to make a Debian package.
 # shellcheck disable=SC2034
