@@ -24,6 +24,13 @@ PanelLabel::PanelLabel(QPalette::ColorRole color, int sideMargin, int padding, Q
     m_text.setFont(font());
 }
 
+void PanelLabel::setFramed()
+{
+    constexpr qreal lineHeight = 1.2;
+    m_isFramed = true;
+    m_text.setLineHeight(lineHeight);
+}
+
 void PanelLabel::setWholeText(const QString &text)
 {
     m_text.set(text);

@@ -19,8 +19,9 @@ public:
     /// Drawn in the palette's colour of that role, with the text's margin and padding.
     PanelLabel(QPalette::ColorRole color, int sideMargin, int padding, QWidget *parent);
 
-    /// With a ground of its own around the text, in the palette's ToolTipBase.
-    void setFramed() { m_isFramed = true; }
+    /// With a ground of its own around the text, in the palette's ToolTipBase, and set wider, since
+    /// it holds sentences.
+    void setFramed();
 
     void setWholeText(const QString &text);
     int heightForWidth(int width) const override;
