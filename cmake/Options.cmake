@@ -47,33 +47,49 @@ endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_AUTOMOC ON)
 
-# With TIDEWICK_PRECOMPILE the large headers are read once for all sources. A plain build goes without,
-# so that each file is known to include what it uses.
-if(TIDEWICK_PRECOMPILE)
-    file(CONFIGURE OUTPUT Headers.cpp CONTENT "")
-    add_library(tidewick_headers OBJECT "${CMAKE_CURRENT_BINARY_DIR}/Headers.cpp")
-    target_link_libraries(tidewick_headers PRIVATE tidewick_options
-        QCoro6::Coro Qt6::Core Qt6::DBus Qt6::Network Qt6::Svg Qt6::WebSockets Qt6::Widgets)
-    # Not linked: that would define folders of its own, which differ for each test.
-    target_include_directories(tidewick_headers SYSTEM PRIVATE
-        $<TARGET_PROPERTY:Qt6::Test,INTERFACE_INCLUDE_DIRECTORIES>)
-    target_precompile_headers(tidewick_headers PRIVATE
-        <QtCore> <QtDBus> <QtNetwork> <QtTest> <QtWidgets> <qcorotask.h>
-        <chrono> <filesystem> <functional> <memory> <optional> <string> <vector>)
-endif()
-
-function(tidewick_precompiled target)
-    if(TIDEWICK_PRECOMPILE)
-        target_precompile_headers(${target} REUSE_FROM tidewick_headers)
+# Reading Qt's headers takes longer than compiling most of our files, so they are read once for each
+# kind of code: `core` without a user interface, `widgets` with one, and `tests`. tools/headers checks
+# that each of our own headers includes what it uses. A package is built without, as a check of the
+# sources.
+function(tidewick_precompiled target kind)
+    if(NOT TIDEWICK_PACKAGE)
+        target_precompile_headers(${target} REUSE_FROM tidewick_headers_${kind})
     endif()
 endfunction()
 
+function(tidewick_headers kind)
+    cmake_parse_arguments(arg "" "" "LINK;HEADERS" ${ARGN})
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/headers/${kind}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "")
+    add_library(tidewick_headers_${kind} OBJECT "${source}")
+    set_target_properties(tidewick_headers_${kind} PROPERTIES AUTOMOC OFF)
+    target_link_libraries(tidewick_headers_${kind} PRIVATE ${arg_LINK})
+    target_precompile_headers(tidewick_headers_${kind} PRIVATE ${arg_HEADERS})
+endfunction()
+
+if(NOT TIDEWICK_PACKAGE)
+    set(standard <algorithm> <array> <chrono> <filesystem> <functional> <map> <memory> <optional> <string>
+        <vector>)
+    set(core <QByteArray> <QCoro/QCoroTask> <QDateTime> <QJsonArray> <QJsonDocument> <QJsonObject>
+        <QLoggingCategory> <QObject> <QPointer> <QString> <QStringList> <QTimer> <QUrl> <QVariant>)
+    set(widgets <QApplication> <QBoxLayout> <QIcon> <QLabel> <QMenu> <QPainter> <QPalette> <QTextLayout>
+        <QWidget> <QtEvents>)
+    tidewick_headers(core LINK tidewick_options QCoro6::Coro Qt6::Core
+        HEADERS ${standard} ${core})
+    tidewick_headers(widgets LINK tidewick_options QCoro6::Coro Qt6::Widgets
+        HEADERS ${standard} ${core} ${widgets})
+endif()
+
 # One folder of the house is one static library that sees the whole source root; who may know whom is
-# said by its link list and checked by .ci/layers.
+# said by its link list and checked by .ci/layers. WIDGETS: it draws.
 function(tidewick_library name)
-    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "WIDGETS" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/Quaymere)
     target_link_libraries(${name} PUBLIC tidewick_options ${arg_LINK})
-    tidewick_precompiled(${name})
+    if(arg_WIDGETS)
+        tidewick_precompiled(${name} widgets)
+    else()
+        tidewick_precompiled(${name} core)
+    endif()
 endfunction()

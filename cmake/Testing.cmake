@@ -1,18 +1,43 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# A test program of one class, run by ctest as one test. LOOPBACK: it talks over the network. Where
-# processes cannot have a loopback network of their own, such tests take turns, and the time in
-# which one waits for its turn counts. With a sanitizer all takes several times as long.
-function(tidewick_test name)
-    cmake_parse_arguments(arg "LOOPBACK" "" "SOURCES;LINK" ${ARGN})
-    set(timeout 120)
-    if(arg_LOOPBACK OR TIDEWICK_SANITIZE)
-        set(timeout 600)
-    endif()
-    add_executable(${name} ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE tidewick_test_support ${arg_LINK})
-    tidewick_precompiled(${name})
-    add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout})
+# Code that only tests run: compiled quickly rather than to be quick, and with the large headers read
+# once for all of it, which takes the same parts of Qt everywhere.
+add_library(tidewick_test_options INTERFACE)
+target_link_libraries(tidewick_test_options INTERFACE
+    tidewick_options QCoro6::Coro Qt6::DBus Qt6::Network Qt6::Test Qt6::WebSockets Qt6::Widgets)
+# Qt also defines two folders that are others for each program, which nothing here reads and which would
+# keep the headers from being read once.
+set_target_properties(Qt6::Test PROPERTIES INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
+# Checked calls of the C library need optimisation.
+target_compile_options(tidewick_test_options INTERFACE -O0 -U_FORTIFY_SOURCE)
+
+# The tests of a folder as one program, in which each file tst_NAME.cpp is a test of ctest's by that
+# name, run in a process of its own. LOOPBACK: those that talk over the network. Where processes cannot
+# have a loopback network of their own, such tests take turns, and the time in which one waits for its
+# turn counts. With a sanitizer all takes several times as long.
+function(tidewick_tests folder)
+    cmake_parse_arguments(arg "" "" "TESTS;LOOPBACK;SOURCES;LINK" ${ARGN})
+    set(program tests_${folder})
+    add_executable(${program} ${arg_SOURCES})
+    target_link_libraries(${program} PRIVATE
+        tidewick_test_options tidewick_test_support ${arg_LINK})
+    tidewick_precompiled(${program} tests)
+    foreach(name IN LISTS arg_TESTS arg_LOOPBACK)
+        target_sources(${program} PRIVATE tst_${name}.cpp)
+        add_test(NAME tst_${name} COMMAND ${program} tst_${name})
+        set(timeout 120)
+        if(name IN_LIST arg_LOOPBACK OR TIDEWICK_SANITIZE)
+            set(timeout 600)
+        endif()
+        # By the label ./test knows which programs it has to build for some of the tests.
+        set_tests_properties(tst_${name} PROPERTIES
+            TIMEOUT ${timeout} LABELS "program:${program}")
+    endforeach()
+endfunction()
+
+# A library or program that tests share.
+function(tidewick_test_part target)
+    target_link_libraries(${target} PRIVATE tidewick_test_options)
+    tidewick_precompiled(${target} tests)
 endfunction()

@@ -30,7 +30,7 @@ build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-webso
 # shellcheck disable=SC2034
 package_packages=(dpkg-dev file)
 
-# What the tests take beyond all that: a desktop to run on, and readers of what is installed.
+# What the tests take beyond all that, and the programs of tools/: a desktop to run on, and readers of what is installed.
 # shellcheck disable=SC2034
 test_packages=(dbus-daemon fonts-dejavu-core libsm-dev xfce4-panel xvfb
     appstream desktop-file-utils fish lintian mandoc systemd zsh)
@@ -65,8 +65,8 @@ tests_at_a_time() {
     printf '%s' $(("$(nproc)" * 2))
 }
 
-# Builds the targets named as release into build/. One build at a time, whoever
-# asks; silent when it goes well, but for a word to who waits for the first one.
+# Builds the targets named as release into build/. One build at a time, whoever asks; silent when it
+# goes well, but for a word to those who wait for the first one.
 build() {
     local log
     if [[ -n ${TIDEWICK_XRPLD:-} ]]; then
@@ -75,25 +75,49 @@ build() {
         TIDEWICK_XRPLD=$(readlink -f -- "$TIDEWICK_XRPLD")
     fi
     [[ -f $root/build/build.ninja ]] || say "tidewick: building; the first time takes some minutes"
-    mkdir -p "$root/build"
     {
         flock 9
         log=$(configure 2>&1) || { say "$log"; fail "the build could not be configured"; }
         log=$(cmake --build "$root/build" --target "$@" 2>&1) \
             || { say "$log"; fail "the build failed"; }
-    } 9>"$root/build/.lock"
+    } 9>"$(lock_file)"
+}
+
+# The same for what only developers need: tests, benchmarks, and programs of tools/.
+build_tests() {
+    TIDEWICK_TESTS=ON build "$@"
+}
+
+lock_file() {
+    mkdir -p "$root/build"
+    printf '%s' "$root/build/.lock"
 }
 
 # Configures anew where nothing is configured yet, or for another node or store than asked for now.
+# Tests, and warnings as errors (TIDEWICK_STRICT), stay once somebody has asked for them: going back
+# would compile all of it anew for the next one to ask.
 configure() {
-    local wanted="${TIDEWICK_XRPLD:-}|${TIDEWICK_STORE:-Mossgrid}"
+    local node=${TIDEWICK_XRPLD:-} tests=${TIDEWICK_TESTS:-OFF} strict=${TIDEWICK_STRICT:-OFF} wanted
+    if [[ -f $root/build/build.ninja && -f $root/build/.wanted ]]; then
+        local -a before
+        mapfile -t before <"$root/build/.wanted"
+        [[ ${before[2]:-} != ON ]] || tests=ON
+        [[ ${before[3]:-} != ON ]] || strict=ON
+    fi
+    wanted=$(printf '%s\n' "$node" "${TIDEWICK_STORE:-Mossgrid}" "$tests" "$strict")
     if [[ -f $root/build/build.ninja && -f $root/build/.wanted
         && $(<"$root/build/.wanted") == "$wanted" ]]; then
         return
     fi
     rm -f "$root/build/.wanted"
     cd "$root" || return
-    cmake --preset release \
-        -D TIDEWICK_XRPLD="${TIDEWICK_XRPLD:-}" -D TIDEWICK_STORE="${TIDEWICK_STORE:-Mossgrid}" \
-        && printf '%s' "$wanted" >"$root/build/.wanted"
+    cmake --preset release -D TIDEWICK_XRPLD="$node" -D TIDEWICK_STORE="${TIDEWICK_STORE:-Mossgrid}" \
+        -D TIDEWICK_TESTS="$tests" -D CMAKE_COMPILE_WARNING_AS_ERROR="$strict" \
+        && printf '%s\n' "$wanted" >"$root/build/.wanted"
+}
+
+# The programs of the tests that ctest would run with these arguments.
+programs_of_tests() {
+    ctest --test-dir "$root/build" --show-only=json-v1 "$@" \
+        | sed -n 's/.*"program:\([^"]*\)".*/\1/p' | sort -u
 }

@@ -243,7 +243,7 @@ void TestAppearance::movesWithoutAPortal()
     QVERIFY(!appearance.isStill());
 }
 
-int main(int argc, char *argv[])
+TIDEWICK_TEST_PROGRAM
 {
     const TestHome home;
     SessionBus bus;

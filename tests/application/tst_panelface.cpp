@@ -141,7 +141,7 @@ void TestPanelFace::advisesNobodyElse()
     QVERIFY(!shows(QStringLiteral("install")));
 }
 
-int main(int argc, char *argv[])
+TIDEWICK_TEST_PROGRAM
 {
     enterPrivateLoopback();
     const TestHome home;

@@ -209,7 +209,7 @@ void TestTray::hostThatComesLater()
     QVERIFY(menuIsCurrent());
 }
 
-int main(int argc, char *argv[])
+TIDEWICK_TEST_PROGRAM
 {
     enterPrivateLoopback();
     const TestHome home;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "support/TestFiles.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QtTest>
@@ -33,19 +34,19 @@ void drawOffscreen();
 
 } // namespace tidewick
 
-/// The main function of a test program that talks to nobody over the network.
-#define TIDEWICK_TEST_MAIN(TestClass)             \
-    int main(int argc, char *argv[])              \
-    {                                             \
-        const tidewick::TestHome home;            \
-        QCoreApplication application(argc, argv); \
-        TestClass test;                           \
-        return QTest::qExec(&test, argc, argv);   \
+/// Runs the tests of a class that talks to nobody over the network.
+#define TIDEWICK_TEST_MAIN(TestClass)                   \
+    TIDEWICK_TEST_PROGRAM                               \
+    {                                                   \
+        const tidewick::TestHome home;                  \
+        const QCoreApplication application(argc, argv); \
+        TestClass test;                                 \
+        return QTest::qExec(&test, argc, argv);         \
     }
 
 /// The same for one that draws. It includes QApplication and links Qt6::Widgets itself.
 #define TIDEWICK_GUI_TEST_MAIN(TestClass)           \
-    int main(int argc, char *argv[])                \
+    TIDEWICK_TEST_PROGRAM                           \
     {                                               \
         const tidewick::TestHome home;              \
         tidewick::drawOffscreen();                  \
@@ -55,19 +56,19 @@ void drawOffscreen();
     }
 
 /// The same for one that talks on loopback.
-#define TIDEWICK_LOOPBACK_TEST_MAIN(TestClass)    \
-    int main(int argc, char *argv[])              \
-    {                                             \
-        tidewick::enterPrivateLoopback();         \
-        const tidewick::TestHome home;            \
-        QCoreApplication application(argc, argv); \
-        TestClass test;                           \
-        return QTest::qExec(&test, argc, argv);   \
+#define TIDEWICK_LOOPBACK_TEST_MAIN(TestClass)          \
+    TIDEWICK_TEST_PROGRAM                               \
+    {                                                   \
+        tidewick::enterPrivateLoopback();               \
+        const tidewick::TestHome home;                  \
+        const QCoreApplication application(argc, argv); \
+        TestClass test;                                 \
+        return QTest::qExec(&test, argc, argv);         \
     }
 
 /// The same for one that does both.
 #define TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestClass)  \
-    int main(int argc, char *argv[])                \
+    TIDEWICK_TEST_PROGRAM                           \
     {                                               \
         tidewick::enterPrivateLoopback();           \
         const tidewick::TestHome home;              \

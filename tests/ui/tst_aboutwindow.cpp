@@ -266,13 +266,5 @@ void TestAboutWindow::escapeCloses()
     }
 }
 
-int main(int argc, char *argv[])
-{
-    enterPrivateLoopback();
-    const TestHome home;
-    drawOffscreen();
-    const QApplication application(argc, argv);
-    TestAboutWindow test;
-    return QTest::qExec(&test, argc, argv);
-}
+TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestAboutWindow)
 #include "tst_aboutwindow.moc"

@@ -163,13 +163,5 @@ void TestSettingsWindowNode::saysWhenNothingOpens()
     QVERIFY(!shownTexts(*rig.window).contains(word));
 }
 
-int main(int argc, char *argv[])
-{
-    enterPrivateLoopback();
-    const TestHome home;
-    drawOffscreen();
-    const QApplication application(argc, argv);
-    TestSettingsWindowNode test;
-    return QTest::qExec(&test, argc, argv);
-}
+TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestSettingsWindowNode)
 #include "tst_settingswindow_node.moc"

@@ -1,0 +1,34 @@
+# SPDX-FileCopyrightText: 2026 the Tidewick authors
+# SPDX-License-Identifier: MIT
+
+"""What the checks need to know of how build/ compiles the sources."""
+
+import json
+import pathlib
+import shlex
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+BUILD = ROOT / "build"
+
+
+def without_precompiled(words):
+    """The flags without the headers that a build reads once for all files: each file is to be seen
+    as it is."""
+    result = []
+    words = iter(words)
+    for word in words:
+        if word == "-include":
+            next(words)
+        elif word != "-Winvalid-pch":
+            result.append(word)
+    return result
+
+
+def compile_flags():
+    """The flags of each source; those of the first target where several compile it."""
+    flags = {}
+    for entry in json.loads((BUILD / "compile_commands.json").read_text()):
+        words = shlex.split(entry["command"])
+        found = without_precompiled(words[1:words.index("-o")])
+        flags.setdefault(pathlib.Path(entry["file"]), found)
+    return flags
