@@ -18,6 +18,7 @@ endif()
 target_compile_definitions(tidewick_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_FOREACH
+    QT_DISABLE_DEPRECATED_UP_TO=0x060800
     _GLIBCXX_ASSERTIONS)
 
 # A package is the same wherever it was built.

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QTimeZone>
 
 namespace tidewick::sim::DateText {
 
@@ -20,7 +21,8 @@ std::chrono::seconds wholeSeconds(WallTime time)
 
 QString formatted(WallTime time, const QString &format)
 {
-    const QDateTime date = QDateTime::fromSecsSinceEpoch(wholeSeconds(time).count(), Qt::UTC);
+    const QDateTime date =
+        QDateTime::fromSecsSinceEpoch(wholeSeconds(time).count(), QTimeZone::utc());
     return QLocale::c().toString(date, format);
 }
 

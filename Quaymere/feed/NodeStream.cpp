@@ -21,6 +21,13 @@ constexpr qint64 readBuffer = largestMessage + 64;
 /// In bytes. All that the feed sends at once is about 5 KB.
 constexpr qint64 largestBacklog = 1024LL * 1024;
 
+// Qt 6.5 renamed the signal.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+constexpr auto errorOccurred = &QWebSocket::errorOccurred;
+#else
+constexpr auto errorOccurred = qOverload<QAbstractSocket::SocketError>(&QWebSocket::error);
+#endif
+
 } // namespace
 
 NodeStream::NodeStream(std::chrono::milliseconds handshakeLimit)
@@ -32,8 +39,7 @@ NodeStream::NodeStream(std::chrono::milliseconds handshakeLimit)
     connect(&m_socket, &QWebSocket::connected, this, &NodeStream::shakenHands);
     connect(&m_socket, &QWebSocket::textMessageReceived, this, &NodeStream::take);
     connect(&m_socket, &QWebSocket::disconnected, this, &NodeStream::fail);
-    connect(&m_socket, qOverload<QAbstractSocket::SocketError>(&QWebSocket::error), this,
-            &NodeStream::fail);
+    connect(&m_socket, errorOccurred, this, &NodeStream::fail);
     connect(&m_handshakeTimer, &QTimer::timeout, this, &NodeStream::fail);
     m_handshakeTimer.setSingleShot(true);
     m_handshakeTimer.start(handshakeLimit);

@@ -6,6 +6,7 @@
 #include "platform/Utf8.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <cerrno>
@@ -117,7 +118,7 @@ void NodeLog::note(const QString &text, WallClock::time_point now) const
     if (!log)
         return;
     const auto seconds = std::chrono::floor<std::chrono::seconds>(now.time_since_epoch());
-    const QDateTime date = QDateTime::fromSecsSinceEpoch(seconds.count(), Qt::UTC);
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(seconds.count(), QTimeZone::utc());
     const QByteArray line = "[Tidewick] " + date.toString(u"yyyy-MM-dd HH:mm:ss").toLatin1()
                             + " +0000 " + text.toUtf8() + '\n';
     (void)Files::writeAll(log.get(), line.constData(), static_cast<std::size_t>(line.size()));
