@@ -8,6 +8,7 @@
 #include "ui/LedgerWindow.h"
 #include "ui/TransactionList.h"
 
+#include <QEvent>
 #include <QImage>
 
 namespace tidewick {
