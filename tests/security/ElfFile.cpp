@@ -12,7 +12,7 @@ namespace tidewick {
 template <typename T>
 T ElfFile::at(std::size_t offset) const
 {
-    T value;
+    T value{};
     if (m_content.copy(reinterpret_cast<char *>(&value), sizeof value, offset) != sizeof value)
         qFatal("The program ends early");
     return value;

@@ -22,7 +22,8 @@ std::optional<QJsonObject> rpcResult(quint16 port, const QString &method)
     NodeRPC rpc(port);
     const RpcCall call(rpc, method);
     [&] {
-        QTRY_VERIFY_WITH_TIMEOUT(call.finished(), static_cast<int>(RpcCall::patience.count()));
+        QVERIFY(QTest::qWaitFor([&] { return call.finished(); },
+                                static_cast<int>(RpcCall::patience.count())));
     }();
     return call.result();
 }
