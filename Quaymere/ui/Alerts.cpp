@@ -55,19 +55,18 @@ QCoro::Task<bool> Alerts::confirm(Confirmation question)
     alert->setEscapeButton(reject);
 
     OneShot<bool> answer;
-    QObject::connect(alert, &QDialog::finished, alert, [&answer, alert, accept] {
+    // These connections end with the answer, the alert a little later. All others have to stay: by
+    // one of them Qt's accessibility learns that the alert is gone.
+    QObject asking;
+    QObject::connect(alert, &QDialog::finished, &asking, [&answer, alert, accept] {
         answer.resolve(alert->clickedButton() == accept);
     });
-    QObject::connect(alert, &QObject::destroyed, [this, &answer] {
+    QObject::connect(alert, &QObject::destroyed, &asking, [this, &answer] {
         m_question.clear(); // half of it is gone already
         answer.resolve(false);
     });
     Windows::bringForward(*alert);
-    const bool accepted = co_await answer;
-    // The alert may still have to go, the answer goes now.
-    if (m_question)
-        m_question->disconnect();
-    co_return accepted;
+    co_return co_await answer;
 }
 
 } // namespace tidewick

@@ -4,10 +4,12 @@
 #include "support/Surroundings.h"
 #include "ui/Alerts.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
@@ -33,6 +35,7 @@ private slots:
     void everythingElseIsNo_data();
     void everythingElseIsNo();
     void endOfTheApplicationIsNo();
+    void accessibilityForgetsTheQuestion();
 
 private:
     void ask(const QString &text);
@@ -191,6 +194,19 @@ void TestAlerts::endOfTheApplicationIsNo()
     ask({});
     m_alerts.reset();
     QCOMPARE(m_answer, std::optional(false));
+}
+
+/// Or the next alert, which may come to lie in the same place, would be taken for the one before.
+void TestAlerts::accessibilityForgetsTheQuestion()
+{
+    ask({});
+    const QPointer<QMessageBox> alert = onlyWindow<QMessageBox>();
+    const QAccessible::Id id =
+        QAccessible::uniqueId(QAccessible::queryAccessibleInterface(alert.data()));
+    QVERIFY(QAccessible::accessibleInterface(id));
+    QTest::mouseClick(button(QStringLiteral("Delete")), Qt::LeftButton);
+    QTRY_VERIFY(!alert);
+    QVERIFY(!QAccessible::accessibleInterface(id));
 }
 
 TIDEWICK_GUI_TEST_MAIN(TestAlerts)
