@@ -104,7 +104,8 @@ std::array<QJsonValue, N> members(const QJsonObject &object, const Names<N> &nam
 {
     std::array<QJsonValue, N> values;
     for (std::size_t i = 0; i < N; ++i)
-        values[i] = object[QLatin1String(names[i].data(), qsizetype(names[i].size()))];
+        values[i] =
+            JsonRead::member(object, QLatin1String(names[i].data(), qsizetype(names[i].size())));
     return values;
 }
 

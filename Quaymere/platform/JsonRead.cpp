@@ -13,6 +13,15 @@ std::optional<QJsonObject> parseObject(const QByteArray &text)
     return document.isObject() ? std::optional(document.object()) : std::nullopt;
 }
 
+QJsonValue member(const QJsonObject &object, QLatin1String name)
+{
+    const auto found = object.constFind(name);
+    // Qt 6.8 finds names as well that have a NUL behind.
+    if (found == object.constEnd() || found.key().size() != name.size())
+        return QJsonValue::Undefined;
+    return *found;
+}
+
 std::optional<QString> string(const QJsonValue &value)
 {
     return value.isString() ? std::optional(value.toString()) : std::nullopt;

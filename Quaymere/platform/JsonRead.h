@@ -16,6 +16,9 @@ namespace tidewick::JsonRead {
 /// The text as a JSON object; nothing when it is not valid JSON or something else.
 std::optional<QJsonObject> parseObject(const QByteArray &text);
 
+/// The member of exactly this name; undefined where there is none.
+QJsonValue member(const QJsonObject &object, QLatin1String name);
+
 std::optional<QString> string(const QJsonValue &value);
 
 std::optional<QJsonObject> object(const QJsonValue &value);

@@ -15,6 +15,11 @@ namespace tidewick {
 
 namespace {
 
+QJsonValue at(const QJsonObject &object, const char *name)
+{
+    return JsonRead::member(object, QLatin1String(name));
+}
+
 std::optional<QString> shortText(const QJsonValue &value)
 {
     const auto text = JsonRead::string(value);
@@ -32,54 +37,54 @@ std::optional<LedgerFeed::Time> time(const QJsonValue &value)
 StreamMessage responseOf(qint64 id, const QJsonObject &result)
 {
     if (id == 1)
-        return SubscribedMessage{JsonRead::integer(result[u"ledger_index"])};
-    if (id < 1000 || !result[u"ledger"].isObject())
+        return SubscribedMessage{JsonRead::integer(at(result, "ledger_index"))};
+    if (id < 1000 || !at(result, "ledger").isObject())
         return {};
-    const QJsonObject ledger = result[u"ledger"].toObject();
-    const QJsonValue indexValue = ledger[u"ledger_index"];
+    const QJsonObject ledger = at(result, "ledger").toObject();
+    const QJsonValue indexValue = at(ledger, "ledger_index");
     const auto digits = shortText(indexValue);
     const auto index = digits ? NumberText::integer(*digits) : JsonRead::integer(indexValue);
-    const auto closed = time(ledger[u"close_time"]);
-    if (!index || !closed || !ledger[u"transactions"].isArray())
+    const auto closed = time(at(ledger, "close_time"));
+    if (!index || !closed || !at(ledger, "transactions").isArray())
         return {};
-    return BackfillMessage{{*index, ledger[u"transactions"].toArray().size(), *closed}};
+    return BackfillMessage{{*index, at(ledger, "transactions").toArray().size(), *closed}};
 }
 
 StreamMessage transactionOf(const QJsonObject &message)
 {
-    QJsonObject body = message[u"transaction"].toObject();
-    if (message[u"tx_json"].isObject())
-        body = message[u"tx_json"].toObject();
-    auto hash = shortText(message[u"hash"]);
+    QJsonObject body = at(message, "transaction").toObject();
+    if (at(message, "tx_json").isObject())
+        body = at(message, "tx_json").toObject();
+    auto hash = shortText(at(message, "hash"));
     if (!hash)
-        hash = shortText(body[u"hash"]);
+        hash = shortText(at(body, "hash"));
     if (!hash)
         return {};
-    auto result = shortText(message[u"meta"][u"TransactionResult"]);
+    auto result = shortText(at(at(message, "meta").toObject(), "TransactionResult"));
     if (!result)
-        result = shortText(message[u"engine_result"]);
+        result = shortText(at(message, "engine_result"));
     LedgerFeed::Tx tx;
     tx.id = *hash;
-    tx.type = shortText(body[u"TransactionType"]).value_or(QStringLiteral("Unknown"));
-    tx.account = shortText(body[u"Account"]).value_or(QString());
+    tx.type = shortText(at(body, "TransactionType")).value_or(QStringLiteral("Unknown"));
+    tx.account = shortText(at(body, "Account")).value_or(QString());
     tx.result = result.value_or(QString());
-    tx.ledger = JsonRead::integer(message[u"ledger_index"]).value_or(0);
+    tx.ledger = JsonRead::integer(at(message, "ledger_index")).value_or(0);
     return TransactionMessage{tx};
 }
 
 StreamMessage messageOf(const QJsonObject &message)
 {
-    const auto id = JsonRead::integer(message[u"id"]);
-    if (id && message[u"result"].isObject())
-        return responseOf(*id, message[u"result"].toObject());
-    const QString type = message[u"type"].toString();
+    const auto id = JsonRead::integer(at(message, "id"));
+    if (id && at(message, "result").isObject())
+        return responseOf(*id, at(message, "result").toObject());
+    const QString type = at(message, "type").toString();
     if (type == u"transaction")
         return transactionOf(message);
-    const auto index = JsonRead::integer(message[u"ledger_index"]);
-    const auto closed = time(message[u"ledger_time"]);
+    const auto index = JsonRead::integer(at(message, "ledger_index"));
+    const auto closed = time(at(message, "ledger_time"));
     if (type != u"ledgerClosed" || !index || !closed)
         return {};
-    const qint64 count = JsonRead::integer(message[u"txn_count"]).value_or(0);
+    const qint64 count = JsonRead::integer(at(message, "txn_count")).value_or(0);
     return LedgerClosedMessage{{*index, std::max<qint64>(count, 0), *closed}};
 }
 

@@ -31,6 +31,7 @@ private slots:
     void pastIndexes();
     void times_data();
     void times();
+    void membersHaveExactlyTheirNames();
     void recordings_data();
     void recordings();
 };
@@ -286,6 +287,14 @@ void TestStreamReader::times()
                        "'close_time':%1}}}")
                       .arg(value)),
              none ? QStringLiteral("nothing") : QStringLiteral("past") + rest);
+}
+
+void TestStreamReader::membersHaveExactlyTheirNames()
+{
+    const QString text = json(
+        "{'type':'transaction','hash':'A','ledger_index\\u0000':7,'engine_result\\u0000':'x'}");
+    QCOMPARE(said(text), QStringLiteral("transaction|A|Unknown|||0"));
+    QCOMPARE(said(beyondSimdjson(text)), said(text));
 }
 
 void TestStreamReader::recordings_data()

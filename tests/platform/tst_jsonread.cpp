@@ -29,6 +29,7 @@ private slots:
     void casts_data();
     void casts();
     void absentIsNothing();
+    void memberHasExactlyTheName();
 };
 
 void TestJsonRead::parseObject_data()
@@ -123,6 +124,23 @@ void TestJsonRead::absentIsNothing()
     QVERIFY(!JsonRead::integer(empty[u"a"]));
     QVERIFY(!JsonRead::number(empty[u"a"]));
     QVERIFY(!JsonRead::boolean(empty[u"a"]));
+}
+
+void TestJsonRead::memberHasExactlyTheName()
+{
+    const auto object = JsonRead::parseObject(R"({"a\u0000":1,"bc":2,"d":3,"d\u0000":4,"":5})");
+    QVERIFY(object);
+    const auto member = [&](const char *name) {
+        return JsonRead::member(*object, QLatin1String(name));
+    };
+    QVERIFY(member("a").isUndefined());
+    QVERIFY(member("b").isUndefined());
+    QVERIFY(member("bcd").isUndefined());
+    QCOMPARE(member("bc"), QJsonValue(2));
+    QCOMPARE(member("d"), QJsonValue(3));
+    QCOMPARE(member(""), QJsonValue(5));
+    QCOMPARE(JsonRead::member(*object, QLatin1String("a\0", 2)), QJsonValue(1));
+    QCOMPARE(JsonRead::member(*object, QLatin1String("d\0", 2)), QJsonValue(4));
 }
 
 TIDEWICK_TEST_MAIN(TestJsonRead)
