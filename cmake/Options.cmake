@@ -79,6 +79,8 @@ if(NOT TIDEWICK_PACKAGE)
         HEADERS ${standard} ${core})
     tidewick_headers(widgets LINK tidewick_options QCoro6::Coro Qt6::Widgets
         HEADERS ${standard} ${core} ${widgets})
+    # By this Qt's headers decide what becomes of plugins: ours is a part of the program.
+    target_compile_definitions(tidewick_headers_widgets PRIVATE QT_STATICPLUGIN)
 endif()
 
 # One folder of the house is one static library that sees the whole source root; who may know whom is

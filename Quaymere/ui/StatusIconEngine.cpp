@@ -5,6 +5,10 @@
 
 #include <QPainter>
 #include <QPixmap>
+#include <QtPlugin>
+
+// Without it Qt may know of none of a theme's symbolic icons.
+Q_IMPORT_PLUGIN(SvgIconPlugin)
 
 namespace tidewick {
 

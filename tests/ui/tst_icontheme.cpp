@@ -4,6 +4,7 @@
 #include "MarkBundle.h"
 #include "support/Surroundings.h"
 #include "ui/StatusIcon.h"
+#include "ui/SvgIconEngine.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -54,6 +55,15 @@ private:
     QString m_nameBefore = QIcon::themeName();
 };
 
+/// As Qt makes it with our plugin; by itself it prefers its own.
+QIcon svgIcon(const fs::path &file)
+{
+    const QString name = QString::fromStdString(file.string());
+    QIconEngine *engine = SvgIconPlugin().create(name);
+    engine->addFile(name, {}, QIcon::Normal, QIcon::Off);
+    return QIcon(engine);
+}
+
 } // namespace
 
 class TestIconTheme : public QObject
@@ -65,6 +75,8 @@ private slots:
     void symbolicIconsShowTheSame_data();
     void symbolicIconsShowTheSame();
     void applicationIconHasItsSizes();
+    void svgFilesAreDrawn();
+    void svgFileWithoutADrawing();
 };
 
 void TestIconTheme::iconNameOfTheTheme()
@@ -134,6 +146,31 @@ void TestIconTheme::applicationIconHasItsSizes()
                 .arg(size));
         QCOMPARE(drawn.size(), QSize(size, size));
     }
+}
+
+void TestIconTheme::svgFilesAreDrawn()
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "halves.svg";
+    writeFile(file, R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10">)"
+                    R"(<rect width="10" height="10" fill="#ff0000"/></svg>)");
+    const QIcon icon = svgIcon(file);
+    QVERIFY(!icon.isNull());
+    const QImage image = picture(icon, 40);
+    QCOMPARE(image.size(), QSize(40, 40));
+    QCOMPARE(image.pixelColor(1, 20), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(18, 11), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(21, 20).alpha(), 0);
+    QCOMPARE(image.pixelColor(1, 8).alpha(), 0); // it keeps its aspect
+}
+
+void TestIconTheme::svgFileWithoutADrawing()
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "text.svg";
+    writeFile(file, "this is no drawing");
+    QVERIFY(svgIcon(file).isNull());
+    QVERIFY(svgIcon(folder.path() / "missing.svg").isNull());
 }
 
 TIDEWICK_GUI_TEST_MAIN(TestIconTheme)

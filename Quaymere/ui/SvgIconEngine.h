@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QIconEngine>
+#include <QIconEnginePlugin>
+
+#include <memory>
+
+class QSvgRenderer;
+
+namespace tidewick {
+
+/// Gives the drawing in an SVG file to a QIcon. Modes and states look the same.
+class SvgIconEngine final : public QIconEngine
+{
+public:
+    void addFile(const QString &file, const QSize &size, QIcon::Mode mode,
+                 QIcon::State state) override;
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override;
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override;
+    QIconEngine *clone() const override;
+    QString key() const override;
+    /// Also of a file without a drawing in it.
+    bool isNull() override;
+
+private:
+    std::shared_ptr<QSvgRenderer> m_drawing;
+};
+
+/// Lets Qt read icons in SVG, of themes above all. It has a plugin for that itself, but not on
+/// every system: Debian 13, with Qt 6.8, has it in a package that only is recommended.
+class SvgIconPlugin final : public QIconEnginePlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QIconEngineFactoryInterface_iid FILE "SvgIconPlugin.json")
+
+public:
+    QIconEngine *create(const QString &file) override;
+};
+
+} // namespace tidewick
