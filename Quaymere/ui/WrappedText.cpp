@@ -47,6 +47,15 @@ void WrappedText::setAlignedToEnd(bool toEnd)
     m_width = -1;
 }
 
+/// As Qt lays a line out, but for Qt 6.8 at ratio 1: there metrics of hinted fonts are rounded
+/// before.
+int WrappedText::lineHeight(const QFont &font)
+{
+    QFont unhinted(font);
+    unhinted.setHintingPreference(QFont::PreferNoHinting);
+    return int(std::ceil(QFontMetricsF(unhinted).height()));
+}
+
 int WrappedText::naturalWidth() const
 {
     // Layouts need a little more than metrics say where letters lean.
@@ -105,12 +114,15 @@ void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     m_layout.setTextOption(option);
     m_height = 0;
+    const qreal leastHeight = lineHeight(m_layout.font());
     m_layout.beginLayout();
     for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
         line.setLineWidth(std::max(1, width - 2 * side));
-        const qreal space = line.height() * (m_lineHeight - 1);
+        // Letters that the font does not have come from another one, which may be higher.
+        const qreal height = std::max(leastHeight, line.height());
+        const qreal space = height * (m_lineHeight - 1);
         line.setPosition({0, m_height + space / 2});
-        m_height += line.height() + space;
+        m_height += height + space;
     }
     m_layout.endLayout();
 }

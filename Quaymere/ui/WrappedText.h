@@ -45,6 +45,9 @@ public:
     /// is shown.
     QString toolTip() const { return m_toolTip; }
 
+    /// The height of a line in this font, the same whatever the screen's scale.
+    static int lineHeight(const QFont &font);
+
     /// The height, space included, when all of it is as wide as that.
     int height(int width) const;
 
