@@ -53,9 +53,9 @@ private:
 
 namespace {
 
-/// Characters are drawn a little differently from one version of the font library to the next. A
+/// Characters may be drawn a little differently from one version of the font library to the next. A
 /// part of the window that moves or goes changes far more.
-constexpr double mostDifferent = 0.01;
+constexpr double mostDifferent = 0.002;
 constexpr int noticeable = 48;
 
 /// How much of two pictures of the same size is not the same.
@@ -188,7 +188,8 @@ void TestSnapshots::lookAsTheyDid()
     const QString name =
         QStringLiteral("%1-%2.png").arg(QLatin1String(window), QLatin1String(theme));
     const QImage reference(QStringLiteral(TIDEWICK_TEST_DATA "/windows/") + name);
-    const QImage picture = snapshot(window, theme);
+    // At ratio 1 versions of Qt differ in which whole pixel a line of text comes to lie on.
+    const QImage picture = snapshot(window, theme, "2");
     QCOMPARE(picture.size(), reference.size());
     const double changed = difference(picture, reference);
     QVERIFY2(changed <= mostDifferent, QByteArray::number(changed));
