@@ -5,6 +5,7 @@
 
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QStandardPaths>
 
 #include <unistd.h>
 
@@ -33,15 +34,41 @@ constexpr const char *panelConfiguration = R"(<?xml version="1.0" encoding="UTF-
 </channel>
 )";
 
+/// What the session bus starts on demand: nothing but what a test puts there. With the usual
+/// configuration the bus would start the machine's services as well.
+std::filesystem::path services()
+{
+    return std::filesystem::path(qgetenv("XDG_DATA_HOME").toStdString()) / "dbus-1/services";
+}
+
+constexpr const char *busConfiguration = R"(<busconfig>
+  <type>session</type>
+  <listen>unix:path=@BUS@</listen>
+  <auth>EXTERNAL</auth>
+  <servicedir>@SERVICES@</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
 } // namespace
 
 SessionBus::SessionBus()
 {
     const std::string runtime = m_runtime.path().string();
     qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(runtime));
+    std::filesystem::create_directories(services());
+    const std::filesystem::path configuration = m_runtime.path() / "bus.conf";
+    writeFile(configuration,
+              QByteArray(busConfiguration)
+                  .replace("@BUS@", QByteArray::fromStdString(runtime + "/bus"))
+                  .replace("@SERVICES@", QByteArray::fromStdString(services().string())));
     m_daemon = std::make_unique<Beside>(
-        "dbus-daemon", std::vector<std::string>{"--session", "--nofork", "--print-address",
-                                                "--address=unix:path=" + runtime + "/bus"});
+        "dbus-daemon", std::vector<std::string>{"--config-file=" + configuration.string(),
+                                                "--nofork", "--print-address"});
     m_address = m_daemon->readyLine();
     qputenv("DBUS_SESSION_BUS_ADDRESS", m_address);
 }
@@ -87,20 +114,31 @@ XServer::~XServer()
 
 namespace {
 
-/// The panel reads its configuration through a service that the bus starts.
-const char *configuredPanel()
+/// The panel reads its configuration through a service that the bus starts. That, its plugins and
+/// its icons are the machine's.
+ChildSpec configuredPanel()
 {
+    const std::filesystem::path machine = "/usr/share";
+    const std::filesystem::path service = "org.xfce.Xfconf.service";
+    std::filesystem::create_directories(services());
+    if (!std::filesystem::exists(services() / service))
+        std::filesystem::create_symlink(machine / "dbus-1/services" / service,
+                                        services() / service);
     const std::filesystem::path folder =
         std::filesystem::path(qgetenv("XDG_CONFIG_HOME").toStdString())
         / "xfce4/xfconf/xfce-perchannel-xml";
     std::filesystem::create_directories(folder);
     writeFile(folder / "xfce4-panel.xml", panelConfiguration);
-    return "xfce4-panel";
+    ChildSpec spec;
+    spec.executable = QStandardPaths::findExecutable(QStringLiteral("xfce4-panel")).toStdString();
+    spec.arguments = {"--disable-wm-check"};
+    spec.environment["XDG_DATA_DIRS"] = machine;
+    return spec;
 }
 
 } // namespace
 
-DesktopPanel::DesktopPanel() : m_panel(configuredPanel(), {"--disable-wm-check"}) {}
+DesktopPanel::DesktopPanel() : m_panel(configuredPanel()) {}
 
 bool DesktopPanel::waitForHost(const SessionBus &bus)
 {

@@ -114,11 +114,6 @@ Outcome TestSnapshots::run(std::vector<std::string> arguments,
     spec.executable = TIDEWICK_QUAYMERE_PATH;
     spec.arguments = std::move(arguments);
     spec.workingDirectory = m_path;
-    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
-                             "XDG_RUNTIME_DIR", "XDG_SESSION_TYPE"})
-        spec.environment.erase(name);
-    // One font, so that the pictures are the same wherever it is installed.
-    spec.environment["FONTCONFIG_FILE"] = TIDEWICK_TEST_DATA "/fonts.conf";
     for (const auto &[name, value] : variables)
         spec.environment[name] = value;
     return runProgram(spec);

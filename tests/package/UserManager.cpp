@@ -64,8 +64,6 @@ UserManager::UserManager() : m_controlGroups(makeControlGroups())
     for (const fs::path &group : m_controlGroups)
         spec.arguments.push_back(group);
     spec.environment["XDG_RUNTIME_DIR"] = m_runtime.path();
-    for (const char *variable : {"DBUS_SESSION_BUS_ADDRESS", "DISPLAY", "WAYLAND_DISPLAY"})
-        spec.environment.erase(variable);
     if (!m_controlGroups.empty())
         m_manager = std::make_unique<Beside>(std::move(spec));
 }

@@ -5,10 +5,14 @@
 
 #include "platform/Files.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <fcntl.h>
 #include <net/if.h>
@@ -21,11 +25,42 @@
 
 namespace tidewick {
 
+namespace {
+
+/// By these, programs are found, and instrumented builds told what to do. What the environment says
+/// else is of the machine or of who uses it.
+bool isKept(std::string_view variable)
+{
+    constexpr std::array<std::string_view, 9> kept{
+        "PATH",          "LD_LIBRARY_PATH", "ASAN_OPTIONS",      "LSAN_OPTIONS",     "TSAN_OPTIONS",
+        "UBSAN_OPTIONS", "GCOV_PREFIX",     "GCOV_PREFIX_STRIP", "LLVM_PROFILE_FILE"};
+    return variable.starts_with("QTEST_")
+           || std::find(kept.begin(), kept.end(), variable) != kept.end();
+}
+
+void forgetEnvironment()
+{
+    std::vector<std::string> variables;
+    for (char **entry = environ; *entry != nullptr; ++entry)
+        variables.emplace_back(*entry, std::strcspn(*entry, "="));
+    for (const std::string &variable : variables) {
+        if (!isKept(variable))
+            qunsetenv(variable.c_str());
+    }
+}
+
+} // namespace
+
 TestHome::TestHome()
 {
+    forgetEnvironment();
     for (const auto &[variable, name] :
          {std::pair("HOME", "home"), std::pair("XDG_CONFIG_HOME", "config"),
-          std::pair("XDG_DATA_HOME", "data"), std::pair("TMPDIR", "tmp")}) {
+          std::pair("XDG_DATA_HOME", "data"), std::pair("XDG_CACHE_HOME", "cache"),
+          std::pair("XDG_STATE_HOME", "state"), std::pair("TMPDIR", "tmp"),
+          // Where a machine has what is common to its users: icon themes, services, defaults.
+          std::pair("XDG_DATA_DIRS", "machine-data"),
+          std::pair("XDG_CONFIG_DIRS", "machine-config")}) {
         const std::filesystem::path folder = m_folder.path() / name;
         std::filesystem::create_directory(folder);
         qputenv(variable, QByteArray::fromStdString(folder.string()));
@@ -33,17 +68,14 @@ TestHome::TestHome()
     // The machine may run a node of its own as a service.
     qputenv("DBUS_SYSTEM_BUS_ADDRESS",
             "unix:path=" + QByteArray::fromStdString((m_folder.path() / "no-system-bus").string()));
-    qunsetenv("APP_SANDBOX_CONTAINER_ID");
-    qunsetenv("TIDEWICK_SIMNODE");
+    qputenv("FONTCONFIG_FILE", TIDEWICK_TEST_DATA "/fonts.conf");
+    qputenv("LANG", "C.UTF-8");
+    qputenv("TZ", "UTC");
 }
 
 void drawOffscreen()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    for (const char *variable :
-         {"QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS",
-          "QT_ENABLE_HIGHDPI_SCALING", "QT_FONT_DPI"})
-        qunsetenv(variable);
 }
 
 namespace {

@@ -11,8 +11,11 @@
 
 namespace tidewick {
 
-/// A home of its own for a test program: HOME, the XDG folders and TMPDIR lie in a temporary
-/// folder, which is removed at the end, so that nothing of the user's is read or written.
+/// Surroundings of its own for a test program, the same on any machine. HOME, the XDG folders and
+/// TMPDIR lie in a temporary folder, which is removed at the end; fonts are those of
+/// tests/data/fonts.conf, the language is C, the time UTC; there is no bus, display or desktop. Of
+/// the environment nothing else remains but by what programs are found and instrumented, so a test
+/// sets what it needs afterwards. Make it before there are threads and the application object.
 class TestHome
 {
 public:
@@ -28,7 +31,7 @@ private:
 /// exists.
 void enterPrivateLoopback();
 
-/// Lets this process draw into memory, at ratio 1, whatever desktop it runs on. Call before the
+/// Lets this process draw into memory, at ratio 1. Call after making the home and before the
 /// application object exists.
 void drawOffscreen();
 
