@@ -144,7 +144,8 @@ ChildSpec ours(const TestBundle &bundle, const DescriptorServer &descriptors)
     spec.executable = bundle.application();
     spec.environment["TIDEWICK_SIMNODE"] = "state=full";
     spec.environment["TIDEWICK_DESCRIPTORS"] = descriptors.path();
-    spec.environment["LD_PRELOAD"] = PROCESS_DESCRIPTORS_PATH;
+    spec.environment["LD_PRELOAD"] = preloadable(
+        PROCESS_DESCRIPTORS_PATH, std::filesystem::path(descriptors.path()).parent_path());
     return spec;
 }
 

@@ -43,6 +43,27 @@ void writeFile(const fs::path &path, const QByteArray &content)
         qFatal("%s cannot be written", path.c_str());
 }
 
+namespace {
+
+bool isSeparated(const fs::path &path)
+{
+    return path.string().find_first_of(" :") != std::string::npos;
+}
+
+} // namespace
+
+fs::path preloadable(const fs::path &library, const fs::path &folder)
+{
+    if (!isSeparated(library))
+        return library;
+    const fs::path link = folder / library.filename();
+    if (isSeparated(link))
+        qFatal("%s cannot be preloaded", link.c_str());
+    if (!fs::is_symlink(link))
+        fs::create_symlink(library, link);
+    return link;
+}
+
 qint64 allocatedBytes(const fs::path &path)
 {
     const UniqueDescriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));

@@ -33,7 +33,8 @@ ProcessEnvironment turnedBy(const FaultRun &run, const std::filesystem::path &fi
 {
     const std::filesystem::path nodeEnvironment = run.bundle().resource("node.env");
     writeFile(nodeEnvironment, contentOf(nodeEnvironment) + "\nLD_PRELOAD=\n");
-    return {{"LD_PRELOAD", TIDEWICK_TURNED_CLOCK}, {"TIDEWICK_CLOCK_TURN", file}};
+    return {{"LD_PRELOAD", preloadable(TIDEWICK_TURNED_CLOCK, file.parent_path())},
+            {"TIDEWICK_CLOCK_TURN", file}};
 }
 
 /// What a program makes of the turned clock that does nothing else.
