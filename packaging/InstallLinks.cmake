@@ -43,17 +43,26 @@ string(REGEX REPLACE "xrpld_[^\n]*\n" "" text "${text}")
 install_text("${bundle}/Contents/Resources" build-info
     "${text}xrpld_kind=linked\nxrpld_path=${node}\n")
 
-set(TIDEWICK_COMMAND "${CMAKE_INSTALL_PREFIX}/bin/quaymere")
-foreach(template
-        share/dbus-1/services/org.tidewick.Tidewick
-        lib/systemd/user/app-org.tidewick.Tidewick
-        lib/systemd/user/tidewick)
-    cmake_path(GET template PARENT_PATH folder)
-    cmake_path(GET template FILENAME name)
-    file(READ "${CMAKE_CURRENT_LIST_DIR}/${name}.service.in" text)
+include("${CMAKE_CURRENT_LIST_DIR}/Quoting.cmake")
+set(program "${CMAKE_INSTALL_PREFIX}/bin/quaymere")
+tidewick_quote_for_unit(COMMAND_FOR_UNIT "${program}")
+tidewick_quote_for_bus(COMMAND_FOR_BUS "${program}")
+tidewick_quote_for_entry(COMMAND_FOR_ENTRY "${program}")
+tidewick_escape_for_entry(PROGRAM_FOR_ENTRY "${program}")
+
+function(install_configured template folder name)
+    file(READ "${CMAKE_CURRENT_LIST_DIR}/${template}.in" text)
     string(CONFIGURE "${text}" text @ONLY)
-    install_text("${folder}" "${name}.service" "${text}")
+    install_text("${folder}" "${name}" "${text}")
+endfunction()
+
+foreach(unit app-org.tidewick.Tidewick.service tidewick.service)
+    install_configured(${unit} lib/systemd/user ${unit})
 endforeach()
+install_configured(org.tidewick.Tidewick.service share/dbus-1/services
+    org.tidewick.Tidewick.service)
+install_configured(org.tidewick.Tidewick.desktop share/applications org.tidewick.Tidewick.desktop)
+install_configured(autostart.desktop share/tidewick/autostart org.tidewick.Tidewick.desktop)
 
 # Where Debian's zsh looks for what packages bring, and for what is local.
 set(zsh share/zsh/site-functions)

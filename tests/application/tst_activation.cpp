@@ -45,7 +45,7 @@ void TestActivation::initTestCase()
 {
     QByteArray service =
         contentOf(std::filesystem::path(TIDEWICK_PACKAGING) / "org.tidewick.Tidewick.service.in");
-    service.replace("@TIDEWICK_COMMAND@",
+    service.replace("@COMMAND_FOR_BUS@",
                     QByteArray::fromStdString(m_bundle.application().string()));
     const std::filesystem::path services =
         std::filesystem::path(qgetenv("XDG_DATA_HOME").toStdString()) / "dbus-1" / "services";

@@ -19,11 +19,8 @@ class TestInstalledFiles : public QObject
     Q_OBJECT
 
 private slots:
-    void desktopEntries();
     void metainfo();
     void manualPage();
-    void userUnits_data();
-    void userUnits();
     void serviceIsNamedAsTheEntry();
 
     void manualPageTellsEachOption();
@@ -71,12 +68,6 @@ QSet<QByteArray> wordsOf(const QByteArray &text)
 
 } // namespace
 
-void TestInstalledFiles::desktopEntries()
-{
-    for (const char *name : {"org.tidewick.Tidewick.desktop", "autostart.desktop"})
-        QVERIFY(isContent({"desktop-file-validate", packaging / name}));
-}
-
 void TestInstalledFiles::metainfo()
 {
     const fs::path file =
@@ -97,30 +88,11 @@ void TestInstalledFiles::manualPage()
     QVERIFY(!outcome.signaled && outcome.status < 2);
 }
 
-void TestInstalledFiles::userUnits_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const char *name : {"tidewick.service", "app-org.tidewick.Tidewick.service"})
-        QTest::newRow(name) << QString::fromLatin1(name);
-}
-
-void TestInstalledFiles::userUnits()
-{
-    QFETCH(QString, name);
-    const TemporaryFolder folder;
-    QByteArray unit = contentOf(packaging / (name.toStdString() + ".in"));
-    unit.replace("@TIDEWICK_COMMAND@", TIDEWICK_QUAYMERE_PATH);
-    const fs::path file = folder.path() / name.toStdString();
-    writeFile(file, unit);
-    QVERIFY(isContent({"systemd-analyze", "verify", "--user", "--man=no", file},
-                      {{"XDG_RUNTIME_DIR", folder.path()}}));
-}
-
 /// Or the bus would not find the program that the entry stands for, nor its unit.
 void TestInstalledFiles::serviceIsNamedAsTheEntry()
 {
     QVERIFY(
-        contentOf(packaging / "org.tidewick.Tidewick.desktop").contains("DBusActivatable=true"));
+        contentOf(packaging / "org.tidewick.Tidewick.desktop.in").contains("DBusActivatable=true"));
     const QByteArray service = contentOf(packaging / "org.tidewick.Tidewick.service.in");
     QVERIFY(service.contains("Name=org.tidewick.Tidewick\n"));
     QVERIFY(service.contains("SystemdService=app-org.tidewick.Tidewick.service\n"));
@@ -166,10 +138,10 @@ void TestInstalledFiles::addCompletions()
                             << QSet<QByteArray>{"light", "dark"};
     QTest::newRow("nothing behind")
         << QByteArray("quaymere --snapshot-about a.png light ") << QSet<QByteArray>{};
-    QTest::newRow("folders") << QByteArray("quaymere --render-config " TIDEWICK_SOURCE "/packagi")
-                             << QSet<QByteArray>{TIDEWICK_SOURCE "/packaging"};
-    QTest::newRow("files") << QByteArray("quaymere --snapshot-ledger " TIDEWICK_SOURCE "/LIC")
-                           << QSet<QByteArray>{TIDEWICK_SOURCE "/LICENSE"};
+    QTest::newRow("folders") << QByteArray("quaymere --render-config packagi")
+                             << QSet<QByteArray>{"packaging"};
+    QTest::newRow("files") << QByteArray("quaymere --snapshot-ledger LIC")
+                           << QSet<QByteArray>{"LICENSE"};
     QTest::newRow("no JSON") << QByteArray("quaymere --describe-storage ") << QSet<QByteArray>{};
 }
 
@@ -185,14 +157,16 @@ void TestInstalledFiles::bashCompletes()
     // compopt speaks to a completion under way, which there is none of here.
     const char *script = R"(
         compopt() { :; }
+        cd -- "$3"
         . "$1"
         read -ra COMP_WORDS <<<"$2"
         [[ $2 == *' ' ]] && COMP_WORDS+=('')
         COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
         _quaymere
         printf '%s\n' "${COMPREPLY[@]}")";
-    const Outcome outcome = runTool({"bash", "-euc", script, "test",
-                                     packaging / "completions/quaymere.bash", line.toStdString()});
+    const Outcome outcome =
+        runTool({"bash", "-euc", script, "test", packaging / "completions/quaymere.bash",
+                 line.toStdString(), TIDEWICK_SOURCE});
     QCOMPARE(outcome.error, QByteArray());
     QCOMPARE(wordsOf(outcome.output), offered);
 }
@@ -206,9 +180,9 @@ void TestInstalledFiles::fishCompletes()
 {
     QFETCH(QByteArray, line);
     QFETCH(QSet<QByteArray>, offered);
-    const std::string script = "source " + (packaging / "completions/quaymere.fish").string()
-                               + "; complete -C '" + line.toStdString() + "'";
-    const Outcome outcome = runTool({"fish", "--no-config", "-c", script});
+    const Outcome outcome =
+        runTool({"fish", "--no-config", "-c", "cd $argv[3]; source $argv[1]; complete -C $argv[2]",
+                 packaging / "completions/quaymere.fish", line.toStdString(), TIDEWICK_SOURCE});
     QCOMPARE(outcome.error, QByteArray());
     const QByteArray begun = line.split(' ').constLast();
     QByteArray words;

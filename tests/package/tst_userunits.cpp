@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "application/LaunchedApplication.h"
+#include "package/Installation.h"
 #include "package/UserManager.h"
 #include "support/Surroundings.h"
 
@@ -15,9 +16,9 @@ using namespace tidewick;
 
 namespace fs = std::filesystem;
 
-/// Tidewick under a user's real service manager, in the three ways in which one starts it.
-/// Whichever it was, its node is told to end by Tidewick alone, and has the time to close its
-/// store.
+/// Tidewick under a user's real service manager, in the three ways in which one starts it,
+/// installed to a folder whose name takes all kinds of quoting. Whichever it was, its node is told
+/// to end by Tidewick alone, and has the time to close its store.
 class TestUserUnits : public QObject
 {
     Q_OBJECT
@@ -38,13 +39,14 @@ private:
     bool startsNode(const char *unit) const;
     bool isStopped(const char *unit) const;
 
-    TestBundle m_bundle;
+    const Installation m_installation{"a b'c%d \"$e\" ${f} #g;h ü"};
+    /// Without what systemd does not read in desktop entries.
+    const Installation m_autostarted{"a b'c%d #e;f ü"};
     std::optional<UserManager> m_manager;
 };
 
 namespace {
 
-const fs::path packaging = fs::path(TIDEWICK_SOURCE) / "packaging";
 constexpr const char *service = "tidewick.service";
 constexpr const char *autostarted = "app-org.tidewick.Tidewick@autostart.service";
 constexpr const char *activated = "app-org.tidewick.Tidewick.service";
@@ -70,14 +72,10 @@ bool nodeHasClosed()
            && LaunchedApplication::noted("signal 15") == 0;
 }
 
-void install(const char *from, const fs::path &to, const QByteArray &command)
+void install(const fs::path &from, const fs::path &to)
 {
-    QByteArray text = contentOf(packaging / from);
-    text.replace("@TIDEWICK_COMMAND@", command);
-    text.replace("TryExec=quaymere\n", "");
-    text.replace("Exec=quaymere\n", "Exec=" + command + "\n");
     fs::create_directories(to.parent_path());
-    writeFile(to, text);
+    fs::copy_file(from, to);
 }
 
 /// A session bus that has the manager start what is asked for. The package that has these units
@@ -95,16 +93,20 @@ void installBus()
 
 void TestUserUnits::initTestCase()
 {
-    const QByteArray command = QByteArray::fromStdString(m_bundle.application().string());
+    m_installation.useSimulatedNode();
+    m_autostarted.useSimulatedNode();
     const fs::path config = qgetenv("XDG_CONFIG_HOME").toStdString();
     const fs::path data = qgetenv("XDG_DATA_HOME").toStdString();
-    install("tidewick.service.in", UserManager::units() / service, command);
-    install("app-org.tidewick.Tidewick.service.in", UserManager::units() / activated, command);
-    install("autostart.conf",
-            UserManager::units() / (std::string(autostarted) + ".d") / "tidewick.conf", command);
-    install("autostart.desktop", config / "autostart/org.tidewick.Tidewick.desktop", command);
-    install("org.tidewick.Tidewick.service.in",
-            data / "dbus-1/services/org.tidewick.Tidewick.service", command);
+    const fs::path from = m_installation.prefix() / "lib/systemd/user";
+    for (const char *unit : {service, activated})
+        install(from / unit, UserManager::units() / unit);
+    const std::string ownWords = std::string(autostarted) + ".d/tidewick.conf";
+    install(from / "app-org.tidewick.Tidewick@autostart.service.d/tidewick.conf",
+            UserManager::units() / ownWords);
+    install(m_autostarted.prefix() / "share/tidewick/autostart/org.tidewick.Tidewick.desktop",
+            config / "autostart/org.tidewick.Tidewick.desktop");
+    const fs::path busService = "dbus-1/services/org.tidewick.Tidewick.service";
+    install(m_installation.prefix() / "share" / busService, data / busService);
     installBus();
 }
 
