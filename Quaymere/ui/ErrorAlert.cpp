@@ -3,6 +3,8 @@
 
 #include "ui/ErrorAlert.h"
 
+#include "ui/TextScale.h"
+
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QLabel>
@@ -42,6 +44,8 @@ ErrorAlert::ErrorAlert(QWidget *parent) : QDialog(parent), m_text(new QPlainText
     titleFont.setBold(true);
     titleFont.setPointSizeF(titleFont.pointSizeF() * 1.15);
     title->setFont(titleFont);
+    const int overhang = TextScale::overhang(titleFont);
+    title->setContentsMargins(0, overhang, 0, overhang);
 
     m_text->setReadOnly(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -23,7 +23,7 @@ QSize FormButton::sizeHint() const
 {
     const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
     return {fontMetrics().horizontalAdvance(text()) + 2 * points(FormMetrics::controlPadding) + 2,
-            std::max(points(FormMetrics::controlHeight), fontMetrics().height() + 4)};
+            std::max(points(FormMetrics::controlHeight), TextScale::lineHeight(font()) + 4)};
 }
 
 void FormButton::paintEvent(QPaintEvent *)

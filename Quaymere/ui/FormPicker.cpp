@@ -45,7 +45,7 @@ QSize FormPicker::sizeHint() const
     const int needed = points(FormMetrics::controlPadding) + text + points(FormMetrics::signMargin)
                        + points(FormMetrics::signWidth) + points(FormMetrics::signMargin) + 1;
     return {std::max(points(FormMetrics::pickerWidth), needed),
-            std::max(points(FormMetrics::controlHeight), fontMetrics().height() + 4)};
+            std::max(points(FormMetrics::controlHeight), TextScale::lineHeight(font()) + 4)};
 }
 
 void FormPicker::paintEvent(QPaintEvent *)

@@ -81,7 +81,7 @@ QSize FormText::sizeHint() const
     const QFontMetrics metrics(m_text.font());
     const int letters = styleOf(m_look).letters;
     const int most = letters > 0 ? letters * metrics.averageCharWidth() : QWIDGETSIZE_MAX;
-    return QSize(std::min(m_text.naturalWidth(), most), metrics.height())
+    return QSize(std::min(m_text.naturalWidth(), most), TextScale::lineHeight(m_text.font()))
         .grownBy(contentsMargins());
 }
 
@@ -89,7 +89,7 @@ QSize FormText::minimumSizeHint() const
 {
     const QFontMetrics metrics(m_text.font());
     return QSize(std::min(m_text.naturalWidth(), metrics.averageCharWidth() * fewLetters),
-                 metrics.height())
+                 TextScale::lineHeight(m_text.font()))
         .grownBy(contentsMargins());
 }
 

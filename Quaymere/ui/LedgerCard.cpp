@@ -5,6 +5,7 @@
 
 #include "ui/DevicePixels.h"
 #include "ui/LedgerDrawing.h"
+#include "ui/TextScale.h"
 
 #include <QPainter>
 
@@ -45,7 +46,7 @@ void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
 QRect LedgerCard::titleRect() const
 {
     return {metrics().cardSide, metrics().cardTop, width() - 2 * metrics().cardSide,
-            QFontMetrics(metrics().cardTitle).height()};
+            TextScale::lineHeight(metrics().cardTitle)};
 }
 
 QRect LedgerCard::besideTitle() const

@@ -5,6 +5,7 @@
 
 #include "ui/LedgerDrawing.h"
 #include "ui/LedgerTexts.h"
+#include "ui/TextScale.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -46,7 +47,7 @@ void LedgerHeader::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.fillRect(event->rect(), colors().bg);
 
-    QRect line(0, 0, width(), QFontMetrics(metrics().eyebrow).height());
+    QRect line(0, 0, width(), TextScale::lineHeight(metrics().eyebrow));
     LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().eyebrow, colors().ink2,
                         QStringLiteral("LIVE LEDGER"));
 

@@ -32,11 +32,6 @@ QFont spaced(QFont font)
     return font;
 }
 
-int lineOf(const QFont &font)
-{
-    return QFontMetrics(font).height();
-}
-
 } // namespace
 
 LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
@@ -64,16 +59,17 @@ LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
     cardTop = between(9, 14);
     titleGap = between(4, 6);
 
-    header = lineOf(eyebrow) + lineOf(heading) + between(0, 4);
+    header = TextScale::lineHeight(eyebrow) + TextScale::lineHeight(heading) + between(0, 4);
     headerGap = between(8, 16);
     tileTop = between(8, 16);
-    tile = 2 * tileTop + 2 * lineOf(caption) + lineOf(figure) + between(0, 2);
+    tile = 2 * tileTop + 2 * TextScale::lineHeight(caption) + TextScale::lineHeight(figure)
+           + between(0, 2);
     chart = between(54, 128);
-    typeRow = std::max(between(16, 22), lineOf(body) + between(1, 3));
-    txRow = std::max(between(22, 28), lineOf(body) + 6);
+    typeRow = std::max(between(16, 22), TextScale::lineHeight(body) + between(1, 3));
+    txRow = std::max(between(22, 28), TextScale::lineHeight(body) + 6);
     listMargin = radius / 3 + 1;
     // In a narrow window it takes two lines.
-    footnote = 2 * lineOf(caption);
+    footnote = 2 * TextScale::lineHeight(caption);
 
     mark = between(9, 9);
     markGap = between(9, 9);
@@ -95,7 +91,10 @@ LedgerMetrics::LedgerMetrics(const QFont &base, int windowHeight)
 
 int LedgerMetrics::leastWidth(const QFont &base)
 {
-    return TextScale::scaled(base, 540);
+    const LedgerMetrics loose(base, 1.0);
+    const int tile = QFontMetrics(loose.caption).horizontalAdvance(LedgerTexts::longestTileText())
+                     + 2 * loose.cardSide;
+    return std::max(TextScale::scaled(base, 540), 3 * tile + 2 * (loose.side + loose.gap));
 }
 
 int LedgerMetrics::leastHeight(const QFont &base)
@@ -105,7 +104,7 @@ int LedgerMetrics::leastHeight(const QFont &base)
 
 int LedgerMetrics::cardHeight(int content) const
 {
-    return cardTop + lineOf(cardTitle) + titleGap + content + cardTop;
+    return cardTop + TextScale::lineHeight(cardTitle) + titleGap + content + cardTop;
 }
 
 int LedgerMetrics::windowHeight(double transactions) const

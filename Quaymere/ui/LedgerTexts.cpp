@@ -87,6 +87,11 @@ QString busiestIndex(const Ledgers &ledgers)
     return ledger ? QLatin1String("ledger #") + QString::number(ledger->id) : QString();
 }
 
+QString longestTileText()
+{
+    return QLatin1String("ledger #000000000");
+}
+
 QString bar(const LedgerFeed::Ledger &ledger)
 {
     return QStringLiteral("#%1 · %2 transactions").arg(ledger.id).arg(ledger.txns);

@@ -36,6 +36,9 @@ QString status(bool connected);
 /// Beneath the figure of the tile that names the busiest ledger; empty where there is none.
 QString busiestIndex(const Ledgers &ledgers);
 
+/// As wide as what is there with any index of the next decades.
+QString longestTileText();
+
 /// Above the bars while one is pointed at, and while none is; empty where there are none.
 QString bar(const LedgerFeed::Ledger &ledger);
 QString summary(const Ledgers &ledgers);

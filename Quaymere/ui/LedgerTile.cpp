@@ -4,6 +4,7 @@
 #include "ui/LedgerTile.h"
 
 #include "ui/LedgerDrawing.h"
+#include "ui/TextScale.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -30,7 +31,7 @@ void LedgerTile::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     paintCard(painter, event->rect());
 
-    const int caption = QFontMetrics(metrics().caption).height();
+    const int caption = TextScale::lineHeight(metrics().caption);
     QRect line(metrics().cardSide, metrics().tileTop, width() - 2 * metrics().cardSide, caption);
     LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3, m_label);
     line.moveTop(height() - metrics().tileTop - caption);

@@ -9,6 +9,7 @@
 #include "ui/LedgerTexts.h"
 #include "ui/LedgerTile.h"
 #include "ui/LedgerTypes.h"
+#include "ui/TextScale.h"
 #include "ui/TransactionCard.h"
 
 #include <QLabel>
@@ -161,6 +162,8 @@ void LedgerWindow::fit()
         {LedgerMetrics::leastWidth(font()), LedgerMetrics::leastHeight(font())}));
     m_look.metrics = LedgerMetrics(font(), height());
     m_footnote->setFont(m_look.metrics.caption);
+    const int overhang = TextScale::overhang(m_look.metrics.caption);
+    m_footnote->setContentsMargins(0, overhang, 0, overhang);
     for (LedgerCard *card : findChildren<LedgerCard *>())
         card->lookChanged();
     update();

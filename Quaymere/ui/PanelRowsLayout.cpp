@@ -7,7 +7,6 @@
 #include "ui/PanelMetrics.h"
 #include "ui/PanelRows.h"
 #include "ui/TextScale.h"
-#include "ui/WrappedText.h"
 
 #include <QEvent>
 #include <QStyle>
@@ -94,7 +93,7 @@ int PanelRows::arrangeHeader(int width, bool place) const
                 + points(bare ? PanelMetrics::markWidth : PanelMetrics::iconWidth);
     }
     const int room = std::max(1, width - left - margin);
-    const int line = WrappedText::lineHeight(TextScale::resized(font(), 0.9));
+    const int line = TextScale::lineHeight(TextScale::resized(font(), 0.9));
     const int titleHeight = title ? title->heightForWidth(room) : 0;
     const int detailHeight = detail ? detail->heightForWidth(room) : 0;
     const int spare = detail ? 0 : line;

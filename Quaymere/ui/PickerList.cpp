@@ -24,9 +24,9 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {
         const int text = option.fontMetrics.horizontalAdvance(index.data().toString());
-        return {
-            tickSpace(option) + text + scaled(option, FormMetrics::controlPadding),
-            std::max(scaled(option, FormMetrics::controlHeight), option.fontMetrics.height() + 4)};
+        return {tickSpace(option) + text + scaled(option, FormMetrics::controlPadding),
+                std::max(scaled(option, FormMetrics::controlHeight),
+                         TextScale::lineHeight(option.font) + 4)};
     }
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,

@@ -4,6 +4,12 @@
 #include "ui/TextScale.h"
 
 #include <QFontInfo>
+#include <QFontMetrics>
+#include <QHash>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
 
 namespace tidewick::TextScale {
 
@@ -11,6 +17,19 @@ namespace {
 
 /// 10 points at 96 dots per inch.
 constexpr qreal usualPixels = 40.0 / 3;
+
+constexpr qsizetype mostKnown = 64;
+
+int measuredOverhang(const QFont &font)
+{
+    constexpr qreal unseen = 0.05;
+    const QFontMetricsF metrics(font);
+    QPainterPath letters;
+    letters.addText(0, 0, font, QStringLiteral("bdfhklgjpqy"));
+    const QRectF ink = letters.boundingRect();
+    const qreal beyond = std::max(-ink.top() - metrics.ascent(), ink.bottom() - metrics.descent());
+    return std::max(0, int(std::ceil(beyond - unseen)));
+}
 
 } // namespace
 
@@ -27,6 +46,29 @@ QFont resized(const QFont &font, qreal factor)
     else
         other.setPointSizeF(font.pointSizeF() * factor);
     return other;
+}
+
+int fontHeight(const QFont &font)
+{
+    QFont unhinted(font);
+    unhinted.setHintingPreference(QFont::PreferNoHinting);
+    return int(std::ceil(QFontMetricsF(unhinted).height()));
+}
+
+int overhang(const QFont &font)
+{
+    // Outlines take long, and windows ask for the same few fonts at every step of a resize.
+    static QHash<QFont, int> known;
+    if (const auto found = known.constFind(font); found != known.constEnd())
+        return *found;
+    if (known.size() >= mostKnown)
+        known.clear();
+    return *known.insert(font, measuredOverhang(font));
+}
+
+int lineHeight(const QFont &font)
+{
+    return fontHeight(font) + 2 * overhang(font);
 }
 
 } // namespace tidewick::TextScale

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QMargins>
 #include <QTextLayout>
 
 class QPainter;
@@ -11,7 +12,8 @@ namespace tidewick {
 
 /// A plain text on as many lines as its width takes, broken within a word where a word is longer
 /// than a line, as paths are. A text without end is cut where nobody reads on, so that laying it
-/// out stays quick.
+/// out stays quick. There is room for every letter, also where a font has letters that are higher
+/// or wider than it says.
 class WrappedText
 {
 public:
@@ -45,9 +47,6 @@ public:
     /// is shown.
     QString toolTip() const { return m_toolTip; }
 
-    /// The height of a line in this font, the same whatever the screen's scale.
-    static int lineHeight(const QFont &font);
-
     /// The height, space included, when all of it is as wide as that.
     int height(int width) const;
 
@@ -65,6 +64,7 @@ public:
 
 private:
     void layOut(int width, Qt::LayoutDirection direction) const;
+    QMargins placeLines(int width) const;
 
     int m_sideMargin;
     int m_padding;

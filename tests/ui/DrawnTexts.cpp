@@ -3,12 +3,33 @@
 
 #include "DrawnTexts.h"
 
+#include <QAbstractScrollArea>
 #include <QPaintEngine>
+#include <QPainterPath>
 #include <QWidget>
 
 namespace tidewick {
 
 namespace {
+
+QRectF outlineOf(const QFont &font, const QString &text)
+{
+    QPainterPath letters;
+    letters.addText(0, 0, font, text);
+    return letters.boundingRect();
+}
+
+/// By outlines, but as wide as it is drawn: letters that are hinted stand elsewhere.
+QRectF inkOf(const QTextItem &item)
+{
+    const QString last = item.text().right(1);
+    const double lean =
+        outlineOf(item.font(), last).right() - QFontMetricsF(item.font()).horizontalAdvance(last);
+    QRectF ink = outlineOf(item.font(), item.text());
+    if (!ink.isEmpty())
+        ink.setRight(item.width() + lean);
+    return ink;
+}
 
 /// Takes note of texts and lets everything else go.
 class TextEngine final : public QPaintEngine
@@ -35,7 +56,9 @@ public:
     {
         const QRectF rect(place.x(), place.y() - item.ascent(), item.width(),
                           item.ascent() + item.descent());
-        m_texts += {item.text(), m_transform.mapRect(rect)};
+        const QRectF ink = inkOf(item);
+        m_texts +=
+            {item.text(), m_transform.mapRect(rect), m_transform.mapRect(ink.translated(place))};
     }
 
 private:
@@ -97,6 +120,65 @@ QStringList drawnLines(QWidget &widget)
     for (const DrawnText &drawn : drawnTexts(widget))
         lines += drawn.text;
     return lines;
+}
+
+namespace {
+
+/// Hinting moves the edges of letters a little.
+constexpr double tolerance = 0.5;
+
+bool isCut(const QString &text)
+{
+    return text.endsWith(u'…') && text != u"waiting…" && text != u"Connecting…"
+           && text != u"Waiting for transactions…";
+}
+
+/// What of a text may lie in its widget. In one that scrolls, texts go on beyond the lower edge.
+QRectF roomIn(const QWidget &widget)
+{
+    constexpr int farAway = 1 << 20;
+    const bool scrolls = qobject_cast<QAbstractScrollArea *>(widget.parentWidget()) != nullptr;
+    return QRectF(widget.rect()).adjusted(0, 0, 0, scrolls ? farAway : 0);
+}
+
+} // namespace
+
+QStringList textFlaws(QWidget &window)
+{
+    QStringList flaws;
+    QList<DrawnText> all;
+    for (QWidget *widget : window.findChildren<QWidget *>()) {
+        if (!widget->isVisibleTo(&window))
+            continue;
+        const QPoint place = widget->mapTo(&window, QPoint());
+        const QRectF room = roomIn(*widget).adjusted(-tolerance, -tolerance, tolerance, tolerance);
+        for (const DrawnText &text : drawnTexts(*widget)) {
+            if (text.ink.isEmpty())
+                continue;
+            if (isCut(text.text) && text.text != widget->accessibleName())
+                flaws += QStringLiteral("cut: ") + text.text;
+            if (!room.contains(text.ink)) {
+                const QRectF &ink = text.ink;
+                flaws += QStringLiteral("outside: %1, at %2…%3 × %4…%5 in %6 × %7")
+                             .arg(text.text)
+                             .arg(ink.left())
+                             .arg(ink.right())
+                             .arg(ink.top())
+                             .arg(ink.bottom())
+                             .arg(widget->width())
+                             .arg(widget->height());
+            }
+            all += {text.text, text.rect.translated(place),
+                    (text.ink & QRectF(widget->rect())).translated(place)};
+        }
+    }
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        for (qsizetype k = 0; k < i; ++k) {
+            if (all[i].ink.adjusted(1, 1, -1, -1).intersects(all[k].ink))
+                flaws += all[i].text + QStringLiteral(" on ") + all[k].text;
+        }
+    }
+    return flaws;
 }
 
 } // namespace tidewick

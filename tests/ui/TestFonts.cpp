@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "TestFonts.h"
+
+#include <QFontDatabase>
+#include <QMap>
+#include <QtTest>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace tidewick {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char *allFonts = "/usr/share/fonts";
+
+fs::path found(const TestFont &font)
+{
+    for (const auto &entry : fs::recursive_directory_iterator(allFonts)) {
+        if (entry.path().filename() == font.file)
+            return entry.path();
+    }
+    qFatal("There is no %s below %s: the package %s is missing", font.file, allFonts, font.package);
+}
+
+QString familyOf(const char *kind)
+{
+    static QMap<QByteArray, QString> families;
+    QString &family = families[kind];
+    if (family.isEmpty()) {
+        const auto *font =
+            std::find_if(std::begin(testFonts), std::end(testFonts),
+                         [&](const TestFont &one) { return qstrcmp(one.kind, kind) == 0; });
+        const fs::path file = found(*font);
+        const int id = QFontDatabase::addApplicationFont(QString::fromStdString(file.string()));
+        family = QFontDatabase::applicationFontFamilies(id).value(0);
+        if (family.isEmpty())
+            qFatal("%s cannot be read", file.c_str());
+    }
+    return family;
+}
+
+} // namespace
+
+QFont testFont(const char *kind, qreal points)
+{
+    QFont font(familyOf(kind));
+    font.setPointSizeF(points);
+    // DejaVu Sans alone is the usual font; its bold face is wider than any usual one.
+    font.setBold(qstrcmp(kind, "wide") == 0);
+    return font;
+}
+
+void addTestFonts()
+{
+    QTest::addColumn<QByteArray>("kind");
+    QTest::addColumn<qreal>("points");
+    for (const TestFont &font : testFonts)
+        for (const qreal points : {9.0, 10.0, 16.0, 24.0})
+            QTest::addRow("%s, %g pt", font.kind, points) << QByteArray(font.kind) << points;
+}
+
+} // namespace tidewick

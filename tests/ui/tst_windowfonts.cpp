@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "DrawnTexts.h"
+#include "FormRig.h"
+#include "LedgerRig.h"
+#include "PanelRig.h"
+#include "TestFonts.h"
+#include "support/Surroundings.h"
+#include "ui/AboutWindow.h"
+#include "ui/ErrorAlert.h"
+
+#include <QApplication>
+#include <QLabel>
+
+using namespace tidewick;
+
+/// Every window in fonts unlike the usual one: all of its texts are to be read.
+class TestWindowFonts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QApplication::setFont(m_usual); }
+
+    void seesTextsThatAreCut();
+    void nodePanel_data() { addTestFonts(); }
+    void nodePanel();
+    void settings_data() { addTestFonts(); }
+    void settings();
+    void about_data() { addTestFonts(); }
+    void about();
+    void ledger_data() { addTestFonts(); }
+    void ledger();
+    void leastLedger_data() { addTestFonts(); }
+    void leastLedger();
+    void errorAlert_data() { addTestFonts(); }
+    void errorAlert();
+
+private:
+    static void useTestFont();
+
+    QFont m_usual = QApplication::font();
+};
+
+namespace {
+
+/// With letters that reach as far up and down as any.
+const QString highAndLow = QStringLiteral("Ägypten, gj ÅÇ");
+
+QString flawsOf(QWidget &window)
+{
+    QCoreApplication::processEvents();
+    return textFlaws(window).join(u'\n');
+}
+
+void fill(LedgerRig &rig)
+{
+    rig.closeMany(60);
+    for (const char *result : {"tesSUCCESS", "tecUNFUNDED_OFFER"})
+        for (const char *type : {"Payment", "OfferCreate", "PaymentChannelCreate", "NFTokenMint",
+                                 "AMMDeposit", "EscrowFinish", "Batch", "TrustSet"})
+            rig.stream.transact(QString::fromLatin1(type), QString::fromLatin1(type),
+                                LedgerRig::firstLedger + 59, QString::fromLatin1(result));
+    rig.flush();
+}
+
+} // namespace
+
+void TestWindowFonts::useTestFont()
+{
+    QFETCH(QByteArray, kind);
+    QFETCH(qreal, points);
+    QApplication::setFont(testFont(kind, points));
+}
+
+/// The measure of the others.
+void TestWindowFonts::seesTextsThatAreCut()
+{
+    const QString text = QStringLiteral("Readings");
+    QWidget window;
+    QLabel label(text, &window);
+    label.setMargin(1);
+    label.adjustSize();
+    QCOMPARE(textFlaws(window).join(u'\n'), QString());
+    label.resize(label.width(), label.height() / 2);
+    QVERIFY(textFlaws(window).join(u'\n').startsWith(QStringLiteral("outside: ")));
+    label.adjustSize();
+    QLabel other(text, &window);
+    other.setMargin(1);
+    other.adjustSize();
+    other.move(label.width() / 2, 1);
+    QCOMPARE(textFlaws(window), QStringList{text + QStringLiteral(" on ") + text});
+}
+
+void TestWindowFonts::nodePanel()
+{
+    useTestFont();
+    NodeStatus status = withAdvice();
+    status.detail = highAndLow;
+    status.storage = highAndLow;
+    PanelRig rig(status);
+    rig.panel.setBoundByScreen(false);
+    rig.panel.setHint(highAndLow);
+    QCOMPARE(flawsOf(rig.panel), QString());
+}
+
+void TestWindowFonts::settings()
+{
+    useTestFont();
+    const SettingsRig rig;
+    rig.window->setBoundByScreen(false);
+    QCOMPARE(flawsOf(*rig.window), QString());
+}
+
+void TestWindowFonts::about()
+{
+    useTestFont();
+    NodeRig node;
+    writeFile(node.bundle().resource("build-info"), "compiler=GNU 12\nÅÇ=Ägypten, gj\n");
+    AboutWindow window(node.node(), node.bundle().bundle().version());
+    window.setBoundByScreen(false);
+    showActive(window);
+    button(window, "Build details")->click();
+    QCOMPARE(flawsOf(window), QString());
+}
+
+void TestWindowFonts::ledger()
+{
+    useTestFont();
+    LedgerRig rig({1600, 1400});
+    QCOMPARE(flawsOf(rig.window), QString());
+    fill(rig);
+    QCOMPARE(flawsOf(rig.window), QString());
+}
+
+void TestWindowFonts::leastLedger()
+{
+    useTestFont();
+    LedgerRig rig({10, 10});
+    fill(rig);
+    QCOMPARE(rig.window.size(), rig.window.minimumSize());
+    QCOMPARE(flawsOf(rig.window), QString());
+    rig.pointAt(rig.bar(0));
+    QCOMPARE(flawsOf(rig.window), QString());
+}
+
+void TestWindowFonts::errorAlert()
+{
+    useTestFont();
+    ErrorAlert alert;
+    alert.setText(highAndLow);
+    alert.setAttribute(Qt::WA_DeleteOnClose, false);
+    showActive(alert);
+    QCOMPARE(flawsOf(alert), QString());
+}
+
+TIDEWICK_GUI_TEST_MAIN(TestWindowFonts)
+#include "tst_windowfonts.moc"
