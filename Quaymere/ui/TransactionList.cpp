@@ -211,6 +211,8 @@ void TransactionList::focusInEvent(QFocusEvent *event)
         m_usesKeyboard = true;
         if (!viewport()->rect().intersects(visualRect(currentIndex())))
             setCurrentIndex(indexAt({0, 0}));
+        // Of the row at the edge there may be a pixel only.
+        scrollTo(currentIndex());
     }
     QListView::focusInEvent(event);
     update(currentIndex());

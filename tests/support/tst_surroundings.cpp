@@ -128,7 +128,7 @@ void TestSurroundings::languageAndTime()
     QCOMPARE(QTimeZone::systemTimeZone().offsetFromUtc(QDateTime::currentDateTimeUtc()), 0);
 }
 
-int main(int argc, char *argv[])
+TIDEWICK_TEST_PROGRAM
 {
     for (const auto &[variable, value] : machine)
         qputenv(variable.c_str(), QByteArray::fromStdString(value));
