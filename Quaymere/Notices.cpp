@@ -19,9 +19,8 @@ Notices::Notices(NodeController &node, const QDBusConnection &bus) : m_node(node
 void Notices::followStatus()
 {
     const NodeStatus &status = m_node.status();
-    if (status.hasProcess && !std::exchange(m_hadProcess, status.hasProcess))
+    if (!std::exchange(m_hadProcess, status.hasProcess))
         m_told.clear();
-    m_hadProcess = status.hasProcess;
     // What there is to say of an end comes with the word of that end.
     if (status.hasProcess && status.advice && m_told.insert(status.advice->cause).second)
         m_notifier.notify(phaseTitle(status.phase), status.advice->text);

@@ -40,14 +40,14 @@ struct Scenario
     std::optional<QString> state;
     std::optional<int> peers;
     bool amendmentBlocked = false;
+    /// With SIGUSR1 the node is well again.
+    bool heals = false;
     ListState lists = ListState::Active;
     /// Beside those that follow from the lists and from amendmentBlocked.
     std::set<ServerWarning> warnings;
     std::chrono::seconds clockOffset{0};
     std::optional<std::chrono::milliseconds> ioLatency;
     std::optional<double> load;
-    /// With SIGUSR1 the node is well again.
-    bool heals = false;
     std::optional<QString> maintenance;
     Range transactions{20, 200};
     /// Simulated.

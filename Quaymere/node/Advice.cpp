@@ -66,7 +66,7 @@ QString length(std::chrono::seconds time)
 /// The warning of this number, if the node gives it.
 std::optional<QJsonObject> warning(const QJsonObject &info, qint64 number)
 {
-    for (const QJsonValue &value : info[u"warnings"].toArray()) {
+    for (const QJsonValue value : info[u"warnings"].toArray()) {
         if (JsonRead::integer(value[u"id"]) == number)
             return value.toObject();
     }
@@ -148,7 +148,7 @@ std::optional<QString> failedSite(const std::optional<QJsonObject> &answer)
 {
     if (!answer)
         return std::nullopt;
-    for (const QJsonValue &site : (*answer)[u"validator_sites"].toArray()) {
+    for (const QJsonValue site : (*answer)[u"validator_sites"].toArray()) {
         if (!site[u"last_refresh_message"].isString())
             continue;
         const QString uri = site[u"uri"].toString();
@@ -249,7 +249,7 @@ std::optional<Advice> onExpiry(const RunningNode &node, const QJsonObject &info)
 std::optional<Advice> onOtherWarnings(const QJsonObject &info)
 {
     constexpr std::array known{AmendmentMajority, AmendmentBlocked, NoValidatorLists};
-    for (const QJsonValue &value : info[u"warnings"].toArray()) {
+    for (const QJsonValue value : info[u"warnings"].toArray()) {
         const auto number = JsonRead::integer(value[u"id"]);
         if (number && std::find(known.begin(), known.end(), *number) != known.end())
             continue;

@@ -114,6 +114,7 @@ void isMissing(FaultRun &run)
 std::vector<Fault> adviceFaults()
 {
     std::vector<Fault> faults;
+    faults.reserve(troubles.size() + 5);
     for (const Trouble &trouble : troubles) {
         faults.push_back({"the node " + trouble.what, "advice that goes with the trouble",
                           [=](FaultRun &run) { comesAndGoes(run, trouble); }, trouble.isLong});

@@ -10,6 +10,7 @@
 #include <QDBusConnectionInterface>
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <optional>
@@ -18,7 +19,7 @@ using namespace tidewick;
 
 namespace fs = std::filesystem;
 
-/// What is installed to folders with all kinds of names, as those programs read it that it is for.
+/// What is installed to folders with all kinds of names, as the programs that read it do.
 class TestInstalledAnywhere : public QObject
 {
     Q_OBJECT
@@ -66,11 +67,9 @@ fs::path note()
 
 bool offersAllOptions(const QByteArray &output)
 {
-    for (const std::string_view option : optionNames()) {
-        if (!output.contains(QByteArray(option.data(), qsizetype(option.size()))))
-            return false;
-    }
-    return true;
+    return std::ranges::all_of(optionNames(), [&output](std::string_view option) {
+        return output.contains(QByteArray(option.data(), qsizetype(option.size())));
+    });
 }
 
 } // namespace
@@ -178,10 +177,10 @@ void TestInstalledAnywhere::bashCompletes()
 
 void TestInstalledAnywhere::zshCompletes()
 {
-    const Outcome outcome = runTool({"zsh", "-fc",
-                                     "fpath=(\"$1\" $fpath); autoload -Uz compinit; compinit -uD; "
-                                     "autoload +X $_comps[quaymere]; functions $_comps[quaymere]",
-                                     "test", installed("share/zsh/site-functions")});
+    const char *script = "fpath=(\"$1\" $fpath); autoload -Uz compinit; compinit -uD; "
+                         "autoload +X $_comps[quaymere]; functions $_comps[quaymere]";
+    const Outcome outcome =
+        runTool({"zsh", "-fc", script, "test", installed("share/zsh/site-functions")});
     QCOMPARE(outcome.error, QByteArray());
     QVERIFY2(offersAllOptions(outcome.output), outcome.output);
 }

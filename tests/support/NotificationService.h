@@ -30,7 +30,7 @@ public:
     ~NotificationService() override { QDBusConnection::disconnectFromBus(connection.name()); }
 
     /// Tells everybody that an action of a notification was chosen.
-    void choose(quint32 id, const QString &key)
+    void choose(quint32 id, const QString &key) const
     {
         QDBusMessage signal = QDBusMessage::createSignal(
             QStringLiteral("/org/freedesktop/Notifications"),

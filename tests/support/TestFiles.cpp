@@ -56,7 +56,7 @@ fs::path preloadable(const fs::path &library, const fs::path &folder)
 {
     if (!isSeparated(library))
         return library;
-    const fs::path link = folder / library.filename();
+    fs::path link = folder / library.filename();
     if (isSeparated(link))
         qFatal("%s cannot be preloaded", link.c_str());
     if (!fs::is_symlink(link))
