@@ -201,9 +201,12 @@ std::optional<Advice> NodeController::adviceAfter(const QString &lastWords) cons
     const std::filesystem::path executable = m_config.nodeExecutable();
     std::error_code error;
     EndedNode node;
-    node.executable = std::filesystem::is_symlink(executable, error)
-                          ? std::filesystem::read_symlink(executable, error)
-                          : executable;
+    // In a package the link is relative.
+    node.executable = executable;
+    if (std::filesystem::is_symlink(executable, error)) {
+        const std::filesystem::path target = std::filesystem::read_symlink(executable, error);
+        node.executable = (executable.parent_path() / target).lexically_normal();
+    }
     node.executableExists = std::filesystem::exists(executable, error);
     node.hasAnswered = m_rpcAnswered;
     node.lastWords = lastWords;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeController.h"
+#include "platform/Files.h"
 #include "platform/NodePorts.h"
 #include "support/NodeRig.h"
 #include "support/ScriptedNode.h"
@@ -37,6 +38,7 @@ private slots:
     void stopTakesItBack();
     void damagedStore();
     void otherStore();
+    void missingNode_data();
     void missingNode();
     void notWhileWaiting();
 
@@ -230,14 +232,26 @@ void TestNodeControllerAdvice::otherStore()
     QCOMPARE(cause(), Cause::OtherStore);
 }
 
+void TestNodeControllerAdvice::missingNode_data()
+{
+    QTest::addColumn<bool>("relative");
+    QTest::newRow("absolute link") << false;
+    QTest::newRow("relative link, as a package has it") << true;
+}
+
 void TestNodeControllerAdvice::missingNode()
 {
-    fs::remove(m_rig->bundle().node());
-    fs::create_symlink("/usr/bin/no-such-xrpld", m_rig->bundle().node());
+    QFETCH(bool, relative);
+    const fs::path node = m_rig->bundle().node();
+    const fs::path target = m_rig->bundle().path() / "no-such-xrpld";
+    fs::remove(node);
+    fs::create_symlink(relative ? target.lexically_relative(node.parent_path()) : target, node);
     m_rig->node().start();
     QCOMPARE(m_rig->status().phase, Phase::Error);
     QCOMPARE(cause(), Cause::NodeMissing);
-    QVERIFY(m_rig->status().advice->text.contains(QLatin1String("at /usr/bin/no-such-xrpld.")));
+    const QString place = QStringLiteral("There is no node at %1. ").arg(Files::display(target));
+    QVERIFY2(m_rig->status().advice->text.startsWith(place),
+             qPrintable(m_rig->status().advice->text));
 }
 
 void TestNodeControllerAdvice::notWhileWaiting()
