@@ -93,7 +93,7 @@ struct Scenario
     /// lists.
     std::optional<QString> pinnedState() const;
 
-    /// The same course, but with a node that server_info has no trouble to tell of.
+    /// The same course of a node whose server_info shows no trouble.
     Scenario healed() const;
 
     /// Real time between two ledgers.

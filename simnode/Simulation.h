@@ -29,7 +29,7 @@ public:
     /// Lets time begin to pass.
     void start();
 
-    /// Has the node tell of no trouble any more.
+    /// From now on server_info shows no trouble.
     void heal() { m_answers.heal(); }
 
     /// Answers a command as of now.

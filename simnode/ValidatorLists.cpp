@@ -137,7 +137,7 @@ QJsonObject ValidatorLists::validators() const
 QJsonObject ValidatorLists::publisher(const QJsonObject &recorded, qsizetype number) const
 {
     const bool lacking = lacks(number);
-    // The summary tells of the list that expires first, and a site that is reached has a good one.
+    // The summary has the list that expires first; a site that is reached has a good one.
     const bool fresh = !lacking && !permitsValidation(m_state);
     QJsonObject publisher = recorded;
     publisher[u"available"] = !lacking;

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A trouble that the node tells of, and a part of the advice that it leads to.
+/// A trouble that the node reports, and a part of the advice that it leads to.
 struct Trouble
 {
     QByteArray what;

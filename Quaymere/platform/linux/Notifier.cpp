@@ -161,7 +161,7 @@ void Notifier::forgetService()
 
 void Notifier::takeAction(uint id, const QString &key)
 {
-    // The service tells of the notifications of all programs.
+    // The signal comes for the notifications of all programs.
     if (m_service && m_service->lastId != 0 && id == m_service->lastId && key == actionKey)
         emit actionChosen();
 }
