@@ -28,7 +28,7 @@ namespace tidewick {
 namespace {
 
 /// By these, programs are found, and instrumented builds told what to do. What the environment says
-/// else is of the machine or of who uses it.
+/// else belongs to the machine or to its user.
 bool isKept(std::string_view variable)
 {
     constexpr std::array<std::string_view, 9> kept{
