@@ -33,8 +33,8 @@ package_packages=(dpkg-dev file)
 # What the tests, and the programs of tools/, take beyond all that: a desktop to run on, fonts of
 # different shapes, and readers of what is installed.
 # shellcheck disable=SC2034
-test_packages=(dbus-daemon fonts-dejavu-core fonts-hosny-amiri fonts-yanone-kaffeesatz libsm-dev
-    xfce4-panel xvfb appstream desktop-file-utils fish lintian mandoc systemd zsh)
+test_packages=(dbus-daemon fonts-dejavu-core fonts-hosny-amiri fonts-yanone-kaffeesatz libglib2.0-bin
+    libsm-dev xfce4-panel xvfb appstream desktop-file-utils fish lintian mandoc systemd zsh)
 
 # Installs the Debian packages named that are not installed yet.
 need_packages() {
