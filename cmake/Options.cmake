@@ -49,12 +49,15 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_AUTOMOC ON)
 
 # Reading Qt's headers takes longer than compiling most of our files, so they are read once for each
-# kind of code: `core` without a user interface, `widgets` with one, and `tests`. tools/headers checks
+# kind of code: `core` without a user interface, `widgets` with one, and `tests`. .ci/headers checks
 # that each of our own headers includes what it uses. A package is built without, as a check of the
 # sources.
 function(tidewick_precompiled target kind)
     if(NOT TIDEWICK_PACKAGE)
         target_precompile_headers(${target} REUSE_FROM tidewick_headers_${kind})
+        # As the headers are, or GCC would read them again: programs get -fPIE, which Qt 6.4 takes back
+        # and later ones do not.
+        target_compile_options(${target} PRIVATE -fPIC)
     endif()
 endfunction()
 
