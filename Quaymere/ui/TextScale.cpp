@@ -25,7 +25,7 @@ int measuredOverhang(const QFont &font)
     constexpr qreal unseen = 0.05;
     const QFontMetricsF metrics(font);
     QPainterPath letters;
-    letters.addText(0, 0, font, QStringLiteral("bdfhklgjpqy"));
+    letters.addText(0, 0, font, QStringLiteral("bdfhklgjpqy'"));
     const QRectF ink = letters.boundingRect();
     const qreal beyond = std::max(-ink.top() - metrics.ascent(), ink.bottom() - metrics.descent());
     return std::max(0, int(std::ceil(beyond - unseen)));

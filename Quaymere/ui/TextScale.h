@@ -18,9 +18,9 @@ QFont resized(const QFont &font, qreal factor);
 /// with Qt 6.8, which rounds the metrics of hinted fonts at ratio 1.
 int fontHeight(const QFont &font);
 
-/// How far letters without accents reach beyond a line of that font, above or below, in pixels: 0
-/// for most fonts, but some say of their lines that they are lower than their letters. Main thread
-/// only.
+/// How far letters without accents, and apostrophes, reach beyond a line of that font, above or
+/// below, in pixels: 0 for most fonts, but some say of their lines that they are lower than their
+/// letters. Main thread only.
 int overhang(const QFont &font);
 
 /// The height that a line of such letters takes where it is centred.
