@@ -58,6 +58,18 @@ void LedgerRig::transact(const QString &hash, const QString &type, const QString
     flush();
 }
 
+void LedgerRig::fill()
+{
+    closeMany(60);
+    for (const char *result : {"tesSUCCESS", "tecUNFUNDED_OFFER"})
+        for (const char *type : {"Payment", "OfferCreate", "PaymentChannelCreate", "NFTokenMint",
+                                 "AMMDeposit", "EscrowFinish", "Batch", "TrustSet"})
+            stream.transact(QString::fromLatin1(type), QString::fromLatin1(type),
+                            firstLedger + m_ledgers - 1, QString::fromLatin1(result));
+    flush();
+    close(7);
+}
+
 QWidget &LedgerRig::named(const char *accessibleName) const
 {
     for (QWidget *widget : window.findChildren<QWidget *>())

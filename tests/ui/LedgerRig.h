@@ -25,6 +25,9 @@ public:
     void close(std::initializer_list<qint64> txns);
     /// So many ledgers with 210, 220, … transactions.
     void closeMany(int ledgers);
+    /// Closes 60 ledgers, with transactions of more types than have a place of their own, and one
+    /// more.
+    void fill();
 
     /// Lists so many transactions, numbered on; the last has the name nameOf(transactions() - 1).
     void transact(int count);

@@ -37,18 +37,6 @@ void setPoints(LedgerRig &rig, int points)
     rig.window.setFont(font);
 }
 
-void fill(LedgerRig &rig)
-{
-    rig.closeMany(60);
-    for (const char *result : {"tesSUCCESS", "tecUNFUNDED_OFFER"})
-        for (const char *type : {"Payment", "OfferCreate", "PaymentChannelCreate", "NFTokenMint",
-                                 "AMMDeposit", "EscrowFinish", "Batch", "TrustSet"})
-            rig.stream.transact(QString::fromLatin1(type), QString::fromLatin1(type),
-                                LedgerRig::firstLedger + 59, QString::fromLatin1(result));
-    rig.flush();
-    rig.close(7);
-}
-
 QList<QWidget *> parts(const LedgerRig &rig)
 {
     QList<QWidget *> parts;
@@ -113,7 +101,7 @@ void TestLedgerWindowLayout::fits()
     LedgerRig rig(size);
     setPoints(rig, points);
     QCOMPARE(flaws(rig), QString());
-    fill(rig);
+    rig.fill();
     QCOMPARE(rig.window.size(), size.expandedTo(rig.window.minimumSize()));
     QCOMPARE(flaws(rig), QString());
     rig.pointAt(rig.bar(0));
@@ -152,7 +140,7 @@ void TestLedgerWindowLayout::leastSize()
     QFETCH(int, points);
     LedgerRig rig;
     setPoints(rig, points);
-    fill(rig);
+    rig.fill();
     rig.window.resize(10, 10);
     QCOMPARE(rig.window.size(), rig.window.minimumSize());
     QCOMPARE(flaws(rig), QString());
@@ -164,7 +152,7 @@ void TestLedgerWindowLayout::leastSize()
 void TestLedgerWindowLayout::listTakesTheRest()
 {
     LedgerRig rig;
-    fill(rig);
+    rig.fill();
     const QWidget &card = *rig.list().parentWidget();
     QMap<QWidget *, int> heights;
     for (QWidget *part : parts(rig))
@@ -178,7 +166,7 @@ void TestLedgerWindowLayout::listTakesTheRest()
 void TestLedgerWindowLayout::staysReadableOnAWideScreen()
 {
     LedgerRig rig({3840, 2160});
-    fill(rig);
+    rig.fill();
     for (const QWidget *part : parts(rig)) {
         QVERIFY(part->width() <= 1200);
         QVERIFY(part->y() > 0 && part->geometry().bottom() < 2160);
@@ -189,7 +177,7 @@ void TestLedgerWindowLayout::staysReadableOnAWideScreen()
 void TestLedgerWindowLayout::followsTheFont()
 {
     LedgerRig rig({1600, 2000});
-    fill(rig);
+    rig.fill();
     const auto widthOfTitle = [&] { return drawnTexts(rig.histogram()).constFirst().rect.width(); };
     const auto mark = [&] {
         const QImage row = rig.list()

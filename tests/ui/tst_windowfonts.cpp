@@ -54,17 +54,6 @@ QString flawsOf(QWidget &window)
     return textFlaws(window).join(u'\n');
 }
 
-void fill(LedgerRig &rig)
-{
-    rig.closeMany(60);
-    for (const char *result : {"tesSUCCESS", "tecUNFUNDED_OFFER"})
-        for (const char *type : {"Payment", "OfferCreate", "PaymentChannelCreate", "NFTokenMint",
-                                 "AMMDeposit", "EscrowFinish", "Batch", "TrustSet"})
-            rig.stream.transact(QString::fromLatin1(type), QString::fromLatin1(type),
-                                LedgerRig::firstLedger + 59, QString::fromLatin1(result));
-    rig.flush();
-}
-
 } // namespace
 
 void TestWindowFonts::useTestFont()
@@ -130,7 +119,7 @@ void TestWindowFonts::ledger()
     useTestFont();
     LedgerRig rig({1600, 1400});
     QCOMPARE(flawsOf(rig.window), QString());
-    fill(rig);
+    rig.fill();
     QCOMPARE(flawsOf(rig.window), QString());
 }
 
@@ -138,7 +127,7 @@ void TestWindowFonts::leastLedger()
 {
     useTestFont();
     LedgerRig rig({10, 10});
-    fill(rig);
+    rig.fill();
     QCOMPARE(rig.window.size(), rig.window.minimumSize());
     QCOMPARE(flawsOf(rig.window), QString());
     rig.pointAt(rig.bar(0));
