@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "ApplicationMode.h"
-#include "CommandLine.h"
-#include "Snapshots.h"
-#include "ToolingModes.h"
-#include "platform/ProcessMemory.h"
-#include "platform/StandardStreams.h"
+#include "application/ApplicationMode.h"
+#include "commandline/CommandLine.h"
+#include "platform/process/ProcessMemory.h"
+#include "platform/process/StandardStreams.h"
+#include "smoke/SmokeMode.h"
+#include "snapshots/SnapshotMode.h"
+#include "tooling/ToolingModes.h"
 
 #include <vector>
 
@@ -20,12 +21,9 @@ class Runner
 public:
     Runner(int &argc, char **argv) : m_argc(argc), m_argv(argv) {}
 
-    int operator()(const Mode::Smoke &mode) const
-    {
-        return ToolingModes::run(mode, m_argc, m_argv);
-    }
+    int operator()(const Mode::Smoke &) const { return SmokeMode::run(m_argc, m_argv); }
 
-    int operator()(const Mode::Snapshot &mode) const { return Snapshots::run(mode, m_argv); }
+    int operator()(const Mode::Snapshot &mode) const { return SnapshotMode::run(mode, m_argv); }
 
     int operator()(const Mode::Application &) const { return ApplicationMode::run(m_argv); }
 

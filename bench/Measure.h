@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/ChildProcess.h"
+#include "platform/process/ChildProcess.h"
 
 #include <chrono>
 #include <functional>

@@ -3,7 +3,7 @@
 
 #include "bench/StoreOfFiles.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <string>
 

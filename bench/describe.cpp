@@ -6,8 +6,8 @@
 #include "bench/Measure.h"
 #include "node/ServerInfo.h"
 #include "node/StorageStatus.h"
-#include "platform/Files.h"
-#include "platform/JsonRead.h"
+#include "platform/files/Files.h"
+#include "platform/json/JsonRead.h"
 
 #include <QTemporaryDir>
 

@@ -5,7 +5,7 @@
 
 #include "bench/Measure.h"
 #include "node/NodeLog.h"
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 
 #include <QTemporaryDir>
 

@@ -7,7 +7,7 @@
 #include "bench/LedgerTraffic.h"
 #include "bench/Measure.h"
 #include "support/Surroundings.h"
-#include "ui/LedgerWindow.h"
+#include "ui/ledger/LedgerWindow.h"
 
 #include <QApplication>
 #include <QPainter>

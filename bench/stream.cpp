@@ -8,7 +8,7 @@
 #include "bench/Measure.h"
 #include "feed/LedgerFeed.h"
 #include "support/Surroundings.h"
-#include "ui/LedgerWindow.h"
+#include "ui/ledger/LedgerWindow.h"
 
 #include <QApplication>
 #include <QJsonDocument>

@@ -4,7 +4,7 @@
 // How long the application keeps its event loop from turning, with a node in sync and the tray item
 // shown: the longest delivery of one event.
 
-#include "DesktopFaces.h"
+#include "application/DesktopFaces.h"
 #include "application/WholeDesktop.h"
 #include "bench/Measure.h"
 #include "support/NodeRig.h"

@@ -82,18 +82,21 @@ if(NOT TIDEWICK_PACKAGE)
         HEADERS ${standard} ${core})
     tidewick_headers(widgets LINK tidewick_options QCoro6::Coro Qt6::Widgets
         HEADERS ${standard} ${core} ${widgets})
-    # By this Qt's headers decide what becomes of plugins: ours is a part of the program.
     target_compile_definitions(tidewick_headers_widgets PRIVATE QT_STATICPLUGIN)
 endif()
 
-# One folder of the house is one static library that sees the whole source root; who may know whom is
-# said by its link list and checked by .ci/layers. WIDGETS: it draws.
+# One room of the house is one static library that sees the whole source root; who may know whom is
+# said by its link list and checked by .ci/layers. All use what is in the precompiled headers. WIDGETS:
+# it draws.
 function(tidewick_library name)
     cmake_parse_arguments(arg "WIDGETS" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/Quaymere)
-    target_link_libraries(${name} PUBLIC tidewick_options ${arg_LINK})
+    target_link_libraries(${name} PUBLIC tidewick_options QCoro6::Coro Qt6::Core ${arg_LINK})
     if(arg_WIDGETS)
+        target_link_libraries(${name} PUBLIC Qt6::Widgets)
+        # By this Qt's headers decide what becomes of plugins: ours is a part of the program.
+        target_compile_definitions(${name} PRIVATE QT_STATICPLUGIN)
         tidewick_precompiled(${name} widgets)
     else()
         tidewick_precompiled(${name} core)

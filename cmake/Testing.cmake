@@ -19,10 +19,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND Qt6_VERSION VERSION_GREATER_EQUAL 6.
     target_link_libraries(tidewick_test_options INTERFACE tidewick_test_warnings)
 endif()
 
-# The tests of a folder as one program, in which each file tst_NAME.cpp is a test of ctest's by that
-# name, run in a process of its own. LOOPBACK: those that talk over the network. Where processes cannot
-# have a loopback network of their own, such tests take turns, and the time in which one waits for its
-# turn counts. With a sanitizer all takes several times as long.
+# The tests of a folder and the rooms in it as one program, in which each file tst_NAME.cpp is a test of
+# ctest's by that name, run in a process of its own. LOOPBACK: those that talk over the network. Where
+# processes cannot have a loopback network of their own, such tests take turns, and the time in which one
+# waits for its turn counts. With a sanitizer all takes several times as long.
 function(tidewick_tests folder)
     cmake_parse_arguments(arg "" "" "TESTS;LOOPBACK;SOURCES;LINK" ${ARGN})
     set(program tests_${folder})
@@ -30,11 +30,13 @@ function(tidewick_tests folder)
     target_link_libraries(${program} PRIVATE
         tidewick_test_options tidewick_test_support ${arg_LINK})
     tidewick_precompiled(${program} tests)
-    foreach(name IN LISTS arg_TESTS arg_LOOPBACK)
-        target_sources(${program} PRIVATE tst_${name}.cpp)
+    foreach(path IN LISTS arg_TESTS arg_LOOPBACK)
+        cmake_path(GET path FILENAME name)
+        string(REGEX REPLACE "[^/]+$" "tst_\\0.cpp" source "${path}")
+        target_sources(${program} PRIVATE ${source})
         add_test(NAME tst_${name} COMMAND ${program} tst_${name})
         set(timeout 120)
-        if(name IN_LIST arg_LOOPBACK OR TIDEWICK_SANITIZE)
+        if(path IN_LIST arg_LOOPBACK OR TIDEWICK_SANITIZE)
             set(timeout 600)
         endif()
         # The label says which program ./test has to build for the test. What makes one function fail

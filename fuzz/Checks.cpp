@@ -3,7 +3,7 @@
 
 #include "Checks.h"
 
-#include "platform/DisplayText.h"
+#include "platform/text/DisplayText.h"
 
 #include <algorithm>
 #include <cstdio>

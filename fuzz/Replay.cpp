@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Checks.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <algorithm>
 #include <cstdio>

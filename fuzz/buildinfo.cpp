@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "Checks.h"
-#include "platform/Utf8.h"
-#include "ui/VersionLine.h"
+#include "platform/text/Utf8.h"
+#include "ui/about/VersionLine.h"
 
 using namespace tidewick;
 using Fuzzing::require;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "CommandLine.h"
+#include "commandline/CommandLine.h"
 
 #include "Checks.h"
 

@@ -3,8 +3,8 @@
 
 #include "Checks.h"
 #include "node/EnvironmentFile.h"
-#include "platform/Lines.h"
-#include "platform/Utf8.h"
+#include "platform/text/Lines.h"
+#include "platform/text/Utf8.h"
 
 using namespace tidewick;
 using Fuzzing::require;

@@ -5,7 +5,7 @@
 
 #include "Checks.h"
 #include "node/NodeRPC.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 
 using namespace tidewick;
 using namespace std::chrono_literals;

@@ -3,7 +3,7 @@
 
 #include "Checks.h"
 #include "node/StorageStatus.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 
 #include <QLoggingCategory>
 #include <QStringList>

@@ -3,8 +3,8 @@
 
 #include "simnode/Chatter.h"
 
-#include "platform/Files.h"
-#include "platform/StandardStreams.h"
+#include "platform/files/Files.h"
+#include "platform/process/StandardStreams.h"
 
 #include <algorithm>
 #include <charconv>

@@ -3,7 +3,7 @@
 
 #include "simnode/DebugLog.h"
 
-#include "platform/StandardStreams.h"
+#include "platform/process/StandardStreams.h"
 #include "simnode/DateText.h"
 
 #include <fcntl.h>

@@ -3,7 +3,7 @@
 
 #include "simnode/HttpMessage.h"
 
-#include "platform/NumberText.h"
+#include "platform/text/NumberText.h"
 
 #include <QHash>
 

@@ -3,7 +3,7 @@
 
 #include "simnode/HttpServer.h"
 
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "simnode/HttpConnection.h"
 #include "simnode/Recordings.h"
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "simnode/DebugLog.h"
 #include "simnode/NodeConfiguration.h"
 #include "simnode/Reply.h"

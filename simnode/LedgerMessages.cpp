@@ -3,8 +3,8 @@
 
 #include "simnode/LedgerMessages.h"
 
-#include "platform/JsonRead.h"
-#include "platform/NumberText.h"
+#include "platform/json/JsonRead.h"
+#include "platform/text/NumberText.h"
 #include "simnode/DateText.h"
 #include "simnode/Recordings.h"
 

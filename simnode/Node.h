@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/SignalListener.h"
+#include "platform/process/SignalListener.h"
 #include "simnode/DebugLog.h"
 #include "simnode/HttpServer.h"
 #include "simnode/NodeConfiguration.h"

@@ -3,8 +3,8 @@
 
 #include "simnode/NodeConfiguration.h"
 
-#include "platform/Files.h"
-#include "platform/NumberText.h"
+#include "platform/files/Files.h"
+#include "platform/text/NumberText.h"
 #include "simnode/ConfigurationText.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 
 #include "simnode/Recordings.h"
 
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 
 #include <QFile>
 #include <QHash>

@@ -3,8 +3,8 @@
 
 #include "simnode/Scenario.h"
 
-#include "platform/Files.h"
-#include "platform/NumberText.h"
+#include "platform/files/Files.h"
+#include "platform/text/NumberText.h"
 #include "simnode/MaintenanceCourse.h"
 
 #include <QRegularExpression>

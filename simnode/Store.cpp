@@ -3,7 +3,7 @@
 
 #include "simnode/Store.h"
 
-#include "platform/NumberText.h"
+#include "platform/text/NumberText.h"
 
 #include <QByteArray>
 

@@ -3,7 +3,7 @@
 
 #include "simnode/StreamFault.h"
 
-#include "platform/NumberText.h"
+#include "platform/text/NumberText.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 
 #include "simnode/StreamServer.h"
 
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "simnode/StreamMisbehaviour.h"
 
 #include <QJsonArray>

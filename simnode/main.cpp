@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/StandardStreams.h"
+#include "platform/process/StandardStreams.h"
 #include "simnode/Chatter.h"
 #include "simnode/Ending.h"
 #include "simnode/Node.h"

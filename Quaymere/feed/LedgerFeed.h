@@ -4,7 +4,7 @@
 #pragma once
 
 #include "feed/TypesByLedger.h"
-#include "platform/Clock.h"
+#include "platform/time/Clock.h"
 
 #include <QList>
 #include <QObject>

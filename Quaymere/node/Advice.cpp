@@ -4,10 +4,10 @@
 #include "node/Advice.h"
 
 #include "node/NodeDate.h"
-#include "platform/DisplayText.h"
-#include "platform/Files.h"
-#include "platform/JsonRead.h"
-#include "platform/NumberText.h"
+#include "platform/files/Files.h"
+#include "platform/json/JsonRead.h"
+#include "platform/text/DisplayText.h"
+#include "platform/text/NumberText.h"
 
 #include <QJsonArray>
 #include <QUrl>

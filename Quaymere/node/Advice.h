@@ -4,7 +4,7 @@
 #pragma once
 
 #include "node/NodeStatus.h"
-#include "platform/Clock.h"
+#include "platform/time/Clock.h"
 
 #include <QJsonObject>
 

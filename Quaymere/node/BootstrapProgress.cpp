@@ -4,9 +4,9 @@
 #include "node/BootstrapProgress.h"
 
 #include "node/StorageStatus.h"
-#include "platform/ByteCount.h"
-#include "platform/JsonRead.h"
-#include "platform/NumberText.h"
+#include "platform/json/JsonRead.h"
+#include "platform/text/ByteCount.h"
+#include "platform/text/NumberText.h"
 
 #include <QStringList>
 

@@ -3,7 +3,7 @@
 
 #include "node/BuildInfo.h"
 
-#include "platform/Lines.h"
+#include "platform/text/Lines.h"
 
 namespace tidewick::BuildInfo {
 

@@ -3,7 +3,7 @@
 
 #include "node/EnvironmentFile.h"
 
-#include "platform/Lines.h"
+#include "platform/text/Lines.h"
 
 #include <algorithm>
 

@@ -6,8 +6,8 @@
 #include "node/EnvironmentFile.h"
 #include "node/Settings.h"
 #include "node/ValidatorsFile.h"
-#include "platform/Files.h"
-#include "platform/Folders.h"
+#include "platform/files/Files.h"
+#include "platform/files/Folders.h"
 
 #include <optional>
 

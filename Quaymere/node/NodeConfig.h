@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "platform/Bundle.h"
-#include "platform/ChildProcess.h"
-#include "platform/Defaults.h"
+#include "platform/files/Bundle.h"
+#include "platform/files/Defaults.h"
+#include "platform/process/ChildProcess.h"
 
 #include <filesystem>
 #include <optional>

@@ -5,8 +5,8 @@
 
 #include "node/BuildInfo.h"
 #include "platform/NodePorts.h"
-#include "platform/NumberText.h"
-#include "platform/Utf8.h"
+#include "platform/text/NumberText.h"
+#include "platform/text/Utf8.h"
 
 #include <QLoggingCategory>
 #include <QPointer>

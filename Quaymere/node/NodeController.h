@@ -13,7 +13,7 @@
 #include "node/RunLimits.h"
 #include "node/RunSoFar.h"
 #include "node/StorageStatus.h"
-#include "platform/Task.h"
+#include "platform/tasks/Task.h"
 
 #include <QJsonObject>
 #include <QObject>

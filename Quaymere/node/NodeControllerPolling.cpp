@@ -3,9 +3,9 @@
 
 #include "node/NodeController.h"
 #include "node/ServerInfo.h"
-#include "platform/Background.h"
-#include "platform/JsonRead.h"
-#include "platform/ProcessMemory.h"
+#include "platform/json/JsonRead.h"
+#include "platform/process/ProcessMemory.h"
+#include "platform/tasks/Background.h"
 
 namespace tidewick {
 

@@ -3,8 +3,8 @@
 
 #include "node/Format.h"
 #include "node/NodeController.h"
-#include "platform/ByteCount.h"
-#include "platform/NumberText.h"
+#include "platform/text/ByteCount.h"
+#include "platform/text/NumberText.h"
 
 namespace tidewick {
 

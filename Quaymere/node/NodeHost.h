@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "platform/Bundle.h"
-#include "platform/ChildProcess.h"
-#include "platform/Clock.h"
-#include "platform/Defaults.h"
+#include "platform/files/Bundle.h"
+#include "platform/files/Defaults.h"
+#include "platform/process/ChildProcess.h"
+#include "platform/time/Clock.h"
 
 #include <filesystem>
 #include <functional>

@@ -3,7 +3,7 @@
 
 #include "node/NodeLog.h"
 
-#include "platform/Utf8.h"
+#include "platform/text/Utf8.h"
 
 #include <QDateTime>
 #include <QTimeZone>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "platform/Clock.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
+#include "platform/time/Clock.h"
 
 #include <QString>
 

@@ -4,8 +4,8 @@
 #include "node/NodeRPC.h"
 
 #include "node/HttpResponseReader.h"
-#include "platform/JsonRead.h"
-#include "platform/Task.h"
+#include "platform/json/JsonRead.h"
+#include "platform/tasks/Task.h"
 
 #include <QHostAddress>
 #include <QJsonArray>

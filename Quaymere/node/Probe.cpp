@@ -3,7 +3,7 @@
 
 #include "node/Probe.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <cerrno>
 #include <chrono>

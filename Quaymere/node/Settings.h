@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 
 #include <QLatin1String>
 

@@ -4,8 +4,8 @@
 #include "node/StorageStatus.h"
 
 #include "node/Format.h"
-#include "platform/JsonRead.h"
-#include "platform/NumberText.h"
+#include "platform/json/JsonRead.h"
+#include "platform/text/NumberText.h"
 
 #include <QHash>
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "platform/Clock.h"
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
+#include "platform/time/Clock.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -3,8 +3,8 @@
 
 #include "node/ValidatorsFile.h"
 
-#include "platform/Files.h"
-#include "platform/Folders.h"
+#include "platform/files/Files.h"
+#include "platform/files/Folders.h"
 
 #include <QByteArrayList>
 

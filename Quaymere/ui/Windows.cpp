@@ -3,11 +3,12 @@
 
 #include "ui/Windows.h"
 
-#include "platform/Bundle.h"
-#include "ui/AboutWindow.h"
-#include "ui/Appearance.h"
-#include "ui/LedgerWindow.h"
-#include "ui/SettingsWindow.h"
+#include "platform/files/Bundle.h"
+#include "ui/about/AboutWindow.h"
+#include "ui/controls/Appearance.h"
+#include "ui/controls/BringForward.h"
+#include "ui/ledger/LedgerWindow.h"
+#include "ui/settings/SettingsWindow.h"
 
 #include <QShortcut>
 
@@ -77,14 +78,6 @@ void Windows::open(const QString &identifier)
 QWidget *Windows::window(const QString &identifier) const
 {
     return m_scenes.at(identifier).window;
-}
-
-void Windows::bringForward(QWidget &window)
-{
-    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-    window.show();
-    window.raise();
-    window.activateWindow();
 }
 
 } // namespace tidewick

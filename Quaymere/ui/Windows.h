@@ -38,9 +38,6 @@ public:
     /// The open window of that identifier; null when it is not open.
     QWidget *window(const QString &identifier) const;
 
-    /// Shows a window in front of those of other programs, with the keyboard's focus.
-    static void bringForward(QWidget &window);
-
 private:
     struct Scene
     {

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/MenuRows.h"
+#include "ui/menu/MenuRows.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

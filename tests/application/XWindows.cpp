@@ -3,7 +3,7 @@
 
 #include "application/XWindows.h"
 
-#include "ui/linux/XcbReply.h"
+#include "ui/tray/linux/XcbReply.h"
 
 #include <array>
 #include <cstring>

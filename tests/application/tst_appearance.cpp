@@ -3,7 +3,7 @@
 
 #include "application/Desktop.h"
 #include "support/Surroundings.h"
-#include "ui/Appearance.h"
+#include "ui/controls/Appearance.h"
 
 #include <QApplication>
 #include <QDBusContext>

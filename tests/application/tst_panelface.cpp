@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "DesktopFaces.h"
 #include "application/Desktop.h"
+#include "application/DesktopFaces.h"
 #include "support/NodeRig.h"
 #include "support/Surroundings.h"
-#include "ui/LedgerHeader.h"
-#include "ui/LedgerHistogram.h"
+#include "ui/ledger/LedgerHeader.h"
+#include "ui/ledger/LedgerHistogram.h"
 
 #include <QAbstractButton>
 #include <QApplication>

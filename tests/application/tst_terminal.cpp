@@ -3,7 +3,7 @@
 
 #include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 #include "support/Surroundings.h"
 
 #include <QDBusMessage>

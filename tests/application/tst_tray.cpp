@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "DesktopFaces.h"
 #include "application/Desktop.h"
+#include "application/DesktopFaces.h"
 #include "application/TrayReader.h"
 #include "support/NodeRig.h"
 #include "support/ScriptedNode.h"

@@ -3,7 +3,7 @@
 
 #include "faults/FaultRun.h"
 
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 #include "simnode/Store.h"
 #include "support/Processes.h"
 

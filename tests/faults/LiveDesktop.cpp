@@ -4,7 +4,7 @@
 #include "faults/LiveDesktop.h"
 
 #include "application/XWindows.h"
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 
 #include <QTest>
 

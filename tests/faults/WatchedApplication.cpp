@@ -4,7 +4,7 @@
 #include "faults/WatchedApplication.h"
 
 #include "support/Processes.h"
-#include "ui/MenuRows.h"
+#include "ui/menu/MenuRows.h"
 
 #include <QtTest>
 

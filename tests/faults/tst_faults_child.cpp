@@ -4,7 +4,7 @@
 #include "faults/FaultRun.h"
 #include "faults/FaultTable.h"
 #include "node/NodeLog.h"
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 #include "support/NodeRig.h"
 #include "support/Processes.h"
 

@@ -7,7 +7,7 @@
 #include "faults/FaultTable.h"
 #include "node/NodeRPC.h"
 #include "platform/NodePorts.h"
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 #include "support/PeakMemory.h"
 #include "support/RawServer.h"
 

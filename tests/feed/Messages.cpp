@@ -4,7 +4,7 @@
 #include "Messages.h"
 
 #include "feed/PlainReading.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "support/TestFiles.h"
 
 namespace tidewick {

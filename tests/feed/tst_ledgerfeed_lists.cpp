@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Messages.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "support/ScriptedStream.h"
 #include "support/Surroundings.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeController.h"
-#include "platform/Files.h"
 #include "platform/NodePorts.h"
+#include "platform/files/Files.h"
 #include "support/NodeRig.h"
 #include "support/ScriptedNode.h"
 #include "support/Surroundings.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/NodeController.h"
-#include "platform/ByteCount.h"
+#include "platform/text/ByteCount.h"
 #include "support/NodeRig.h"
 #include "support/Surroundings.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/Probe.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "node/ValidatorsFile.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/Failures.h"
 #include "support/Surroundings.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "CommandLine.h"
 #include "application/Desktop.h"
+#include "commandline/CommandLine.h"
 #include "package/Installation.h"
 #include "package/Tool.h"
 #include "support/Surroundings.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Bundle.h"
+#include "platform/files/Bundle.h"
 #include "support/Surroundings.h"
 #include "support/TestBundle.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ByteCount.h"
+#include "platform/text/ByteCount.h"
 #include "support/Surroundings.h"
 
 #include <limits>

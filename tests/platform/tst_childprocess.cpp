@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ChildProcess.h"
+#include "platform/process/ChildProcess.h"
 #include "support/NoDescriptorsLeft.h"
 #include "support/Processes.h"
 #include "support/Surroundings.h"

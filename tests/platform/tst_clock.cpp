@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Clock.h"
-#include "platform/ContinuousTimer.h"
+#include "platform/time/Clock.h"
+#include "platform/time/ContinuousTimer.h"
 #include "support/NoDescriptorsLeft.h"
 #include "support/Surroundings.h"
 

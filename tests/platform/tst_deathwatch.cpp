@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ChildProcess.h"
-#include "platform/DeathWatch.h"
+#include "platform/process/ChildProcess.h"
+#include "platform/process/DeathWatch.h"
 #include "support/Surroundings.h"
 
 #include <QElapsedTimer>

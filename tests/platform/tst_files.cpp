@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/Failures.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"

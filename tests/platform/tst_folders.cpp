@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Files.h"
-#include "platform/Folders.h"
+#include "platform/files/Files.h"
+#include "platform/files/Folders.h"
 #include "support/Surroundings.h"
 #include "support/TestFiles.h"
 

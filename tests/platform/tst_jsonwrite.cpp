@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/JsonRead.h"
-#include "platform/JsonWrite.h"
+#include "platform/json/JsonRead.h"
+#include "platform/json/JsonWrite.h"
 #include "support/Surroundings.h"
 
 using namespace tidewick;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Lines.h"
+#include "platform/text/Lines.h"
 #include "support/Surroundings.h"
 
 using namespace tidewick;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/LossyOutput.h"
-#include "platform/StandardStreams.h"
+#include "platform/process/LossyOutput.h"
+#include "platform/process/StandardStreams.h"
 #include "support/Surroundings.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/NumberText.h"
+#include "platform/text/NumberText.h"
 #include "support/Surroundings.h"
 
 #include <clocale>

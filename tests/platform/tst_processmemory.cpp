@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 #include "support/PeakMemory.h"
 #include "support/Surroundings.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/PropertyList.h"
+#include "platform/files/PropertyList.h"
 #include "support/Surroundings.h"
 
 using namespace tidewick;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/SignalListener.h"
+#include "platform/process/SignalListener.h"
 #include "support/Surroundings.h"
 
 #include <csignal>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Task.h"
+#include "platform/tasks/Task.h"
 #include "support/FakeClock.h"
 #include "support/Surroundings.h"
 

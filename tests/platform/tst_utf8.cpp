@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Utf8.h"
+#include "platform/text/Utf8.h"
 #include "support/Surroundings.h"
 
 using namespace tidewick;

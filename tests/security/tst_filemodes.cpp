@@ -4,7 +4,7 @@
 #include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "application/XWindows.h"
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 #include "support/RunProgram.h"
 #include "support/Surroundings.h"
 

@@ -5,8 +5,8 @@
 
 #include "RawClient.h"
 #include "SimulatedNode.h"
-#include "platform/JsonRead.h"
-#include "platform/ProcessMemory.h"
+#include "platform/json/JsonRead.h"
+#include "platform/process/ProcessMemory.h"
 
 namespace tidewick {
 

@@ -3,7 +3,7 @@
 
 #include "Messages.h"
 
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "support/TestFiles.h"
 
 #include <QHash>

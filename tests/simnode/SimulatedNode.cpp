@@ -4,7 +4,7 @@
 #include "SimulatedNode.h"
 
 #include "RawClient.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 
 #include <QtTest>
 

@@ -3,7 +3,7 @@
 
 #include "RawClient.h"
 #include "SimulatedNode.h"
-#include "platform/ChildProcess.h"
+#include "platform/process/ChildProcess.h"
 #include "support/Surroundings.h"
 
 #include <QElapsedTimer>

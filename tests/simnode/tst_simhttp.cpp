@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "simnode/HttpMessage.h"
 #include "simnode/Transmission.h"
 #include "support/Surroundings.h"

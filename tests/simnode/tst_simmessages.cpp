@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Messages.h"
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 #include "support/Surroundings.h"
 
 #include <unistd.h>

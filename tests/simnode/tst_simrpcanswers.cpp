@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "AnsweringNode.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "support/Surroundings.h"
 
 #include <QJsonArray>

@@ -3,8 +3,8 @@
 
 #include "RawClient.h"
 #include "SimulatedNode.h"
-#include "platform/JsonRead.h"
-#include "platform/ProcessMemory.h"
+#include "platform/json/JsonRead.h"
+#include "platform/process/ProcessMemory.h"
 #include "support/Surroundings.h"
 
 #include <QJsonArray>

@@ -3,7 +3,7 @@
 
 #include "RawClient.h"
 #include "SimulatedNode.h"
-#include "platform/JsonRead.h"
+#include "platform/json/JsonRead.h"
 #include "simnode/WebSocketFrames.h"
 #include "support/Surroundings.h"
 

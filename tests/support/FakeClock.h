@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Clock.h"
+#include "platform/time/Clock.h"
 
 #include <map>
 

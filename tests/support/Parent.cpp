@@ -5,8 +5,8 @@
 // writes its process id to the file named by the third, and waits to be killed. With a fourth
 // argument, a file to lock, it has a watch over its child, and threads.
 
-#include "platform/ChildProcess.h"
-#include "platform/DeathWatch.h"
+#include "platform/process/ChildProcess.h"
+#include "platform/process/DeathWatch.h"
 
 #include <fstream>
 #include <optional>

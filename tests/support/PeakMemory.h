@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 #include "support/TestFiles.h"
 
 #include <QtGlobal>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <chrono>
 #include <cstdint>

@@ -3,7 +3,7 @@
 
 #include "support/Surroundings.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <algorithm>
 #include <array>

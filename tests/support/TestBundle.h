@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Bundle.h"
+#include "platform/files/Bundle.h"
 #include "support/TestFiles.h"
 
 #include <filesystem>

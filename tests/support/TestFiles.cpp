@@ -3,7 +3,7 @@
 
 #include "support/TestFiles.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <cstdlib>
 #include <fstream>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "DrawnTexts.h"
+#include "ui/DrawnTexts.h"
 
 #include <QAbstractScrollArea>
 #include <QPaintEngine>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "FormRig.h"
+#include "ui/FormRig.h"
 
-#include "platform/Files.h"
-#include "ui/FormText.h"
+#include "platform/files/Files.h"
+#include "ui/controls/TextLabel.h"
 
 #include <QtTest>
 
@@ -21,7 +21,7 @@ void showActive(QWidget &window)
 QStringList shownTexts(const QWidget &window)
 {
     QMap<std::pair<int, int>, QString> texts;
-    for (const FormText *text : window.findChildren<FormText *>()) {
+    for (const TextLabel *text : window.findChildren<TextLabel *>()) {
         const QPoint place = text->mapTo(&window, text->rect().center());
         if (text->isVisibleTo(&window))
             texts.insert({place.y(), place.x()}, text->text());
@@ -59,9 +59,9 @@ SettingsRig::SettingsRig(const QByteArray &settings) : defaults(node.defaults())
     showActive(*window);
 }
 
-FormPicker *SettingsRig::picker(Question question) const
+Picker *SettingsRig::picker(Question question) const
 {
-    return window->findChildren<FormPicker *>().at(question);
+    return window->findChildren<Picker *>().at(question);
 }
 
 QStringList SettingsRig::entries(Question question) const

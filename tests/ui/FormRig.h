@@ -4,8 +4,8 @@
 #pragma once
 
 #include "support/NodeRig.h"
-#include "ui/FormPicker.h"
-#include "ui/SettingsWindow.h"
+#include "ui/controls/Picker.h"
+#include "ui/settings/SettingsWindow.h"
 
 #include <QAbstractButton>
 
@@ -29,7 +29,7 @@ public:
     /// The settings begin as this; empty: none is stored.
     explicit SettingsRig(const QByteArray &settings = {});
 
-    FormPicker *picker(Question question) const;
+    Picker *picker(Question question) const;
     QStringList entries(Question question) const;
     void key(Qt::Key key) const;
     /// A write by another program.

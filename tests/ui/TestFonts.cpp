@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "TestFonts.h"
+#include "ui/TestFonts.h"
 
 #include <QFontDatabase>
 #include <QMap>

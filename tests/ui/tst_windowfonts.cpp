@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "DrawnTexts.h"
-#include "FormRig.h"
-#include "LedgerRig.h"
-#include "PanelRig.h"
-#include "TestFonts.h"
 #include "support/Surroundings.h"
-#include "ui/AboutWindow.h"
-#include "ui/ErrorAlert.h"
+#include "ui/DrawnTexts.h"
+#include "ui/FormRig.h"
+#include "ui/TestFonts.h"
+#include "ui/about/AboutWindow.h"
+#include "ui/dialogs/ErrorAlert.h"
+#include "ui/ledger/LedgerRig.h"
+#include "ui/panel/PanelRig.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "FormRig.h"
 #include "support/Surroundings.h"
-#include "ui/Appearance.h"
+#include "ui/FormRig.h"
 #include "ui/Windows.h"
+#include "ui/controls/Appearance.h"
 
 #include <QApplication>
 #include <QSignalSpy>

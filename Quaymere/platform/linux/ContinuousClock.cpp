@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/Clock.h"
+#include "platform/time/Clock.h"
 
 #include <ctime>
 

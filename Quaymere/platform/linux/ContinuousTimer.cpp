@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ContinuousTimer.h"
+#include "platform/time/ContinuousTimer.h"
 
 #include <algorithm>
 

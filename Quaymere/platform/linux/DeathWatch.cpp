@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/DeathWatch.h"
+#include "platform/process/DeathWatch.h"
 
-#include "platform/Clock.h"
+#include "platform/time/Clock.h"
 
 #include <algorithm>
 #include <array>

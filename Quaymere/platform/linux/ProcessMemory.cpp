@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-#include "platform/ProcessMemory.h"
+#include "platform/process/ProcessMemory.h"
 
-#include "platform/Files.h"
-#include "platform/NumberText.h"
+#include "platform/files/Files.h"
+#include "platform/text/NumberText.h"
 
 #include <QByteArrayList>
 

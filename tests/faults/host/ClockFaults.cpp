@@ -3,7 +3,7 @@
 
 #include "faults/host/HostFaults.h"
 #include "faults/host/HostTrial.h"
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 #include "support/NodeRig.h"
 #include "support/PeakMemory.h"
 

@@ -4,7 +4,7 @@
 #include "faults/host/DefaultsWriter.h"
 #include "faults/host/HostFaults.h"
 #include "faults/host/HostTrial.h"
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 
 namespace tidewick {
 

@@ -3,7 +3,7 @@
 
 #include "faults/host/DefaultsWriter.h"
 
-#include "platform/Defaults.h"
+#include "platform/files/Defaults.h"
 
 #include <QString>
 

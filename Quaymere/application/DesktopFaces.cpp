@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "application/DesktopFaces.h"
+
+#include "platform/files/Defaults.h"
+#include "ui/DesktopMenu.h"
+#include "ui/controls/BringForward.h"
+
+#include <QDesktopServices>
+
+#include <utility>
+
+namespace tidewick {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Panels come up late in a session, and one that restarts is back soon.
+constexpr std::chrono::seconds grace = 5s;
+
+/// Set once the advice below has been given.
+const QString adviceGiven = QStringLiteral("trayAdviceGiven");
+
+/// What brings a tray to a desktop that is known to have none; empty for others.
+QString trayAdvice()
+{
+    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    if (!desktops.split(u':').contains(QLatin1String("GNOME"), Qt::CaseInsensitive))
+        return {};
+    return QStringLiteral(
+        "To have Tidewick in the top bar, install the extension “AppIndicator and "
+        "KStatusNotifierItem Support” (package "
+        "gnome-shell-extension-appindicator).");
+}
+
+} // namespace
+
+DesktopFaces::DesktopFaces(NodeController &node)
+    : m_node(node), m_windows(node, m_appearance, QDesktopServices::openUrl),
+      m_commands(node, desktopMenuHost(m_windows, m_alerts, QDesktopServices::openUrl)),
+      m_icon(Bundle::main())
+{
+    node.setConfirm(
+        [this](Confirmation question) { return m_alerts.confirm(std::move(question)); });
+    connect(&node, &NodeController::statusChanged, this, &DesktopFaces::followStatus);
+    connect(&m_commands, &MenuCommands::quitRequested, this, &DesktopFaces::quitRequested);
+    connect(&m_appearance, &Appearance::changed, this, &DesktopFaces::followAppearance);
+    connect(&m_trayHost, &TrayHost::changed, this, &DesktopFaces::followTrayHost);
+    connect(&m_grace, &QTimer::timeout, this, &DesktopFaces::settle);
+    m_grace.setSingleShot(true);
+    m_grace.start(grace);
+    followAppearance();
+}
+
+DesktopFaces::~DesktopFaces()
+{
+    m_node.setConfirm({});
+}
+
+void DesktopFaces::comeForward()
+{
+    if (isInTray())
+        m_commands.run(MenuCommand::LiveLedger);
+    else
+        showPanel();
+}
+
+void DesktopFaces::comeForwardOnceSettled()
+{
+    if (m_tray || m_panel)
+        comeForward();
+    else
+        m_isWanted = true;
+}
+
+void DesktopFaces::followTrayHost()
+{
+    if (isInTray() || m_trayHost.kind() == TrayHost::Kind::StatusNotifier) {
+        m_grace.stop();
+        settle();
+    } else if (!m_grace.isActive()) {
+        m_grace.start(grace);
+    }
+}
+
+void DesktopFaces::settle()
+{
+    if (!m_tray && m_trayHost.kind() != TrayHost::Kind::None)
+        makeTrayItem();
+    if (!isInTray() && !(m_panel && m_panel->isVisible()))
+        showPanel();
+    else if (isInTray() && m_panel)
+        m_panel->hide();
+    if (std::exchange(m_isWanted, false))
+        comeForward();
+}
+
+bool DesktopFaces::isInTray() const
+{
+    return m_tray
+           && m_trayHost.has(m_tray->drawing() == RowMenu::Drawing::ByHost
+                                 ? TrayHost::Kind::StatusNotifier
+                                 : TrayHost::Kind::XEmbed);
+}
+
+void DesktopFaces::makeTrayItem()
+{
+    const bool byHost = m_trayHost.kind() == TrayHost::Kind::StatusNotifier;
+    m_tray = std::make_unique<TrayItem>(byHost ? RowMenu::Drawing::ByHost : RowMenu::Drawing::ByUs,
+                                        icon(), menuRows(m_node.status()), toolTip());
+    connect(m_tray.get(), &TrayItem::commandChosen, &m_commands, &MenuCommands::run);
+}
+
+void DesktopFaces::showPanel()
+{
+    if (!m_panel) {
+        m_panel = std::make_unique<NodePanel>();
+        connect(m_panel.get(), &NodePanel::commandChosen, &m_commands, &MenuCommands::run);
+        m_panel->setHint(adviceForOnce());
+        m_panel->setDark(m_appearance.isDark());
+        m_panel->setIcon(icon());
+        m_panel->setRows(rowsWithAdvice(m_node.status()));
+    }
+    bringForward(*m_panel);
+}
+
+QString DesktopFaces::adviceForOnce()
+{
+    Defaults defaults = Defaults::standard();
+    QString advice = trayAdvice();
+    if (advice.isEmpty() || defaults.integer(adviceGiven) != 0)
+        return {};
+    defaults.setInteger(adviceGiven, 1);
+    return advice;
+}
+
+void DesktopFaces::followStatus()
+{
+    if (m_tray) {
+        m_tray->setRows(menuRows(m_node.status()));
+        m_tray->setToolTip(toolTip());
+    }
+    if (m_panel)
+        m_panel->setRows(rowsWithAdvice(m_node.status()));
+    updateIcon();
+}
+
+void DesktopFaces::followAppearance()
+{
+    m_icon.setColor(m_appearance.isDark() ? StatusIcon::onDarkPanel() : StatusIcon::onLightPanel());
+    if (m_panel)
+        m_panel->setDark(m_appearance.isDark());
+    updateIcon();
+}
+
+void DesktopFaces::updateIcon()
+{
+    if (m_tray)
+        m_tray->setIcon(icon());
+    if (m_panel)
+        m_panel->setIcon(icon());
+}
+
+QIcon DesktopFaces::icon()
+{
+    return m_icon.image(StatusIcon::badge(m_node.status().phase));
+}
+
+QString DesktopFaces::toolTip() const
+{
+    return QLatin1String("Tidewick: ") + summary(m_node.status());
+}
+
+} // namespace tidewick

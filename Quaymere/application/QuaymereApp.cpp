@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "application/QuaymereApp.h"
+
+#include "platform/process/SignalListener.h"
+#include "ui/icon/AppIcon.h"
+
+#include <QEvent>
+
+#include <csignal>
+
+namespace tidewick {
+
+QuaymereApp::QuaymereApp(int &argc, char **argv) : QApplication(argc, argv)
+{
+    setApplicationName(QStringLiteral("Tidewick"));
+    setDesktopFileName(QLatin1String(SingleInstance::name));
+    setWindowIcon(applicationIcon());
+    // Closing the last window leaves the tray item running.
+    setQuitOnLastWindowClosed(false);
+    setQuitLockEnabled(false);
+}
+
+QuaymereApp::~QuaymereApp() = default;
+
+int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
+{
+    AppDelegate &delegate = m_appDelegate.emplace(deathWatch);
+    connect(&delegate, &AppDelegate::terminated, this, [] { exit(EXIT_SUCCESS); });
+
+    DesktopFaces &faces = m_faces.emplace(delegate.node());
+    connect(&faces, &DesktopFaces::quitRequested, &delegate, &AppDelegate::terminate);
+    connect(&instance, &SingleInstance::activated, &faces, &DesktopFaces::comeForward);
+    connect(&instance, &SingleInstance::launched, &faces, &DesktopFaces::comeForwardOnceSettled);
+    connect(&instance, &SingleInstance::actionActivated, this, &QuaymereApp::runAction);
+    connect(&delegate, &AppDelegate::terminating, &instance,
+            [&instance] { instance.refuseCalls(QStringLiteral("it is quitting")); });
+
+    m_notices.emplace(delegate.node(), QDBusConnection::sessionBus());
+    connect(&*m_notices, &Notices::installationWanted, &faces,
+            [&faces] { faces.run(MenuCommand::InstallNode); });
+
+    SignalListener signalListener({SIGTERM, SIGINT, SIGHUP});
+    connect(&signalListener, &SignalListener::received, &delegate, &AppDelegate::terminate);
+    return exec();
+}
+
+/// The actions of the desktop entry.
+void QuaymereApp::runAction(const QString &action)
+{
+    if (action == QLatin1String("live-ledger"))
+        m_faces->run(MenuCommand::LiveLedger);
+    else if (action == QLatin1String("settings"))
+        m_faces->run(MenuCommand::Settings);
+    else if (action == QLatin1String("quit"))
+        m_faces->run(MenuCommand::Quit);
+}
+
+bool QuaymereApp::event(QEvent *event)
+{
+    if (event->type() == QEvent::Quit && m_appDelegate) {
+        // The session ends; only now, since one that asks for data to be saved may go on after all.
+        // Qt would close the windows and end the loop, with the node running on.
+        event->ignore();
+        m_appDelegate->terminate();
+        return true;
+    }
+    if (event->type() == QEvent::ApplicationPaletteChange && m_faces)
+        m_faces->paletteChanged();
+    return QApplication::event(event);
+}
+
+} // namespace tidewick

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "application/AppDelegate.h"
+#include "desktop/SingleInstance.h"
+#include "ui/terminal/TerminalFace.h"
+
+#include <QCoreApplication>
+
+#include <optional>
+
+namespace tidewick {
+
+/// The application where there is no display: the node's rows on standard output, until a signal or
+/// the desktop entry's "quit" ends it. The node stops first, then the event loop ends with 0.
+class TerminalApp final : public QCoreApplication
+{
+    Q_OBJECT
+
+public:
+    TerminalApp(int &argc, char **argv);
+    ~TerminalApp() override;
+
+    /// Runs to the end, as the one instance. The process's exit status.
+    int run(SingleInstance &instance, const DeathWatch &deathWatch);
+
+private:
+    std::optional<AppDelegate> m_appDelegate;
+    std::optional<TerminalFace> m_face;
+};
+
+} // namespace tidewick

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/Display.h"
+
+#include "platform/files/Files.h"
+
+#include <QByteArray>
+
+#include <algorithm>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <xcb/xcb.h>
+
+namespace tidewick::Display {
+
+namespace {
+
+bool canConnect(const QByteArray &socketPath)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (static_cast<std::size_t>(socketPath.size()) >= sizeof address.sun_path)
+        return false;
+    std::copy(socketPath.begin(), socketPath.end(), address.sun_path);
+    const UniqueDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return socket
+           && ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address)
+                  == 0;
+}
+
+bool hasWayland()
+{
+    if (qEnvironmentVariableIsSet("WAYLAND_SOCKET"))
+        return true;
+    const QByteArray display = qgetenv("WAYLAND_DISPLAY");
+    if (display.isEmpty())
+        return false;
+    return canConnect(display.startsWith('/') ? display
+                                              : qgetenv("XDG_RUNTIME_DIR") + '/' + display);
+}
+
+bool hasX11()
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        return false;
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    const bool connected = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return connected;
+}
+
+} // namespace
+
+bool isThere()
+{
+    // Who names a platform for Qt is taken by the word.
+    return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || hasWayland() || hasX11();
+}
+
+} // namespace tidewick::Display

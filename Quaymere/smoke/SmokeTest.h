@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "node/NodeController.h"
+#include "platform/tasks/Task.h"
+
+#include <QObject>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace tidewick {
+
+/// Checks that the bundle's node can be configured, started, asked and stopped, by the same
+/// NodeController the application uses. Prints a transcript. Needs a running event loop; start it
+/// once.
+class SmokeTest final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Writes one line of the transcript; false when it is lost.
+    using Print = std::function<bool(const std::string &line)>;
+
+    /// The node's data goes into `dataDirectory` and stays there.
+    SmokeTest(const std::filesystem::path &dataDirectory, NodeHost host);
+    SmokeTest(const std::filesystem::path &dataDirectory, NodeHost host, Print print);
+
+    void start();
+
+    /// Stops the node, then finishes with 128 + the signal's number. Once is enough: further calls
+    /// do nothing.
+    void interrupt(int signalNumber);
+
+signals:
+    /// The exit status: 0 when every step passed, else 1. No node runs any more.
+    void finished(int status);
+
+private:
+    QCoro::Task<> run(TaskToken token);
+    QCoro::Task<> waitWhile(std::function<bool()> condition, std::chrono::seconds limit,
+                            TaskToken token);
+    QCoro::Task<> pass(TaskToken token);
+    QCoro::Task<> giveUp(TaskToken token);
+    QCoro::Task<> stopInterrupted(int signalNumber, TaskToken token);
+    QString detail() const;
+    void print(const QString &text);
+    void finish(int status);
+
+    const std::shared_ptr<Clock> m_clock;
+    const Print m_print;
+    NodeController m_node;
+    bool m_interrupted = false;
+    /// A transcript that did not reach its reader is no proof of anything.
+    bool m_transcriptLost = false;
+    TaskOwner m_task;
+};
+
+} // namespace tidewick

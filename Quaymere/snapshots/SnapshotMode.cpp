@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "snapshots/SnapshotMode.h"
+
+#include "node/NodeController.h"
+#include "platform/files/Files.h"
+#include "platform/files/Folders.h"
+#include "platform/process/Descriptors.h"
+#include "platform/process/StandardStreams.h"
+#include "ui/about/AboutWindow.h"
+#include "ui/icon/AppIcon.h"
+#include "ui/ledger/LedgerWindow.h"
+#include "ui/settings/SettingsWindow.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QEventLoop>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <chrono>
+
+#include <fcntl.h>
+
+namespace tidewick::SnapshotMode {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A variable of the environment, with another value for a while.
+class Variable
+{
+public:
+    Variable(const char *name, const QByteArray &value)
+        : m_name(name), m_wasSet(qEnvironmentVariableIsSet(name)), m_before(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+    Variable(const Variable &) = delete;
+    Variable &operator=(const Variable &) = delete;
+    ~Variable()
+    {
+        if (m_wasSet)
+            qputenv(m_name, m_before);
+        else
+            qunsetenv(m_name);
+    }
+
+private:
+    const char *m_name;
+    bool m_wasSet;
+    QByteArray m_before;
+};
+
+/// For folders that are gone again at the end.
+QString scratchTemplate()
+{
+    return Files::display(Folders::temporary() / "quaymere-scratch-XXXXXX");
+}
+
+/// The application that draws into memory, whatever desktop there is or is not.
+std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
+{
+    // Qt looks for a file in the runtime directory when it starts. Where that is missing it would
+    // make one, and leave it.
+    const QTemporaryDir runtime(scratchTemplate());
+    const Variable runtimeVariable("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+    const Variable platformVariable("QT_QPA_PLATFORM", "offscreen");
+    // It also tells what a display in memory cannot do, which is not for somebody who asked for a
+    // picture.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QApplication::setWindowIcon(applicationIcon());
+    return application;
+}
+
+/// A window with the time it takes until everything in it has come.
+struct Scene
+{
+    std::unique_ptr<QWidget> window;
+    std::chrono::milliseconds settling;
+    /// Files that the window works with.
+    std::unique_ptr<QTemporaryDir> files;
+};
+
+template <typename Window>
+std::unique_ptr<QWidget> inTheme(std::unique_ptr<Window> window, Mode::Snapshot::Theme theme)
+{
+    window->setDark(theme == Mode::Snapshot::Theme::Dark);
+    return window;
+}
+
+/// A form as large as it needs to be, whatever the screen.
+template <typename Window>
+std::unique_ptr<QWidget> whole(std::unique_ptr<Window> window, Mode::Snapshot::Theme theme)
+{
+    window->setBoundByScreen(false);
+    return inTheme(std::move(window), theme);
+}
+
+/// With the user's settings as they are, in a file of its own: the window puts in order what it
+/// finds.
+Scene makeSettings(NodeController &node, Mode::Snapshot::Theme theme)
+{
+    auto files = std::make_unique<QTemporaryDir>(scratchTemplate());
+    const std::filesystem::path copy = files->filePath(QStringLiteral("settings")).toStdString();
+    std::error_code thereAreNone;
+    std::filesystem::copy_file(Defaults::standard().file(), copy, thereAreNone);
+    SettingsHost host;
+    host.defaults = Defaults(copy);
+    auto window = whole(std::make_unique<SettingsWindow>(node, std::move(host)), theme);
+    return {std::move(window), 500ms, std::move(files)};
+}
+
+Scene makeLedger(Mode::Snapshot::Theme theme)
+{
+    auto window = std::make_unique<LedgerWindow>([](const QUrl &) { return false; });
+    window->setStill(true);
+    window->resize(800, 780);
+    return {inTheme(std::move(window), theme), 15s, nullptr};
+}
+
+Scene makeScene(const Mode::Snapshot &mode, NodeController &node)
+{
+    switch (mode.window) {
+    case Mode::Snapshot::Window::Settings:
+        return makeSettings(node, mode.theme);
+    case Mode::Snapshot::Window::Ledger:
+        return makeLedger(mode.theme);
+    case Mode::Snapshot::Window::About:
+        return {whole(std::make_unique<AboutWindow>(node, Bundle::main().version()), mode.theme),
+                500ms, nullptr};
+    }
+    Q_UNREACHABLE();
+}
+
+void settle(std::chrono::milliseconds time)
+{
+    QEventLoop loop;
+    QTimer timer;
+    timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+    timer.start(time);
+    loop.exec();
+}
+
+QByteArray picture(QWidget &window)
+{
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !window.grab().save(&buffer, "PNG"))
+        png.clear();
+    return png;
+}
+
+/// Whole or not at all, except where the path names something else than a file, a pipe for one.
+void write(const std::filesystem::path &path, const QByteArray &png)
+{
+    if (!std::filesystem::exists(path) || std::filesystem::is_regular_file(path))
+        return Files::writeAtomically(std::filesystem::weakly_canonical(path), png);
+    const UniqueDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file || !Files::writeAll(file.get(), png.constData(), std::size_t(png.size())))
+        throw FileError::fromErrno(path);
+}
+
+bool save(QWidget &window, const std::filesystem::path &path)
+{
+    const QByteArray png = picture(window);
+    try {
+        if (!png.isEmpty())
+            write(path, png);
+        return !png.isEmpty();
+    } catch (const std::exception &) {
+        return false; // what is said of it is the same, whatever the reason
+    }
+}
+
+} // namespace
+
+int run(const Mode::Snapshot &mode, char **argv)
+try {
+    if (!Descriptors::suffice())
+        return EXIT_FAILURE;
+    int argc = 1; // the rest is not for Qt to read
+    const auto application = makeApplication(argc, argv);
+    // It is never started, so nothing is written there.
+    NodeController node(Folders::newTemporary("quaymere-snapshot-"));
+    const Scene scene = makeScene(mode, node);
+    scene.window->show();
+    settle(scene.settling);
+    if (save(*scene.window, mode.png))
+        return EXIT_SUCCESS;
+    StandardStreams::printError("cannot write " + mode.png + '\n');
+    return EXIT_FAILURE;
+} catch (const FileError &error) {
+    StandardStreams::printError(std::string(error.what()) + '\n');
+    return EXIT_FAILURE;
+}
+
+} // namespace tidewick::SnapshotMode

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "tooling/ToolingModes.h"
+
+#include "node/NodeConfig.h"
+#include "node/StorageStatus.h"
+#include "platform/files/Folders.h"
+#include "platform/json/JsonRead.h"
+#include "platform/process/StandardStreams.h"
+
+namespace tidewick::ToolingModes {
+
+namespace {
+
+std::filesystem::path renderTarget(const std::string &operand)
+{
+    return operand == "-" ? Folders::newTemporary("quaymere-render-")
+                          : Folders::fromOperand(operand);
+}
+
+int printResult(const std::string &line)
+{
+    return StandardStreams::printLine(line) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+} // namespace
+
+int run(const Mode::RenderConfig &mode)
+{
+    try {
+        const NodeConfig config(Bundle::main(), Defaults::standard());
+        return printResult(config.render(renderTarget(mode.directory)).string());
+    } catch (const std::exception &error) {
+        StandardStreams::printError(std::string("render failed: ") + error.what() + '\n');
+        return EXIT_FAILURE;
+    }
+}
+
+int run(const Mode::NodeVersion &)
+{
+    ChildSpec spec;
+    spec.executable = Bundle::main().nodeExecutable();
+    spec.arguments = {"--version"};
+    try {
+        return ChildProcess::start(spec)->wait().status;
+    } catch (const FileError &error) {
+        StandardStreams::printError(std::string("cannot run ") + error.what() + '\n');
+        return EXIT_FAILURE;
+    }
+}
+
+int run(const Mode::DescribeStorage &mode)
+{
+    const auto object = JsonRead::parseObject(QByteArray::fromStdString(mode.json));
+    if (!object)
+        return run(Mode::Usage{describeStorageUsage});
+    // A store of its own, so that what a script tries out teaches the application nothing.
+    const auto suite = Defaults::suite(QStringLiteral("quaymere-describe-storage"));
+    StorageStatus status(suite ? *suite : Defaults::standard());
+    return printResult(status.describe(*object, WallClock::now()).toStdString());
+}
+
+int run(const Mode::Usage &mode)
+{
+    StandardStreams::printError(mode.message);
+    return exitUsage;
+}
+
+} // namespace tidewick::ToolingModes

@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class QWidget;
+
+namespace tidewick {
+
+/// Shows a window in front of those of other programs, with the keyboard's focus.
+void bringForward(QWidget &window);
+
+} // namespace tidewick

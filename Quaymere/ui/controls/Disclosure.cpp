@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/controls/Disclosure.h"
+
+#include "ui/controls/ControlMetrics.h"
+#include "ui/controls/ControlPaint.h"
+#include "ui/controls/TextScale.h"
+
+#include <QKeyEvent>
+
+namespace tidewick {
+
+namespace {
+
+QFont mediumWeight(QFont font)
+{
+    font.setWeight(QFont::Medium);
+    return font;
+}
+
+int textStart(const QFont &font)
+{
+    return TextScale::scaled(font, ControlMetrics::signWidth + ControlMetrics::signMargin);
+}
+
+} // namespace
+
+Disclosure::Disclosure(const QString &text, QWidget *parent) : PushButton(text, parent)
+{
+    setCheckable(true);
+}
+
+QSize Disclosure::sizeHint() const
+{
+    const int text = QFontMetrics(mediumWeight(font())).horizontalAdvance(this->text());
+    return {textStart(font()) + text + TextScale::scaled(font(), ControlMetrics::signMargin),
+            PushButton::sizeHint().height()};
+}
+
+void Disclosure::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    const qreal sign = TextScale::scaled(font(), ControlMetrics::signWidth);
+    const qreal half = sign * 0.4;
+    const qreal depth = sign * 0.22;
+    const QPointF middle(isRightToLeft ? width() - sign / 2 : sign / 2, height() / 2.0);
+    const auto color = palette().color(QPalette::PlaceholderText);
+    if (isChecked()) {
+        ControlPaint::arrow(painter, middle + QPointF(0, depth), middle + QPointF(-half, -depth),
+                            middle + QPointF(half, -depth), color, sign * 0.2);
+    } else {
+        const qreal ahead = isRightToLeft ? -depth : depth;
+        ControlPaint::arrow(painter, middle + QPointF(ahead, 0), middle + QPointF(-ahead, -half),
+                            middle + QPointF(-ahead, half), color, sign * 0.2);
+    }
+    painter.setFont(mediumWeight(font()));
+    painter.setPen(palette().color(QPalette::WindowText));
+    ControlPaint::line(painter, rect(), textStart(font()), layoutDirection(), text());
+    ControlPaint::ring(painter, *this, TextScale::scaled(font(), ControlMetrics::controlRadius));
+}
+
+void Disclosure::keyPressEvent(QKeyEvent *event)
+{
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    const int towards = isRightToLeft ? Qt::Key_Left : Qt::Key_Right;
+    const int away = isRightToLeft ? Qt::Key_Right : Qt::Key_Left;
+    if (event->key() == towards)
+        setChecked(true);
+    else if (event->key() == away)
+        setChecked(false);
+    else
+        PushButton::keyPressEvent(event);
+}
+
+} // namespace tidewick

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/controls/PushButton.h"
+
+namespace tidewick {
+
+/// A line that opens and closes what is below it; checked while that is open.
+class Disclosure final : public PushButton
+{
+    Q_OBJECT
+
+public:
+    Disclosure(const QString &text, QWidget *parent);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+};
+
+} // namespace tidewick

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/controls/FittedWindow.h"
+
+#include <QEvent>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
+#include <QWindow>
+
+namespace tidewick {
+
+namespace {
+
+/// What a title bar takes, as far as is known before the window has one.
+constexpr int usualFrame = 40;
+
+} // namespace
+
+FittedWindow::FittedWindow(QWidget *content, QWidget *parent)
+    : QWidget(parent, Qt::Window), m_area(new QScrollArea(this)), m_content(content)
+{
+    setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    m_area->setFrameShape(QFrame::NoFrame);
+    m_area->setFocusPolicy(Qt::NoFocus);
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_area->setWidget(content);
+    content->setAutoFillBackground(false);
+    // Not on one of the controls: a keystroke meant for another window must not be theirs.
+    content->setFocus();
+}
+
+void FittedWindow::setBoundByScreen(bool bound)
+{
+    m_isBoundByScreen = bound;
+    fit();
+}
+
+void FittedWindow::ensureVisible(QWidget *part)
+{
+    m_area->ensureWidgetVisible(part);
+}
+
+void FittedWindow::fitContent(int width)
+{
+    m_content->resize(width, m_content->heightForWidth(width));
+}
+
+void FittedWindow::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    connect(windowHandle(), &QWindow::screenChanged, this, &FittedWindow::followScreen,
+            Qt::UniqueConnection);
+    followScreen();
+}
+
+void FittedWindow::resizeEvent(QResizeEvent *)
+{
+    fillWindow();
+}
+
+void FittedWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+    case QEvent::LayoutDirectionChange:
+        fit();
+        break;
+    default:
+        break;
+    }
+}
+
+void FittedWindow::followScreen()
+{
+    disconnect(m_screenChange);
+    m_screenChange =
+        connect(screen(), &QScreen::availableGeometryChanged, this, &FittedWindow::fit);
+    fit();
+}
+
+void FittedWindow::fit()
+{
+    const QSize frame = (frameGeometry().size() - size()).expandedTo({0, usualFrame});
+    const QSize room = m_isBoundByScreen ? screen()->availableSize() - frame
+                                         : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const int width = std::min(wantedWidth(), std::max(1, room.width()));
+    setFixedSize(width,
+                 std::clamp(m_content->heightForWidth(width), 1, std::max(1, room.height())));
+    fillWindow();
+}
+
+/// Window managers that tile give other sizes than asked for.
+void FittedWindow::fillWindow()
+{
+    m_area->setGeometry(rect());
+    int width = this->width();
+    if (m_content->heightForWidth(width) > height())
+        width -= style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, m_area);
+    fitContent(width);
+}
+
+} // namespace tidewick

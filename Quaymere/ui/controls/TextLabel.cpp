@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/controls/TextLabel.h"
+
+#include "ui/controls/TextScale.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include <array>
+
+namespace tidewick {
+
+namespace {
+
+/// Lines shorter than this are tiresome to read.
+constexpr int readableLetters = 44;
+constexpr int fewLetters = 4;
+
+struct TextStyle
+{
+    QPalette::ColorRole color;
+    /// Of the window's font.
+    qreal size = 1;
+    QFont::Weight weight = QFont::Normal;
+    qreal lineHeight = 1;
+    /// Runs over several lines as a matter of course and asks for no more than so many letters on
+    /// each; 0 for a text that asks to be on one line.
+    int letters = 0;
+};
+
+/// In the order of the looks.
+constexpr std::array<TextStyle, 11> styles{{
+    {QPalette::WindowText, 1.45, QFont::Bold},
+    {QPalette::PlaceholderText, 1, QFont::Normal, 1, fewLetters},
+    {QPalette::WindowText, 1.06, QFont::DemiBold},
+    {QPalette::WindowText, 0.97, QFont::DemiBold},
+    {QPalette::Text, 1, QFont::Normal, 1.2, readableLetters},
+    {QPalette::PlaceholderText, 0.92, QFont::Normal, 1.12, fewLetters},
+    {QPalette::BrightText, 0.92, QFont::Normal, 1.12, fewLetters},
+    {QPalette::WindowText},
+    {QPalette::PlaceholderText},
+    {QPalette::WindowText, 1, QFont::Normal, 1, fewLetters},
+    {QPalette::Text, 1, QFont::Normal, 1, fewLetters},
+}};
+
+const TextStyle &styleOf(TextLabel::Look look)
+{
+    return styles.at(size_t(look));
+}
+
+} // namespace
+
+TextLabel::TextLabel(Look look, const QString &text, QWidget *parent)
+    : QLabel(parent), m_look(look), m_text(0, 0)
+{
+    setTextFormat(Qt::PlainText);
+    setForegroundRole(styleOf(look).color);
+    m_text.setLineHeight(styleOf(look).lineHeight);
+    m_text.setAlignedToEnd(look == Look::Value);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setWordWrap(true); // or QLabel says that its height does not depend on its width
+    takeFont();
+    setWholeText(text);
+}
+
+void TextLabel::setWholeText(const QString &text)
+{
+    if (text == this->text())
+        return;
+    m_text.set(text);
+    setText(text);
+    setToolTip(m_text.toolTip());
+    updateGeometry();
+    update();
+}
+
+QSize TextLabel::sizeHint() const
+{
+    const QFontMetrics metrics(m_text.font());
+    const int letters = styleOf(m_look).letters;
+    const int most = letters > 0 ? letters * metrics.averageCharWidth() : QWIDGETSIZE_MAX;
+    return QSize(std::min(m_text.naturalWidth(), most), TextScale::lineHeight(m_text.font()))
+        .grownBy(contentsMargins());
+}
+
+QSize TextLabel::minimumSizeHint() const
+{
+    const QFontMetrics metrics(m_text.font());
+    return QSize(std::min(m_text.naturalWidth(), metrics.averageCharWidth() * fewLetters),
+                 TextScale::lineHeight(m_text.font()))
+        .grownBy(contentsMargins());
+}
+
+int TextLabel::heightForWidth(int width) const
+{
+    const QMargins space = contentsMargins();
+    return m_text.height(width - space.left() - space.right()) + space.top() + space.bottom();
+}
+
+void TextLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(foregroundRole()));
+    painter.translate(contentsRect().topLeft());
+    m_text.draw(painter, contentsRect().width(), layoutDirection());
+}
+
+void TextLabel::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange) {
+        takeFont();
+        updateGeometry();
+    }
+    QLabel::changeEvent(event);
+}
+
+void TextLabel::takeFont()
+{
+    QFont look = TextScale::resized(font(), styleOf(m_look).size);
+    if (styleOf(m_look).weight != QFont::Normal)
+        look.setWeight(styleOf(m_look).weight);
+    m_text.setFont(look);
+}
+
+} // namespace tidewick

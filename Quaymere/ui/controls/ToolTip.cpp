@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/controls/ToolTip.h"
+
+#include "platform/text/DisplayText.h"
+
+#include <QStringList>
+
+namespace tidewick::ToolTip {
+
+namespace {
+
+/// A tool tip that fills the screen is none.
+constexpr qsizetype mostCharacters = 4000;
+constexpr qsizetype mostLines = 40;
+
+/// With places where words that are longer than a tool tip is wide can be broken.
+QString breakable(const QString &line)
+{
+    constexpr int longWord = 60;
+    QString broken;
+    int length = 0;
+    for (const QChar character : line) {
+        const bool joined = character.isLowSurrogate() || character.isMark()
+                            || character.category() == QChar::Other_Format;
+        if (length >= longWord && !joined) {
+            broken += QChar(0x200b);
+            length = 0;
+        }
+        broken += character;
+        length = character.isSpace() ? 0 : length + 1;
+    }
+    return broken;
+}
+
+} // namespace
+
+QString plain(const QString &text)
+{
+    QStringList lines = DisplayText::elided(text, mostCharacters).split(u'\n');
+    if (lines.size() > mostLines) {
+        lines.resize(mostLines);
+        lines.append(QStringLiteral("…"));
+    }
+    for (QString &line : lines)
+        line = breakable(DisplayText::singleLine(line)).toHtmlEscaped();
+    return QLatin1String("<p style=\"white-space:pre-wrap\">") + lines.join(QLatin1String("<br>"))
+           + QLatin1String("</p>");
+}
+
+} // namespace tidewick::ToolTip

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/controls/Appearance.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include <algorithm>
+#include <array>
+
+namespace tidewick {
+
+namespace {
+
+constexpr QLatin1String portal("org.freedesktop.portal.Desktop");
+constexpr QLatin1String portalPath("/org/freedesktop/portal/desktop");
+constexpr QLatin1String portalSettings("org.freedesktop.portal.Settings");
+
+/// Dark or light, for all desktops: 0 no preference, 1 dark, 2 light.
+constexpr QLatin1String schemeKey("color-scheme");
+constexpr uint preferDark = 1;
+constexpr uint preferLight = 2;
+
+/// Less motion: for all desktops (1 asks for it), GNOME's (false does) and KDE's (a factor, "0").
+constexpr QLatin1String motionKey("reduced-motion");
+constexpr QLatin1String gnomeAnimationsKey("enable-animations");
+constexpr QLatin1String kdeDurationKey("AnimationDurationFactor");
+
+struct Setting
+{
+    QLatin1String group;
+    QLatin1String key;
+};
+
+constexpr std::array<Setting, 4> settings{{
+    {QLatin1String("org.freedesktop.appearance"), schemeKey},
+    {QLatin1String("org.freedesktop.appearance"), motionKey},
+    {QLatin1String("org.gnome.desktop.interface"), gnomeAnimationsKey},
+    {QLatin1String("org.kde.kdeglobals.KDE"), kdeDurationKey},
+}};
+
+/// The portal's answer to "Read" is wrapped once more than its signal.
+QVariant unwrapped(QVariant value)
+{
+    while (value.userType() == qMetaTypeId<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+} // namespace
+
+Appearance::Appearance(QObject *parent) : QObject(parent)
+{
+    QDBusConnection::sessionBus().connect(portal, portalPath, portalSettings,
+                                          QStringLiteral("SettingChanged"), this,
+                                          SLOT(takeSetting(QString, QString, QDBusVariant)));
+    decide();
+    for (const Setting &setting : settings)
+        ask(setting.group, setting.key);
+}
+
+void Appearance::ask(const QString &group, const QString &key)
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(portal, portalPath, portalSettings, QStringLiteral("Read"));
+    call.setArguments({group, key});
+    auto *answer = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, group, key] {
+        answer->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
+        if (!reply.isError())
+            takeSetting(group, key, reply.value());
+    });
+}
+
+void Appearance::takeSetting(const QString &group, const QString &key, const QDBusVariant &value)
+{
+    const bool counts = std::any_of(settings.begin(), settings.end(), [&](const Setting &setting) {
+        return group == setting.group && key == setting.key;
+    });
+    if (!counts)
+        return;
+    m_settings[key] = unwrapped(value.variant());
+    decide();
+}
+
+void Appearance::decide()
+{
+    const uint scheme = m_settings.value(schemeKey).toUInt();
+    bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
+    if (scheme == preferDark || scheme == preferLight)
+        dark = scheme == preferDark;
+    bool isNumber = false;
+    const double duration = m_settings.value(kdeDurationKey).toDouble(&isNumber);
+    const bool still = m_settings.value(motionKey).toUInt() == 1
+                       || !m_settings.value(gnomeAnimationsKey, true).toBool()
+                       || (isNumber && duration == 0);
+
+    const bool same = dark == m_dark && still == m_still;
+    m_dark = dark;
+    m_still = still;
+    if (!same)
+        emit changed();
+}
+
+} // namespace tidewick

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/icon/StatusIcon.h"
+
+#include "ui/icon/StatusIconEngine.h"
+
+#include <QFile>
+#include <QSvgRenderer>
+
+namespace tidewick {
+
+namespace {
+
+/// What icon themes may call the image with a badge; names of ours, empty for other badges.
+QString themeName(const QString &badge)
+{
+    static const QHash<QString, QString> names{
+        {QString(), QStringLiteral("tidewick-symbolic")},
+        {QStringLiteral("pause.fill"), QStringLiteral("tidewick-paused-symbolic")},
+        {QStringLiteral("ellipsis"), QStringLiteral("tidewick-waiting-symbolic")},
+        {QStringLiteral("arrow.down"), QStringLiteral("tidewick-downloading-symbolic")},
+        {QStringLiteral("arrow.triangle.2.circlepath"),
+         QStringLiteral("tidewick-syncing-symbolic")},
+        {QStringLiteral("stop.fill"), QStringLiteral("tidewick-stopping-symbolic")},
+        {QStringLiteral("exclamationmark.triangle.fill"),
+         QStringLiteral("tidewick-error-symbolic")},
+    };
+    return names.value(badge);
+}
+
+/// Null where there is no drawing in the file.
+StatusImage::Drawing drawing(QFile &&file)
+{
+    if (!file.open(QIODevice::ReadOnly))
+        return nullptr;
+    auto drawing = std::make_shared<QSvgRenderer>(file.readAll());
+    return drawing->isValid() && !drawing->viewBoxF().isEmpty() ? drawing : nullptr;
+}
+
+} // namespace
+
+StatusIcon::StatusIcon(Bundle bundle, QString symbols)
+    : m_bundle(std::move(bundle)), m_symbols(std::move(symbols))
+{
+}
+
+StatusIcon::Badge StatusIcon::badge(Phase phase)
+{
+    switch (phase) {
+    case Phase::Stopped:
+        return QStringLiteral("pause.fill");
+    case Phase::Starting:
+    case Phase::Connecting:
+        return QStringLiteral("ellipsis");
+    case Phase::Bootstrapping:
+        return QStringLiteral("arrow.down");
+    case Phase::Syncing:
+        return QStringLiteral("arrow.triangle.2.circlepath");
+    case Phase::Full:
+        return std::nullopt;
+    case Phase::Stopping:
+        return QStringLiteral("stop.fill");
+    case Phase::Error:
+        return QStringLiteral("exclamationmark.triangle.fill");
+    }
+    Q_UNREACHABLE();
+}
+
+QIcon StatusIcon::image(const Badge &badge)
+{
+    return entry(badge).icon;
+}
+
+const StatusImage &StatusIcon::composed(const Badge &badge)
+{
+    return *entry(badge).image;
+}
+
+void StatusIcon::setColor(const QColor &color)
+{
+    if (color == m_color)
+        return;
+    m_color = color;
+    for (auto entry = m_cache.begin(); entry != m_cache.end(); ++entry)
+        entry->icon = icon(entry.key(), entry->image);
+}
+
+const StatusIcon::Entry &StatusIcon::entry(const Badge &badge)
+{
+    const QString key = badge.value_or(QString());
+    auto found = m_cache.find(key);
+    if (found == m_cache.end()) {
+        auto image = std::make_shared<const StatusImage>(mark(), badge ? symbol(key) : nullptr);
+        found = m_cache.insert(key, {image, icon(key, image)});
+    }
+    return *found;
+}
+
+QIcon StatusIcon::icon(const QString &key, std::shared_ptr<const StatusImage> image) const
+{
+    QIcon icon(new StatusIconEngine(std::move(image), m_color, themeName(key)));
+    icon.setIsMask(true);
+    return icon;
+}
+
+StatusImage::Drawing StatusIcon::mark() const
+{
+    StatusImage::Drawing mark;
+    if (const auto path = m_bundle.resource("MenuBarIcon", "svg"))
+        mark = drawing(QFile(*path));
+    if (!mark)
+        mark = symbol(QStringLiteral("circle.grid.cross"));
+    if (!mark)
+        qFatal("No mark for the status icon: neither MenuBarIcon.svg in %s nor circle.grid.cross",
+               m_bundle.path().c_str());
+    return mark;
+}
+
+StatusImage::Drawing StatusIcon::symbol(const QString &name) const
+{
+    return drawing(QFile(m_symbols + u'/' + name + QStringLiteral(".svg")));
+}
+
+} // namespace tidewick

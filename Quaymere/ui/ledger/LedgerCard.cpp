@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/ledger/LedgerCard.h"
+
+#include "ui/controls/DevicePixels.h"
+#include "ui/controls/TextScale.h"
+#include "ui/ledger/LedgerDrawing.h"
+
+#include <QPainter>
+
+namespace tidewick {
+
+LedgerCard::LedgerCard(const LedgerLook &look, const QString &title, QWidget *parent)
+    : QWidget(parent), m_look(look), m_title(title)
+{
+    setAccessibleName(title);
+    // The card paints its ground itself, so that the window's is not painted below it as well.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
+{
+    const int radius = metrics().radius;
+    if (rect().adjusted(radius, 1, -radius, -1).contains(area)
+        || rect().adjusted(1, radius, -1, -radius).contains(area)) {
+        painter.fillRect(area, colors().surface);
+    } else {
+        painter.fillRect(area, colors().bg);
+        // Two fills take a fraction of the time that a translucent line around takes.
+        const double line = DevicePixels::hairline(painter);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(LedgerDrawing::over(colors().line, colors().surface));
+        painter.drawRoundedRect(rect(), radius, radius);
+        painter.setBrush(colors().surface);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(line, line, -line, -line), radius - line,
+                                radius - line);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+    }
+    if (!m_title.isEmpty() && titleRect().intersects(area))
+        LedgerDrawing::line(painter, titleRect(), Qt::AlignLeft, metrics().cardTitle, colors().ink,
+                            m_title);
+}
+
+QRect LedgerCard::titleRect() const
+{
+    return {metrics().cardSide, metrics().cardTop, width() - 2 * metrics().cardSide,
+            TextScale::lineHeight(metrics().cardTitle)};
+}
+
+QRect LedgerCard::besideTitle() const
+{
+    const int title = QFontMetrics(metrics().cardTitle).horizontalAdvance(m_title);
+    return titleRect().adjusted(title + metrics().gap, 0, 0, 0);
+}
+
+QRect LedgerCard::content() const
+{
+    QRect rect = titleRect();
+    rect.setTop(rect.bottom() + 1 + metrics().titleGap);
+    rect.setBottom(height() - metrics().cardTop - 1);
+    return rect;
+}
+
+} // namespace tidewick

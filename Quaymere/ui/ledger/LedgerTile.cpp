@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/ledger/LedgerTile.h"
+
+#include "ui/controls/TextScale.h"
+#include "ui/ledger/LedgerDrawing.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace tidewick {
+
+LedgerTile::LedgerTile(const LedgerLook &look, const QString &label, QWidget *parent)
+    : LedgerCard(look, {}, parent), m_label(label)
+{
+}
+
+void LedgerTile::setFigure(const QString &figure, const QString &unit)
+{
+    if (figure == m_figure && unit == m_unit)
+        return;
+    m_figure = figure;
+    m_unit = unit;
+    setAccessibleName(QStringLiteral("%1: %2 %3").arg(m_label, figure, unit).trimmed());
+    update();
+}
+
+void LedgerTile::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    paintCard(painter, event->rect());
+
+    const int caption = TextScale::lineHeight(metrics().caption);
+    QRect line(metrics().cardSide, metrics().tileTop, width() - 2 * metrics().cardSide, caption);
+    LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3, m_label);
+    line.moveTop(height() - metrics().tileTop - caption);
+    LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3, m_unit);
+    const QRect middle(line.left(), metrics().tileTop + caption, line.width(),
+                       height() - 2 * (metrics().tileTop + caption));
+    LedgerDrawing::line(painter, middle, Qt::AlignLeft, metrics().figure, colors().ink, m_figure);
+}
+
+} // namespace tidewick

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/ledger/LedgerCard.h"
+
+namespace tidewick {
+
+/// A figure of the ledger window with its title and, beneath, its unit.
+class LedgerTile final : public LedgerCard
+{
+    Q_OBJECT
+
+public:
+    LedgerTile(const LedgerLook &look, const QString &label, QWidget *parent);
+
+    void setFigure(const QString &figure, const QString &unit);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_label;
+    QString m_figure;
+    QString m_unit;
+};
+
+} // namespace tidewick

@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/ledger/LedgerWindow.h"
+
+#include "ui/controls/TextScale.h"
+#include "ui/ledger/LedgerHeader.h"
+#include "ui/ledger/LedgerHistogram.h"
+#include "ui/ledger/LedgerTexts.h"
+#include "ui/ledger/LedgerTile.h"
+#include "ui/ledger/LedgerTypes.h"
+#include "ui/ledger/TransactionCard.h"
+#include "ui/menu/Explorers.h"
+
+#include <QLabel>
+#include <QLoggingCategory>
+#include <QPainter>
+#include <QShowEvent>
+
+#include <array>
+
+namespace tidewick {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcLedger, "tidewick.ledger", QtWarningMsg)
+
+constexpr QSize leastSize(640, 560);
+
+const QString transactions = QStringLiteral("transactions");
+
+} // namespace
+
+LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent)
+    : QWidget(parent, Qt::Window), m_openUrl(std::move(openUrl)),
+      m_feed(std::move(host)), m_look{Palette(false), LedgerMetrics(font(), height())},
+      m_header(new LedgerHeader(m_look, this)),
+      m_latest(new LedgerTile(m_look, QStringLiteral("This ledger"), this)),
+      m_rate(new LedgerTile(m_look, QStringLiteral("Per second"), this)),
+      m_busiest(new LedgerTile(m_look, QStringLiteral("Busiest in view"), this)),
+      m_histogram(new LedgerHistogram(m_look, this)), m_types(new LedgerTypes(m_look, this)),
+      m_transactions(new TransactionCard(m_look, this)), m_footnote(new QLabel(this))
+{
+    setWindowTitle(QStringLiteral("Live Ledger"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    // At first the keyboard is at nothing: a window that has just come may get an Enter that was
+    // meant for another.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocus();
+    m_footnote->setTextFormat(Qt::PlainText);
+    m_footnote->setAlignment(Qt::AlignCenter);
+    m_footnote->setWordWrap(true);
+
+    connect(m_histogram, &LedgerHistogram::chosen, this,
+            [this](qint64 ledger) { open("ledger", QString::number(ledger)); });
+    connect(m_transactions, &TransactionCard::chosen, this,
+            [this](const QString &hash) { open("tx", hash); });
+    connect(m_types, &LedgerTypes::grown, this, &LedgerWindow::arrange);
+
+    connect(&m_feed, &LedgerFeed::connectedChanged, this,
+            [this] { m_header->setConnected(m_feed.connected()); });
+    connect(&m_feed, &LedgerFeed::ledgersChanged, this, &LedgerWindow::followLedgers);
+    connect(&m_feed, &LedgerFeed::typesChanged, this,
+            [this] { m_types->setTypes(m_feed.types()); });
+    connect(&m_feed, &LedgerFeed::txsChanged, this,
+            [this](qsizetype arrived) { m_transactions->setTransactions(m_feed.txs(), arrived); });
+
+    followLedgers();
+    takeColors();
+    fit();
+}
+
+LedgerWindow::~LedgerWindow()
+{
+    // Its parts hear of it while the look that they draw in is there.
+    hide();
+}
+
+void LedgerWindow::setDark(bool dark)
+{
+    if (std::exchange(m_dark, dark) == dark)
+        return;
+    m_look.colors = Palette(dark);
+    takeColors();
+    fit();
+}
+
+void LedgerWindow::setStill(bool still)
+{
+    if (std::exchange(m_look.still, still) != still)
+        fit();
+}
+
+void LedgerWindow::takeColors()
+{
+    const Palette &colors = m_look.colors;
+    QPalette palette(colors.surface, colors.bg);
+    palette.setColor(QPalette::WindowText, colors.ink3);
+    palette.setColor(QPalette::Base, colors.surface);
+    palette.setColor(QPalette::Text, colors.ink);
+    setPalette(palette);
+}
+
+void LedgerWindow::followLedgers()
+{
+    const auto &ledgers = m_feed.ledgers();
+    const auto *latest = LedgerTexts::latest(ledgers);
+    const auto *busiest = LedgerTexts::busiest(ledgers);
+    const auto txns = [](const LedgerFeed::Ledger *ledger) {
+        return LedgerTexts::figure(ledger ? std::optional(ledger->txns) : std::nullopt);
+    };
+    m_header->setLedger(LedgerTexts::latestIndex(ledgers));
+    m_latest->setFigure(txns(latest), transactions);
+    m_rate->setFigure(LedgerTexts::rate(m_feed.txRate()), transactions);
+    m_busiest->setFigure(txns(busiest), LedgerTexts::busiestIndex(ledgers));
+    m_histogram->setLedgers(ledgers);
+}
+
+void LedgerWindow::open(const char *folder, const QString &name) const
+{
+    const auto page = Explorers::page(Explorers::window, folder, name);
+    if (page && !m_openUrl(*page))
+        qCWarning(lcLedger, "nothing on this desktop opens %s", qUtf8Printable(page->toString()));
+}
+
+void LedgerWindow::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // A window that comes back from being minimised has not gone on without its stream.
+    if (!event->spontaneous())
+        m_feed.start();
+}
+
+void LedgerWindow::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    if (!event->spontaneous())
+        m_feed.stop();
+}
+
+void LedgerWindow::resizeEvent(QResizeEvent *)
+{
+    fit();
+}
+
+void LedgerWindow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        fit();
+}
+
+void LedgerWindow::paintEvent(QPaintEvent *event)
+{
+    QPainter(this).fillRect(event->rect(), m_look.colors.bg);
+}
+
+/// Takes its measures from font and height, and shows everything in them.
+void LedgerWindow::fit()
+{
+    setMinimumSize(leastSize.expandedTo(
+        {LedgerMetrics::leastWidth(font()), LedgerMetrics::leastHeight(font())}));
+    m_look.metrics = LedgerMetrics(font(), height());
+    m_footnote->setFont(m_look.metrics.caption);
+    const int overhang = TextScale::overhang(m_look.metrics.caption);
+    m_footnote->setContentsMargins(0, overhang, 0, overhang);
+    for (LedgerCard *card : findChildren<LedgerCard *>())
+        card->lookChanged();
+    update();
+    arrange();
+}
+
+void LedgerWindow::arrange()
+{
+    const LedgerMetrics &metrics = m_look.metrics;
+    const int width = std::min(this->width() - 2 * metrics.side, metrics.mostWidth);
+    const int left = (this->width() - width) / 2;
+    int top = metrics.top;
+    const auto place = [&](QWidget *part, int height) {
+        part->setGeometry(left, top, width, height);
+        top += height + metrics.gap;
+    };
+    m_header->setGeometry(left, top, width, metrics.header);
+    top += metrics.header + metrics.headerGap;
+
+    const std::array<LedgerTile *, 3> tiles{m_latest, m_rate, m_busiest};
+    for (int i = 0; i < 3; ++i) {
+        const int from = i * (width + metrics.gap) / 3;
+        const int to = (i + 1) * (width + metrics.gap) / 3 - metrics.gap;
+        tiles.at(std::size_t(i))->setGeometry(left + from, top, to - from, metrics.tile);
+    }
+    top += metrics.tile + metrics.gap;
+
+    place(m_histogram, metrics.cardHeight(metrics.chart));
+    place(m_types, m_types->wantedHeight());
+    const bool fits = m_footnote->fontMetrics().horizontalAdvance(LedgerTexts::footnote()) <= width;
+    m_footnote->setText(fits ? LedgerTexts::footnote() : LedgerTexts::footnoteOnTwoLines());
+    const int footnote = m_footnote->heightForWidth(width);
+    place(m_transactions, height() - top - metrics.gap - footnote - metrics.gap);
+    place(m_footnote, footnote);
+}
+
+} // namespace tidewick

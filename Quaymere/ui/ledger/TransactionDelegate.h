@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/ledger/LedgerCard.h"
+
+#include <QPixmap>
+#include <QStyledItemDelegate>
+
+namespace tidewick {
+
+class TransactionList;
+
+/// Draws a row of the transaction list.
+class TransactionDelegate final : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    TransactionDelegate(const LedgerLook &look, TransactionList *list);
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    void lookChanged() { m_checkmark = {}; }
+
+private:
+    QPixmap checkmark(double ratio) const;
+
+    const LedgerLook &m_look;
+    TransactionList *m_list;
+    /// Drawn when it is first needed.
+    mutable QPixmap m_checkmark;
+};
+
+} // namespace tidewick

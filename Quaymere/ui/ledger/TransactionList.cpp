@@ -1,0 +1,229 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/ledger/TransactionList.h"
+
+#include "ui/ledger/LedgerDrawing.h"
+#include "ui/ledger/TransactionDelegate.h"
+
+#include <QMouseEvent>
+#include <QScrollBar>
+
+namespace tidewick {
+
+namespace {
+
+constexpr int moveMilliseconds = 160;
+
+/// A slim bar without arrows, in the colours of the window whatever the desktop's style.
+QString scrollBarStyle(const QColor &handle)
+{
+    return QStringLiteral("QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
+                          "QScrollBar::handle:vertical { background: %1; border-radius: 3px;"
+                          " min-height: 24px; margin: 0 1px; }"
+                          "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+                          "QScrollBar::add-page, QScrollBar::sub-page { background: none; }")
+        .arg(handle.name());
+}
+
+} // namespace
+
+TransactionList::TransactionList(const LedgerLook &look, QWidget *parent)
+    : QListView(parent), m_look(look), m_model(new TransactionModel(this)),
+      m_delegate(new TransactionDelegate(look, this))
+{
+    setModel(m_model);
+    setItemDelegate(m_delegate);
+    setAccessibleName(QStringLiteral("Latest transactions"));
+    setFrameShape(QFrame::NoFrame);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSelectionMode(NoSelection);
+    setEditTriggers(NoEditTriggers);
+    // It would bring a row that is clicked at the edge wholly into sight, away from the pointer.
+    setAutoScroll(false);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::TabFocus);
+
+    connect(this, &QListView::clicked, this,
+            [this](const QModelIndex &index) { emit chosen(row(index).hash); });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &TransactionList::hoverAnew);
+    connect(verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            &TransactionList::scrolledByHand);
+    m_move.setDuration(moveMilliseconds);
+    m_move.setEasingCurve(QEasingCurve::OutCubic);
+    m_move.setEndValue(0);
+    connect(&m_move, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant &value) { verticalScrollBar()->setValue(value.toInt()); });
+    lookChanged();
+}
+
+void TransactionList::lookChanged()
+{
+    const QString style =
+        scrollBarStyle(LedgerDrawing::mixed(m_look.colors.surface, m_look.colors.ink3, 0.45F));
+    // Taking one up takes long, and the look is another one at every step of a resize.
+    if (style != verticalScrollBar()->styleSheet())
+        verticalScrollBar()->setStyleSheet(style);
+    if (m_look.still)
+        endMove();
+    m_delegate->lookChanged();
+    scheduleDelayedItemsLayout();
+    viewport()->update();
+}
+
+void TransactionList::setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetype arrived)
+{
+    const int before = verticalScrollBar()->value();
+    m_model->setTransactions(txs, arrived);
+    executeDelayedItemsLayout();
+    const int added = int(arrived) * m_look.metrics.txRow;
+    m_move.stop();
+    if (!m_followsNewest || isHeld())
+        verticalScrollBar()->setValue(before + added);
+    else if (before + added < viewport()->height())
+        moveToTop(before + added);
+    else
+        verticalScrollBar()->setValue(0); // nothing that was in sight stays in sight
+    hoverAnew();
+    if (hasFocus() && !currentIndex().isValid())
+        setCurrentIndex(indexAt({0, 0}));
+}
+
+bool TransactionList::isHeld() const
+{
+    return m_hovered.isValid() || shownCurrent().isValid();
+}
+
+/// Comes before the value is set, and for what a hand does only.
+void TransactionList::scrolledByHand()
+{
+    m_move.stop();
+    m_followsNewest = verticalScrollBar()->sliderPosition() == 0;
+}
+
+void TransactionList::moveToTop(int from)
+{
+    m_move.stop();
+    const bool isSeen = isVisible() && !window()->isMinimized();
+    verticalScrollBar()->setValue(isSeen && !m_look.still ? from : 0);
+    if (verticalScrollBar()->value() == 0)
+        return;
+    m_move.setStartValue(verticalScrollBar()->value());
+    m_move.start();
+}
+
+/// At once, where it is under way.
+void TransactionList::endMove()
+{
+    if (m_move.state() != QAbstractAnimation::Running)
+        return;
+    m_move.stop();
+    verticalScrollBar()->setValue(0);
+}
+
+QModelIndex TransactionList::shownCurrent() const
+{
+    return hasFocus() && m_usesKeyboard ? currentIndex() : QModelIndex();
+}
+
+bool TransactionList::viewportEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseMove:
+        m_pointer = static_cast<QMouseEvent *>(event)->position().toPoint();
+        hoverAnew();
+        break;
+    case QEvent::Leave:
+        m_pointer.reset();
+        hoverAnew();
+        if (m_followsNewest && !isHeld())
+            moveToTop(verticalScrollBar()->value());
+        break;
+    default:
+        break;
+    }
+    return QListView::viewportEvent(event);
+}
+
+void TransactionList::hoverAnew()
+{
+    const QModelIndex hovered = m_pointer ? indexAt(*m_pointer) : QModelIndex();
+    if (hovered == m_hovered)
+        return;
+    update(m_hovered);
+    update(hovered);
+    m_hovered = hovered;
+    if (hovered.isValid())
+        viewport()->setCursor(Qt::PointingHandCursor);
+    else
+        viewport()->unsetCursor();
+}
+
+void TransactionList::resizeEvent(QResizeEvent *event)
+{
+    QListView::resizeEvent(event);
+    hoverAnew();
+}
+
+void TransactionList::hideEvent(QHideEvent *event)
+{
+    QListView::hideEvent(event);
+    endMove();
+}
+
+void TransactionList::mousePressEvent(QMouseEvent *event)
+{
+    m_usesKeyboard = false;
+    update(currentIndex());
+    QListView::mousePressEvent(event);
+}
+
+void TransactionList::keyPressEvent(QKeyEvent *event)
+{
+    const bool chooses = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter
+                         || event->key() == Qt::Key_Space;
+    if (chooses) {
+        if (const QModelIndex current = shownCurrent(); current.isValid())
+            emit chosen(row(current).hash);
+        return;
+    }
+    const QModelIndex before = currentIndex();
+    QListView::keyPressEvent(event);
+    if (currentIndex() == before)
+        return;
+    m_usesKeyboard = true;
+    m_move.stop();
+    const int place = verticalScrollBar()->value();
+    scrollTo(currentIndex());
+    if (verticalScrollBar()->value() != place)
+        m_followsNewest = verticalScrollBar()->value() == 0;
+    update(before);
+}
+
+void TransactionList::focusInEvent(QFocusEvent *event)
+{
+    // The mouse does not bring it; with the window it comes back as it was.
+    const bool isBack =
+        event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
+    if (!isBack) {
+        m_usesKeyboard = true;
+        if (!viewport()->rect().intersects(visualRect(currentIndex())))
+            setCurrentIndex(indexAt({0, 0}));
+        // Of the row at the edge there may be a pixel only.
+        scrollTo(currentIndex());
+    }
+    QListView::focusInEvent(event);
+    update(currentIndex());
+}
+
+void TransactionList::focusOutEvent(QFocusEvent *event)
+{
+    QListView::focusOutEvent(event);
+    update(currentIndex());
+    if (m_followsNewest && !isHeld())
+        moveToTop(verticalScrollBar()->value());
+}
+
+} // namespace tidewick

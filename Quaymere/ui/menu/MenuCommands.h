@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "node/NodeController.h"
+#include "ui/menu/MenuRows.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace tidewick {
+
+/// What the commands take from the application around them.
+struct MenuHost
+{
+    /// Shows a web page, a folder or a file with the program that the desktop has for it. False
+    /// when there is none.
+    std::function<bool(const QUrl &)> openUrl;
+    /// Opens a window by its identifier, or brings it forward.
+    std::function<void(const QString &)> openWindow;
+    std::function<void(const QString &text)> showError;
+    /// Shows a question that has been asked but may be hidden by now.
+    std::function<void()> bringQuestionForward;
+    std::function<void(const QString &text)> copy;
+};
+
+/// Carries out the menu's commands for every face. Logs those that the desktop cannot carry out.
+/// Main thread only.
+class MenuCommands final : public QObject
+{
+    Q_OBJECT
+
+public:
+    MenuCommands(NodeController &node, MenuHost host);
+
+    void run(MenuCommand command);
+
+signals:
+    void quitRequested();
+
+private:
+    void open(const QUrl &url) const;
+    void openPath(const std::filesystem::path &path) const;
+    void copyServerInfo() const;
+
+    NodeController &m_node;
+    MenuHost m_host;
+};
+
+} // namespace tidewick

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/panel/NodePanel.h"
+
+#include "ui/controls/ControlPalette.h"
+#include "ui/controls/TextScale.h"
+#include "ui/panel/PanelMetrics.h"
+#include "ui/panel/PanelRows.h"
+
+#include <QCloseEvent>
+
+namespace tidewick {
+
+NodePanel::NodePanel(QWidget *parent) : NodePanel(new PanelRows, parent) {}
+
+NodePanel::NodePanel(PanelRows *rows, QWidget *parent) : FittedWindow(rows, parent), m_rows(rows)
+{
+    setWindowTitle(QStringLiteral("Tidewick"));
+    setPalette(controlPalette(m_dark));
+    connect(m_rows, &PanelRows::commandChosen, this, &NodePanel::commandChosen);
+    connect(m_rows, &PanelRows::heightChanged, this, &NodePanel::fit);
+    connect(m_rows, &PanelRows::focusMoved, this, &NodePanel::ensureVisible);
+    fit();
+}
+
+void NodePanel::setRows(const QList<MenuRow> &rows)
+{
+    m_rows->setRows(rows);
+}
+
+void NodePanel::setIcon(const QIcon &icon)
+{
+    m_rows->setIcon(icon);
+}
+
+void NodePanel::setHint(const QString &hint)
+{
+    m_rows->setHint(hint);
+}
+
+void NodePanel::setDark(bool dark)
+{
+    if (dark == m_dark)
+        return;
+    m_dark = dark;
+    setPalette(controlPalette(dark));
+}
+
+void NodePanel::closeEvent(QCloseEvent *event)
+{
+    // An ignored event would also keep QApplication::quit() from ending the program.
+    if (!event->spontaneous())
+        return;
+    event->ignore();
+    showMinimized();
+}
+
+int NodePanel::wantedWidth() const
+{
+    return TextScale::scaled(font(), PanelMetrics::width);
+}
+
+/// At once, also where the size stays the same: rows may have changed places.
+void NodePanel::fitContent(int width)
+{
+    m_rows->fit(width);
+}
+
+} // namespace tidewick

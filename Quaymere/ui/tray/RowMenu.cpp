@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/tray/RowMenu.h"
+
+#include "platform/text/DisplayText.h"
+#include "ui/controls/ToolTip.h"
+
+#include <QBitArray>
+
+namespace tidewick {
+
+namespace {
+
+/// A longer row makes a menu wider than is of use.
+constexpr qsizetype mostCharacters = 120;
+
+} // namespace
+
+RowMenu::RowMenu(Drawing drawing) : m_drawing(drawing)
+{
+    setToolTipsVisible(true);
+    for (int place = 0; place < menuPlaceCount; ++place)
+        addPlace(MenuPlace(place));
+}
+
+void RowMenu::addPlace(MenuPlace place)
+{
+    auto *action = new QAction(this);
+    action->setVisible(false);
+    connect(action, &QAction::triggered, this,
+            [this, place] { emit commandChosen(m_commands[std::size_t(place)]); });
+    addAction(action);
+    m_actions[std::size_t(place)] = action;
+}
+
+void RowMenu::setRows(const QList<MenuRow> &rows)
+{
+    QBitArray shown(menuPlaceCount);
+    for (const MenuRow &row : rows) {
+        shown.setBit(int(row.place));
+        m_commands[std::size_t(row.place)] = row.command;
+        setRow(*m_actions[std::size_t(row.place)], row);
+    }
+    for (int place = 0; place < menuPlaceCount; ++place) {
+        if (!shown.testBit(place))
+            m_actions[std::size_t(place)]->setVisible(false);
+    }
+}
+
+/// The setters of QAction tell nobody where nothing changes.
+void RowMenu::setRow(QAction &action, const MenuRow &row) const
+{
+    const QString line = DisplayText::singleLine(row.text);
+    const QString text = DisplayText::elided(line, mostCharacters);
+    action.setSeparator(row.kind == MenuRow::Kind::Separator);
+    action.setText(escaped(text));
+    action.setToolTip(text == line ? QString() : ToolTip::plain(row.text));
+    action.setEnabled(row.kind == MenuRow::Kind::Command && row.enabled);
+    action.setVisible(true);
+}
+
+/// An ampersand marks the next character as the key to press. On the bus an underscore does; Qt
+/// writes one for the first ampersand and leaves all else as it is.
+QString RowMenu::escaped(QString text) const
+{
+    if (m_drawing == Drawing::ByUs)
+        return text.replace(u'&', QLatin1String("&&"));
+    text.replace(u'_', QLatin1String("__"));
+    if (const qsizetype first = text.indexOf(u'&'); first >= 0)
+        text.insert(first, u'&');
+    return text;
+}
+
+} // namespace tidewick

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/menu/MenuRows.h"
+
+#include <QMenu>
+
+#include <array>
+
+namespace tidewick {
+
+/// A menu of the rows. One fixed set of actions, of which only what differs is changed, so that an
+/// open menu stays as it is under the pointer, and the bus carries no more than the news. Main
+/// thread only.
+class RowMenu final : public QMenu
+{
+    Q_OBJECT
+
+public:
+    /// Who draws the menu, and therefore how its texts are escaped.
+    enum class Drawing {
+        ByHost, ///< A tray host that gets it over the bus.
+        ByUs,   ///< Qt.
+    };
+
+    explicit RowMenu(Drawing drawing);
+
+    void setRows(const QList<MenuRow> &rows);
+
+signals:
+    void commandChosen(tidewick::MenuCommand command);
+
+private:
+    void addPlace(MenuPlace place);
+    void setRow(QAction &action, const MenuRow &row) const;
+    QString escaped(QString text) const;
+
+    Drawing m_drawing;
+    std::array<QAction *, menuPlaceCount> m_actions{};
+    std::array<MenuCommand, menuPlaceCount> m_commands{};
+};
+
+} // namespace tidewick

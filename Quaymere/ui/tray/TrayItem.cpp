@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/tray/TrayItem.h"
+
+#include "platform/text/DisplayText.h"
+#include "ui/controls/ToolTip.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+namespace tidewick {
+
+TrayItem::TrayItem(RowMenu::Drawing drawing, const QIcon &icon, const QList<MenuRow> &rows,
+                   const QString &toolTip)
+    : m_drawing(drawing), m_menu(drawing), m_icon(icon)
+{
+    connect(&m_menu, &RowMenu::commandChosen, this, &TrayItem::commandChosen);
+    connect(&m_popup, &RowMenu::commandChosen, this, &TrayItem::commandChosen);
+    connect(&m_icon, &QSystemTrayIcon::activated, this, &TrayItem::activate);
+    setRows(rows);
+    setToolTip(toolTip);
+    // A host reads the menu when the item appears.
+    m_icon.setContextMenu(&m_menu);
+    m_icon.show();
+}
+
+void TrayItem::setRows(const QList<MenuRow> &rows)
+{
+    m_menu.setRows(rows);
+    m_popup.setRows(rows);
+}
+
+void TrayItem::setIcon(const QIcon &icon)
+{
+    if (m_icon.icon().cacheKey() != icon.cacheKey())
+        m_icon.setIcon(icon);
+}
+
+void TrayItem::setToolTip(const QString &text)
+{
+    constexpr qsizetype mostCharacters = 500;
+    const QString shown = m_drawing == RowMenu::Drawing::ByUs
+                              ? ToolTip::plain(text)
+                              : DisplayText::elided(DisplayText::singleLine(text), mostCharacters);
+    if (m_icon.toolTip() != shown)
+        m_icon.setToolTip(shown);
+}
+
+/// Hosts open the menu on the other button only; the one that is pressed first opens it as well. On
+/// Wayland it cannot: there, a menu needs a window of ours to belong to.
+void TrayItem::activate(QSystemTrayIcon::ActivationReason reason)
+{
+    if (reason == QSystemTrayIcon::Trigger
+        && !QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        m_popup.popup(QCursor::pos());
+}
+
+} // namespace tidewick

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/tray/RowMenu.h"
+
+#include <QSystemTrayIcon>
+
+namespace tidewick {
+
+/// The tray's face of the application: an icon with the menu's rows. Make it once a tray host is
+/// there. Main thread only.
+class TrayItem final : public QObject
+{
+    Q_OBJECT
+
+public:
+    TrayItem(RowMenu::Drawing drawing, const QIcon &icon, const QList<MenuRow> &rows,
+             const QString &toolTip);
+
+    RowMenu::Drawing drawing() const { return m_drawing; }
+
+    void setRows(const QList<MenuRow> &rows);
+    void setIcon(const QIcon &icon);
+    void setToolTip(const QString &text);
+
+signals:
+    void commandChosen(tidewick::MenuCommand command);
+
+private:
+    void activate(QSystemTrayIcon::ActivationReason reason);
+
+    RowMenu::Drawing m_drawing;
+    /// What a host reads, or what we open where none does.
+    RowMenu m_menu;
+    /// What we open ourselves, under the pointer.
+    RowMenu m_popup{RowMenu::Drawing::ByUs};
+    QSystemTrayIcon m_icon;
+};
+
+} // namespace tidewick

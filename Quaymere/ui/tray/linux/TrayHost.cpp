@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/tray/TrayHost.h"
+
+#include "ui/tray/linux/XEmbedTray.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+
+namespace tidewick {
+
+namespace {
+
+constexpr QLatin1String watcher("org.kde.StatusNotifierWatcher");
+constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
+
+} // namespace
+
+/// Asks the StatusNotifier watcher, whenever one comes or speaks up, whether a host is with it.
+class TrayHost::Private final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Private(TrayHost *host)
+        : m_host(host), m_bus(QDBusConnection::sessionBus()),
+          m_services(watcher, m_bus, QDBusServiceWatcher::WatchForOwnerChange),
+          m_xembed([host] { emit host->changed(); })
+    {
+        connect(&m_services, &QDBusServiceWatcher::serviceOwnerChanged, this, &Private::ask);
+        for (const char *signal :
+             {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+            m_bus.connect(watcher, watcherPath, watcher, QLatin1String(signal), this, SLOT(ask()));
+        // A bus that dies takes its hosts with it, and says nothing of them.
+        m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                      QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
+                      this, SLOT(forget()));
+        ask();
+    }
+
+    bool has(Kind kind) const
+    {
+        return kind == Kind::StatusNotifier ? m_hasNotifierHost : m_xembed.exists();
+    }
+
+    Kind kind() const
+    {
+        if (m_hasNotifierHost)
+            return Kind::StatusNotifier;
+        return m_xembed.exists() ? Kind::XEmbed : Kind::None;
+    }
+
+private slots:
+    void ask()
+    {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            watcher, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+            QStringLiteral("Get"));
+        call.setArguments({QString(watcher), QStringLiteral("IsStatusNotifierHostRegistered")});
+        call.setAutoStartService(false);
+        m_latest = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+        connect(m_latest, &QDBusPendingCallWatcher::finished, this, &Private::take);
+    }
+
+    void take(QDBusPendingCallWatcher *call)
+    {
+        call->deleteLater();
+        // What an earlier watcher said does not count.
+        if (call != m_latest)
+            return;
+        const QDBusPendingReply<QDBusVariant> answer = *call;
+        set(!answer.isError() && answer.value().variant().toBool());
+    }
+
+    void forget() { set(false); }
+
+private:
+    void set(bool hasNotifierHost)
+    {
+        if (std::exchange(m_hasNotifierHost, hasNotifierHost) != hasNotifierHost)
+            emit m_host->changed();
+    }
+
+    TrayHost *m_host;
+    QDBusConnection m_bus;
+    QDBusServiceWatcher m_services;
+    XEmbedTray m_xembed;
+    QDBusPendingCallWatcher *m_latest = nullptr;
+    bool m_hasNotifierHost = false;
+};
+
+TrayHost::TrayHost(QObject *parent) : QObject(parent), m_private(std::make_unique<Private>(this)) {}
+
+TrayHost::~TrayHost() = default;
+
+TrayHost::Kind TrayHost::kind() const
+{
+    return m_private->kind();
+}
+
+bool TrayHost::has(Kind kind) const
+{
+    return m_private->has(kind);
+}
+
+} // namespace tidewick
+
+#include "TrayHost.moc"

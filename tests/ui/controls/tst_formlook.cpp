@@ -1,0 +1,284 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/Surroundings.h"
+#include "ui/Colors.h"
+#include "ui/FormRig.h"
+#include "ui/about/AboutWindow.h"
+#include "ui/controls/Card.h"
+#include "ui/controls/ControlPalette.h"
+#include "ui/controls/TextLabel.h"
+#include "ui/controls/VerbatimText.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QStyleFactory>
+
+using namespace tidewick;
+
+/// How the windows made of cards look: colours, fonts, styles, sizes.
+class TestFormLook : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void textsStandOut_data();
+    void textsStandOut();
+    void followsLightAndDark_data();
+    void followsLightAndDark();
+    void listsHaveTheWindowsColors();
+    void looksTheSameInEveryStyle();
+    void ringsWhatTheKeyboardIsOn();
+    void clipsNothing_data();
+    void clipsNothing();
+    void rightToLeft();
+    void scrollsOnALowScreen();
+
+private:
+    using Rig = SettingsRig;
+};
+
+namespace {
+
+QImage picture(QWidget *widget)
+{
+    QWidget *window = widget->window();
+    return window->grab({widget->mapTo(window, QPoint()), widget->size()}).toImage();
+}
+
+/// Whether all of the widget's text has room in it.
+bool holdsItsText(const QWidget *widget)
+{
+    const QSize room = widget->size();
+    const QSize wanted = widget->sizeHint();
+    if (qobject_cast<const TextLabel *>(widget) || qobject_cast<const VerbatimText *>(widget))
+        return room.height() >= widget->heightForWidth(room.width());
+    return room.width() >= wanted.width() && room.height() >= wanted.height();
+}
+
+/// The widgets with a text that do not hold it, or that are not in the window.
+QStringList clipped(const QWidget &window)
+{
+    QStringList clipped;
+    for (const QWidget *widget : window.findChildren<QWidget *>()) {
+        const bool hasText = qobject_cast<const TextLabel *>(widget)
+                             || qobject_cast<const VerbatimText *>(widget)
+                             || qobject_cast<const Picker *>(widget)
+                             || qobject_cast<const QAbstractButton *>(widget);
+        if (!hasText || !widget->isVisibleTo(&window))
+            continue;
+        const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+        if (!holdsItsText(widget) || !window.rect().contains(place))
+            clipped.append(QString::fromLatin1(widget->metaObject()->className()) + u' '
+                           + widget->accessibleName());
+    }
+    return clipped;
+}
+
+void openDetails(AboutWindow &window)
+{
+    button(window, "Build details")->setChecked(true);
+}
+
+} // namespace
+
+void TestFormLook::textsStandOut_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void TestFormLook::textsStandOut()
+{
+    QFETCH(bool, dark);
+    const QPalette colors = controlPalette(dark);
+    const auto onGround = [&](QPalette::ColorRole text, QPalette::ColorRole ground) {
+        return contrast(colors.color(text), over(colors.color(ground), colors.color(ground)));
+    };
+    for (const auto text : {QPalette::WindowText, QPalette::Text, QPalette::PlaceholderText}) {
+        QVERIFY(onGround(text, QPalette::Window) >= 4.5);
+        QVERIFY(onGround(text, QPalette::Base) >= 4.5);
+    }
+    QVERIFY(onGround(QPalette::BrightText, QPalette::Window) >= 4.5);
+    QVERIFY(onGround(QPalette::ButtonText, QPalette::Button) >= 4.5);
+    QVERIFY(onGround(QPalette::ButtonText, QPalette::Base) >= 4.5);
+    QVERIFY(onGround(QPalette::HighlightedText, QPalette::Highlight) >= 4.5);
+    // Under the pointer and pressed.
+    const QColor fill = colors.color(QPalette::AlternateBase);
+    const QColor pressed = over(fill, over(fill, colors.color(QPalette::Button)));
+    QVERIFY(contrast(colors.color(QPalette::ButtonText), pressed) >= 4.5);
+    // What is no text needs less.
+    QVERIFY(onGround(QPalette::Link, QPalette::Base) >= 3);
+    QVERIFY(onGround(QPalette::PlaceholderText, QPalette::Button) >= 3);
+}
+
+void TestFormLook::followsLightAndDark_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<QColor>("ground");
+    QTest::addColumn<QColor>("card");
+    QTest::newRow("light") << false << QColor(240, 240, 242) << QColor(255, 255, 255);
+    QTest::newRow("dark") << true << QColor(30, 31, 36) << QColor(41, 43, 49);
+}
+
+void TestFormLook::followsLightAndDark()
+{
+    QFETCH(bool, dark);
+    QFETCH(QColor, ground);
+    QFETCH(QColor, card);
+    Rig rig;
+    AboutWindow about(rig.node.node());
+    about.show();
+    openDetails(about);
+    for (CardWindow *window : std::initializer_list<CardWindow *>{rig.window.get(), &about}) {
+        window->setDark(!dark);
+        window->setDark(dark);
+        const QImage whole = window->grab().toImage();
+        QCOMPARE(whole.pixelColor(1, 1), ground);
+        QCOMPARE(whole.pixelColor(whole.width() - 2, whole.height() - 2), ground);
+        const QPalette colors = controlPalette(dark);
+        for (Card *widget : window->findChildren<Card *>()) {
+            const QImage drawn = picture(widget);
+            QCOMPARE(drawn.pixelColor(0, 0), ground); // its corners are round
+            QCOMPARE(drawn.pixelColor(8, 8), card);
+            QVERIFY(distance(drawn.pixelColor(0, 20), over(colors.color(QPalette::Mid), card)) < 3);
+        }
+        for (TextLabel *text : window->findChildren<TextLabel *>()) {
+            if (text->isVisible() && text->text().size() > 5)
+                QVERIFY(distance(inkColor(picture(text)), colors.color(text->foregroundRole()))
+                        < 24);
+        }
+    }
+    QCOMPARE(picture(about.findChild<VerbatimText *>()).pixelColor(8, 8), card);
+}
+
+void TestFormLook::listsHaveTheWindowsColors()
+{
+    for (const bool dark : {false, true}) {
+        Rig rig;
+        rig.window->setDark(dark);
+        Picker *picker = rig.picker(Rig::AfterFull);
+        picker->showPopup();
+        QTRY_VERIFY(picker->view()->isVisible());
+        const QImage list = picker->view()->viewport()->grab().toImage();
+        const QPalette colors = controlPalette(dark);
+        const QRect other = picker->view()->visualRect(picker->model()->index(2, 0));
+        const QRect current = picker->view()->visualRect(picker->model()->index(0, 0));
+        QCOMPARE(list.pixelColor(other.left() + 4, other.center().y()),
+                 colors.color(QPalette::Base));
+        QCOMPARE(list.pixelColor(current.right() - 6, current.center().y()),
+                 colors.color(QPalette::Highlight));
+        picker->hidePopup();
+    }
+}
+
+void TestFormLook::looksTheSameInEveryStyle()
+{
+    QList<QImage> settings;
+    QList<QImage> abouts;
+    const QString before = QApplication::style()->objectName();
+    for (const QString &style : QStyleFactory::keys()) {
+        QApplication::setStyle(style);
+        Rig rig;
+        settings.append(rig.window->grab().toImage());
+        AboutWindow about(rig.node.node());
+        about.show();
+        openDetails(about);
+        abouts.append(about.grab().toImage());
+    }
+    QApplication::setStyle(before);
+    QVERIFY(settings.size() > 1);
+    QCOMPARE(settings.count(settings.constFirst()), settings.size());
+    QCOMPARE(abouts.count(abouts.constFirst()), abouts.size());
+}
+
+void TestFormLook::ringsWhatTheKeyboardIsOn()
+{
+    Rig rig;
+    const QColor ring = controlPalette(false).color(QPalette::Link);
+    const auto isRinged = [&](QWidget *widget) {
+        const QImage drawn = picture(widget);
+        return distance(drawn.pixelColor(drawn.width() / 2, 0), ring) < 60;
+    };
+    QWidget *first = rig.picker(Rig::AfterFull);
+    first->setFocus(Qt::MouseFocusReason);
+    QVERIFY(!isRinged(first));
+    rig.key(Qt::Key_Tab);
+    QVERIFY(!isRinged(first));
+    QVERIFY(isRinged(rig.picker(Rig::HardCap)));
+    button(*rig.window, "View")->setFocus(Qt::TabFocusReason);
+    QVERIFY(isRinged(button(*rig.window, "View")));
+}
+
+void TestFormLook::clipsNothing_data()
+{
+    QTest::addColumn<int>("points");
+    for (int points = 9; points <= 16; ++points)
+        QTest::addRow("%d", points) << points;
+}
+
+void TestFormLook::clipsNothing()
+{
+    QFETCH(int, points);
+    // Set before the window is made and after it.
+    for (const bool later : {false, true}) {
+        const QFont before = QApplication::font();
+        QFont font = before;
+        font.setPointSize(points);
+        if (!later)
+            QApplication::setFont(font);
+        Rig rig("roundGrowthMiB=2048\n");
+        AboutWindow about(rig.node.node());
+        about.show();
+        openDetails(about);
+        rig.window->setFont(font);
+        about.setFont(font);
+        QCoreApplication::processEvents();
+        // Where the screen is lower than the window, it scrolls.
+        if (rig.window->height() < rig.window->screen()->availableSize().height() - 40)
+            QCOMPARE(clipped(*rig.window), QStringList());
+        if (about.height() < about.screen()->availableSize().height() - 40)
+            QCOMPARE(clipped(about), QStringList());
+        QVERIFY(rig.window->width() >= 520);
+        QVERIFY(about.width() >= 480);
+        QApplication::setFont(before);
+    }
+}
+
+void TestFormLook::rightToLeft()
+{
+    Rig rig;
+    const QSize size = rig.window->size();
+    const QRect place(rig.picker(Rig::AfterFull)->mapTo(rig.window.get(), QPoint()),
+                      rig.picker(Rig::AfterFull)->size());
+    rig.window->setLayoutDirection(Qt::RightToLeft);
+    QCoreApplication::processEvents();
+    QCOMPARE(rig.window->size(), size);
+    const Picker *picker = rig.picker(Rig::AfterFull);
+    QCOMPARE(picker->mapTo(rig.window.get(), QPoint()).x(), size.width() - 1 - place.right());
+    QCOMPARE(clipped(*rig.window), QStringList());
+}
+
+void TestFormLook::scrollsOnALowScreen()
+{
+    Rig rig;
+    QFont font = rig.window->font();
+    font.setPointSize(30);
+    rig.window->setFont(font);
+    QVERIFY(rig.window->frameGeometry().height() <= rig.window->screen()->availableSize().height());
+    const auto isInView = [&rig](const QWidget *widget) {
+        return rig.window->rect().contains(
+            QRect(widget->mapTo(rig.window.get(), QPoint()), widget->size()));
+    };
+    QVERIFY(!isInView(button(*rig.window, "View")));
+    for (int i = 0; i < 6; ++i)
+        rig.key(Qt::Key_Tab);
+    QCOMPARE(rig.window->focusWidget(), button(*rig.window, "View"));
+    QVERIFY(isInView(button(*rig.window, "View")));
+}
+
+TIDEWICK_GUI_TEST_MAIN(TestFormLook)
+#include "tst_formlook.moc"

@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/Surroundings.h"
+#include "ui/icon/MarkBundle.h"
+#include "ui/icon/StatusIcon.h"
+#include "ui/icon/SvgIconEngine.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QSvgRenderer>
+
+using namespace tidewick;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Each badge, empty for none, and the state that its symbolic icon is named by.
+const QList<std::pair<const char *, const char *>> symbolics{
+    {"", ""},
+    {"pause.fill", "-paused"},
+    {"ellipsis", "-waiting"},
+    {"arrow.down", "-downloading"},
+    {"arrow.triangle.2.circlepath", "-syncing"},
+    {"stop.fill", "-stopping"},
+    {"exclamationmark.triangle.fill", "-error"},
+};
+
+/// An icon theme with icons of these names, in use as long as this lives.
+class Theme
+{
+public:
+    Theme(const fs::path &folder, const QStringList &icons)
+    {
+        const fs::path theme = folder / "harbour";
+        fs::create_directories(theme / "symbolic");
+        writeFile(theme / "index.theme",
+                  "[Icon Theme]\nName=Harbour\nDirectories=symbolic\n"
+                  "[symbolic]\nSize=16\nMinSize=8\nMaxSize=512\nType=Scalable\n");
+        for (const QString &icon : icons)
+            writeFile(theme / "symbolic" / (icon.toStdString() + ".svg"), MarkBundle::shipped());
+        QIcon::setThemeSearchPaths({QString::fromStdString(folder.string())});
+        QIcon::setThemeName(QStringLiteral("harbour"));
+    }
+    Theme(const Theme &) = delete;
+    Theme &operator=(const Theme &) = delete;
+    ~Theme()
+    {
+        QIcon::setThemeSearchPaths(m_pathsBefore);
+        QIcon::setThemeName(m_nameBefore);
+    }
+
+private:
+    QStringList m_pathsBefore = QIcon::themeSearchPaths();
+    QString m_nameBefore = QIcon::themeName();
+};
+
+/// As Qt makes it with our plugin; by itself it prefers its own.
+QIcon svgIcon(const fs::path &file)
+{
+    const QString name = QString::fromStdString(file.string());
+    QIconEngine *engine = SvgIconPlugin().create(name);
+    engine->addFile(name, {}, QIcon::Normal, QIcon::Off);
+    return QIcon(engine);
+}
+
+} // namespace
+
+class TestIconTheme : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void iconNameOfTheTheme();
+    void symbolicIconsShowTheSame_data();
+    void symbolicIconsShowTheSame();
+    void applicationIconHasItsSizes();
+    void svgFilesAreDrawn();
+    void svgFileWithoutADrawing();
+};
+
+void TestIconTheme::iconNameOfTheTheme()
+{
+    const MarkBundle bundle(MarkBundle::shipped());
+    StatusIcon icon(bundle.bundle());
+    {
+        const TemporaryFolder themes;
+        const Theme theme(themes.path(), {});
+        QCOMPARE(icon.image(QStringLiteral("pause.fill")).name(), QString());
+        QCOMPARE(icon.image(std::nullopt).name(), QString());
+    }
+
+    const TemporaryFolder themes;
+    const Theme theme(themes.path(), {QStringLiteral("tidewick-symbolic"),
+                                      QStringLiteral("tidewick-paused-symbolic")});
+    QCOMPARE(icon.image(std::nullopt).name(), QStringLiteral("tidewick-symbolic"));
+    QCOMPARE(icon.image(QStringLiteral("pause.fill")).name(),
+             QStringLiteral("tidewick-paused-symbolic"));
+    QCOMPARE(icon.image(QStringLiteral("stop.fill")).name(), QString());
+}
+
+void TestIconTheme::symbolicIconsShowTheSame_data()
+{
+    QTest::addColumn<QString>("badge");
+    QTest::addColumn<QString>("name");
+    for (const auto &[badge, state] : symbolics)
+        QTest::addRow("tidewick%s", state)
+            << QString::fromLatin1(badge)
+            << QStringLiteral("tidewick%1-symbolic").arg(QLatin1String(state));
+}
+
+void TestIconTheme::symbolicIconsShowTheSame()
+{
+    QFETCH(QString, badge);
+    QFETCH(QString, name);
+    const MarkBundle bundle(MarkBundle::shipped());
+    StatusIcon icon(bundle.bundle());
+    const QIcon image = icon.image(badge.isEmpty() ? std::nullopt : StatusIcon::Badge(badge));
+    const TemporaryFolder themes;
+    const Theme theme(themes.path(), {name});
+    QCOMPARE(image.name(), name);
+
+    // At this size all of a badge's edges lie on whole pixels by themselves.
+    QImage symbolic(640, 640, QImage::Format_ARGB32_Premultiplied);
+    symbolic.fill(Qt::transparent);
+    QPainter painter(&symbolic);
+    QSvgRenderer drawing(
+        QStringLiteral(TIDEWICK_RESOURCES "/icons/hicolor/symbolic/apps/%1.svg").arg(name));
+    QVERIFY(drawing.isValid());
+    drawing.render(&painter);
+    painter.end();
+    const QImage composed = picture(image, 640);
+    int different = 0;
+    for (int y = 0; y < 640; ++y)
+        for (int x = 0; x < 640; ++x)
+            if (std::abs(symbolic.pixelColor(x, y).alpha() - composed.pixelColor(x, y).alpha()) > 8)
+                ++different;
+    QCOMPARE(different, 0);
+}
+
+void TestIconTheme::applicationIconHasItsSizes()
+{
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
+        const QImage drawn(
+            QStringLiteral(TIDEWICK_RESOURCES "/icons/hicolor/%1x%1/apps/org.tidewick.Tidewick.png")
+                .arg(size));
+        QCOMPARE(drawn.size(), QSize(size, size));
+    }
+}
+
+void TestIconTheme::svgFilesAreDrawn()
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "halves.svg";
+    writeFile(file, R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 20 10">)"
+                    R"(<rect width="10" height="10" fill="#ff0000"/></svg>)");
+    const QIcon icon = svgIcon(file);
+    QVERIFY(!icon.isNull());
+    const QImage image = picture(icon, 40);
+    QCOMPARE(image.size(), QSize(40, 40));
+    QCOMPARE(image.pixelColor(1, 20), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(18, 11), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(21, 20).alpha(), 0);
+    QCOMPARE(image.pixelColor(1, 8).alpha(), 0); // it keeps its aspect
+}
+
+void TestIconTheme::svgFileWithoutADrawing()
+{
+    const TemporaryFolder folder;
+    const fs::path file = folder.path() / "text.svg";
+    writeFile(file, "this is no drawing");
+    QVERIFY(svgIcon(file).isNull());
+    QVERIFY(svgIcon(folder.path() / "missing.svg").isNull());
+}
+
+TIDEWICK_GUI_TEST_MAIN(TestIconTheme)
+#include "tst_icontheme.moc"

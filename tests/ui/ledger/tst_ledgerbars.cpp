@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/Surroundings.h"
+#include "ui/Colors.h"
+#include "ui/DrawnTexts.h"
+#include "ui/ledger/LedgerDrawing.h"
+#include "ui/ledger/LedgerRig.h"
+
+#include <QApplication>
+
+using namespace tidewick;
+
+/// Bars and the line at their average, point by point.
+class TestLedgerBars : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void barsAreInProportion();
+    void barsAreRoundAtTheTop();
+    void averageLine_data();
+    void averageLine();
+    void ledgersWithoutTransactions();
+};
+
+namespace {
+
+QImage picture(QWidget &widget)
+{
+    return widget.grab().toImage();
+}
+
+/// The points of a column of the widget that have a colour, or nearly so: from the first to the
+/// last, the lowest at the end.
+QList<int> pointsOf(const QImage &image, int x, const QColor &color)
+{
+    QList<int> points;
+    for (int y = 0; y < image.height(); ++y)
+        if (distance(image.pixelColor(x, y), color) <= 6)
+            points += y;
+    return points;
+}
+
+QColor barColor(const Palette &colors)
+{
+    return QColor(LedgerDrawing::mixed(colors.surface, colors.accent, 0.55F).rgb());
+}
+
+} // namespace
+
+void TestLedgerBars::barsAreInProportion()
+{
+    LedgerRig rig;
+    const QList<qint64> counts{0, 1, 100, 250, 500, 999, 1000};
+    for (const qint64 count : counts)
+        rig.close(count);
+    const Palette colors(false);
+    const QImage image = picture(rig.histogram());
+    const int height = rig.histogram().column(0).height();
+    for (qsizetype i = 0; i < counts.size(); ++i) {
+        const QRect column = rig.histogram().column(i);
+        int top = column.bottom();
+        while (image.pixelColor(column.center().x(), top) != colors.surface && top >= column.top())
+            --top;
+        const int drawn = column.bottom() - top;
+        const int expected = std::max(2, qRound(height * double(counts.at(i)) / 1000));
+        // The line at the average may end where a bar does.
+        QVERIFY2(std::abs(drawn - expected) <= 1, qPrintable(QString::number(counts.at(i))));
+    }
+    QCOMPARE(image.pixelColor(rig.histogram().column(6).center()), barColor(colors));
+}
+
+void TestLedgerBars::barsAreRoundAtTheTop()
+{
+    LedgerRig rig;
+    rig.close({100, 50});
+    const Palette colors(false);
+    const QImage image = picture(rig.histogram());
+    const QRect bar = rig.histogram().column(0);
+    QCOMPARE(image.pixelColor(bar.center().x(), bar.top()), barColor(colors));
+    for (const int x : {bar.left(), bar.right()}) {
+        QVERIFY(distance(image.pixelColor(x, bar.top()), colors.surface) < 90);
+        QCOMPARE(image.pixelColor(x, bar.top() + 4), barColor(colors));
+        QCOMPARE(image.pixelColor(x, bar.bottom() - 1), barColor(colors));
+    }
+    QCOMPARE(image.pixelColor(bar.left() - 1, bar.center().y()), colors.surface);
+}
+
+void TestLedgerBars::averageLine_data()
+{
+    QTest::addColumn<QList<qint64>>("counts");
+    QTest::addColumn<double>("share");
+    QTest::newRow("one") << QList<qint64>{5} << 1.0;
+    QTest::newRow("half") << QList<qint64>{0, 100} << 0.5;
+    QTest::newRow("all equal") << QList<qint64>(60, 137) << 1.0;
+    QTest::newRow("one of sixty") << (QList<qint64>(59, 0) + QList<qint64>{600}) << 1 / 60.0;
+    QTest::newRow("with a fraction") << QList<qint64>{1, 2, 2} << 5 / 6.0;
+    QTest::newRow("none") << QList<qint64>{0, 0, 0} << -1.0;
+}
+
+void TestLedgerBars::averageLine()
+{
+    QFETCH(QList<qint64>, counts);
+    QFETCH(double, share);
+    for (const bool dark : {false, true}) {
+        LedgerRig rig;
+        rig.window.setDark(dark);
+        for (const qint64 count : counts)
+            rig.close(count);
+        const Palette colors(dark);
+        QColor line = colors.thread;
+        line.setAlphaF(0.8F);
+        const QRect chart = rig.histogram().column(counts.size() - 1);
+        const QImage image = picture(rig.histogram());
+        // Where there is no bar, in the gap before the last.
+        const auto points = pointsOf(image, chart.left() - 1, over(line, colors.surface));
+        if (share < 0) {
+            QCOMPARE(points, QList<int>{});
+            continue;
+        }
+        QCOMPARE(points.size(), 1);
+        const double expected = chart.top() + (1 - share) * chart.height();
+        QVERIFY(std::abs(points.constFirst() - expected) <= 1);
+        // From one end of the chart to the other.
+        const int left = qRound(drawnTexts(rig.histogram()).constFirst().rect.left());
+        QVERIFY(pointsOf(image, left, over(line, colors.surface)).contains(points.constFirst())
+                || counts.size() == 60);
+    }
+}
+
+void TestLedgerBars::ledgersWithoutTransactions()
+{
+    LedgerRig rig;
+    for (int i = 0; i < 60; ++i)
+        rig.close(0);
+    const QImage image = picture(rig.histogram());
+    const QColor surface = Palette(false).surface;
+    for (const qsizetype i : {0, 30, 59}) {
+        const QRect column = rig.histogram().column(i);
+        QVERIFY(image.pixelColor(column.center().x(), column.bottom() - 1) != surface);
+        QCOMPARE(image.pixelColor(column.center().x(), column.bottom() - 3), surface);
+    }
+}
+
+TIDEWICK_GUI_TEST_MAIN(TestLedgerBars)
+#include "tst_ledgerbars.moc"

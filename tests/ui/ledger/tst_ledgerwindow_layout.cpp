@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "support/Surroundings.h"
+#include "ui/DrawnTexts.h"
+#include "ui/ledger/LedgerRig.h"
+
+#include <QApplication>
+#include <QLabel>
+
+using namespace tidewick;
+
+/// The window's parts in all its sizes.
+class TestLedgerWindowLayout : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fits_data();
+    void fits();
+    void fitsHugeFigures();
+    void leastSize_data();
+    void leastSize();
+    void listTakesTheRest();
+    void staysReadableOnAWideScreen();
+    void followsTheFont();
+    void footnote_data();
+    void footnote();
+};
+
+namespace {
+
+void setPoints(LedgerRig &rig, int points)
+{
+    QFont font = rig.window.font();
+    font.setPointSize(points);
+    rig.window.setFont(font);
+}
+
+QList<QWidget *> parts(const LedgerRig &rig)
+{
+    QList<QWidget *> parts;
+    for (QWidget *part : rig.window.findChildren<QWidget *>(Qt::FindDirectChildrenOnly))
+        if (part->isVisible())
+            parts += part;
+    return parts;
+}
+
+/// What is wrong with the window's parts and their texts; empty where all is well.
+QString flaws(const LedgerRig &rig)
+{
+    const auto isCut = [](const QString &text) {
+        return text.endsWith(u'…') && text != u"waiting…" && text != u"Connecting…"
+               && text != u"Waiting for transactions…";
+    };
+    QStringList flaws;
+    const QList<QWidget *> all = parts(rig);
+    for (const QWidget *part : all) {
+        if (!rig.window.rect().contains(part->geometry()))
+            flaws += part->accessibleName() + QStringLiteral(" is not in the window");
+        for (const QWidget *other : all)
+            if (other != part && other->geometry().intersects(part->geometry()))
+                flaws += part->accessibleName() + QStringLiteral(" on ") + other->accessibleName();
+    }
+    QList<QWidget *> painters = all;
+    painters += rig.list().viewport();
+    for (QWidget *part : painters) {
+        const QList<DrawnText> texts = drawnTexts(*part);
+        // Rows go on below the list's edge.
+        const QRectF room = part == rig.list().viewport() ? QRectF(0, 0, part->width(), 9999)
+                                                          : QRectF(part->rect());
+        for (const DrawnText &text : texts) {
+            if (isCut(text.text))
+                flaws += QStringLiteral("cut: ") + text.text;
+            if (!room.adjusted(0, -1, 0, 1).contains(text.rect))
+                flaws += QStringLiteral("outside: ") + text.text;
+            for (const DrawnText &other : texts)
+                if (&other != &text && other.rect.adjusted(1, 1, -1, -1).intersects(text.rect))
+                    flaws += text.text + QStringLiteral(" on ") + other.text;
+        }
+    }
+    return flaws.join(u'\n');
+}
+
+} // namespace
+
+void TestLedgerWindowLayout::fits_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("points");
+    for (const QSize size :
+         {QSize(640, 560), QSize(800, 780), QSize(1600, 1000), QSize(3840, 2160)})
+        for (int points = 9; points <= 20; ++points)
+            QTest::addRow("%d x %d, %d pt", size.width(), size.height(), points) << size << points;
+}
+
+void TestLedgerWindowLayout::fits()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, points);
+    LedgerRig rig(size);
+    setPoints(rig, points);
+    QCOMPARE(flaws(rig), QString());
+    rig.fill();
+    QCOMPARE(rig.window.size(), size.expandedTo(rig.window.minimumSize()));
+    QCOMPARE(flaws(rig), QString());
+    rig.pointAt(rig.bar(0));
+    QCOMPARE(flaws(rig), QString());
+    // Two transactions at least are to be seen.
+    const QList<DrawnText> texts = drawnTexts(*rig.list().viewport());
+    const QString second = rig.list().row(rig.list().model()->index(1, 0)).type;
+    QVERIFY(std::any_of(texts.begin(), texts.end(), [&](const DrawnText &text) {
+        return text.text == second && text.rect.bottom() <= rig.list().viewport()->height();
+    }));
+}
+
+/// Figures that no ledger has are cut, and do not lie over what is beside them.
+void TestLedgerWindowLayout::fitsHugeFigures()
+{
+    LedgerRig rig({640, 560});
+    constexpr qint64 most = 9'007'199'254'740'991;
+    rig.stream.close(most, most, 1);
+    rig.pointAt(rig.bar(0));
+    for (const int points : {10, 20}) {
+        setPoints(rig, points);
+        for (const QString &flaw : flaws(rig).split(u'\n', Qt::SkipEmptyParts))
+            QVERIFY2(flaw.startsWith(QStringLiteral("cut: ")), qPrintable(flaw));
+    }
+}
+
+void TestLedgerWindowLayout::leastSize_data()
+{
+    QTest::addColumn<int>("points");
+    for (const int points : {9, 10, 12, 15, 20})
+        QTest::addRow("%d pt", points) << points;
+}
+
+void TestLedgerWindowLayout::leastSize()
+{
+    QFETCH(int, points);
+    LedgerRig rig;
+    setPoints(rig, points);
+    rig.fill();
+    rig.window.resize(10, 10);
+    QCOMPARE(rig.window.size(), rig.window.minimumSize());
+    QCOMPARE(flaws(rig), QString());
+    // In the usual sizes of text, as small a window as can be asked for.
+    if (points <= 10)
+        QCOMPARE(rig.window.minimumSize(), QSize(640, 560));
+}
+
+void TestLedgerWindowLayout::listTakesTheRest()
+{
+    LedgerRig rig;
+    rig.fill();
+    const QWidget &card = *rig.list().parentWidget();
+    QMap<QWidget *, int> heights;
+    for (QWidget *part : parts(rig))
+        heights[part] = part->height();
+    rig.window.resize(800, 980);
+    for (QWidget *part : parts(rig))
+        QCOMPARE(part->height(), heights[part] + (part == &card ? 200 : 0));
+    QVERIFY(rig.list().height() > card.height() - 60);
+}
+
+void TestLedgerWindowLayout::staysReadableOnAWideScreen()
+{
+    LedgerRig rig({3840, 2160});
+    rig.fill();
+    for (const QWidget *part : parts(rig)) {
+        QVERIFY(part->width() <= 1200);
+        QVERIFY(part->y() > 0 && part->geometry().bottom() < 2160);
+    }
+    QCOMPARE(rig.histogram().geometry().center().x(), rig.window.rect().center().x());
+}
+
+void TestLedgerWindowLayout::followsTheFont()
+{
+    LedgerRig rig({1600, 2000});
+    rig.fill();
+    const auto widthOfTitle = [&] { return drawnTexts(rig.histogram()).constFirst().rect.width(); };
+    const auto mark = [&] {
+        const QImage row = rig.list()
+                               .viewport()
+                               ->grab(rig.list().visualRect(rig.list().model()->index(8, 0)))
+                               .toImage();
+        QRect green;
+        for (int x = row.width() - 60; x < row.width(); ++x) {
+            for (int y = 0; y < row.height(); ++y) {
+                const QColor color = row.pixelColor(x, y);
+                if (color.green() > color.red() + 60)
+                    green |= QRect(x, y, 1, 1);
+            }
+        }
+        return green.size();
+    };
+    setPoints(rig, 10);
+    const double title = widthOfTitle();
+    const QSize checkmark = mark();
+    QVERIFY(checkmark.width() > 8 && checkmark.width() == checkmark.height());
+    setPoints(rig, 20);
+    QVERIFY(std::abs(widthOfTitle() - 2 * title) < title / 8);
+    QVERIFY(std::abs(mark().width() - 2 * checkmark.width()) <= 3);
+    setPoints(rig, 10);
+    QCOMPARE(widthOfTitle(), title);
+    QCOMPARE(mark(), checkmark);
+}
+
+void TestLedgerWindowLayout::footnote_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("narrow") << 640 << 2;
+    QTest::newRow("usual") << 800 << 1;
+    QTest::newRow("wide") << 2000 << 1;
+}
+
+void TestLedgerWindowLayout::footnote()
+{
+    QFETCH(int, width);
+    QFETCH(int, lines);
+    const LedgerRig rig({width, 780});
+    const auto *label = rig.window.findChild<QLabel *>();
+    QCOMPARE(label->text().split(u'\n').size(), lines);
+    QCOMPARE(label->text().replace(u'\n', u' '),
+             QStringLiteral("Click a ledger or a transaction to open it on xrplexplorer.com. "
+                            "Everything here comes from your node's own stream."));
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QCOMPARE(label->geometry().center().x(), rig.window.rect().center().x());
+    QCOMPARE(label->height(), lines * QFontMetrics(label->font()).height());
+}
+
+TIDEWICK_GUI_TEST_MAIN(TestLedgerWindowLayout)
+#include "tst_ledgerwindow_layout.moc"

@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "desktop/FileBrowser.h"
+#include "platform/files/Files.h"
+#include "support/Surroundings.h"
+#include "ui/FormRig.h"
+#include "ui/controls/ToolTip.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+
+using namespace tidewick;
+
+/// The settings window beside a real node, and its ways to the desktop.
+class TestSettingsWindowNode : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void followsTheNode();
+    void fixesTheEngineDuringARun();
+    void letsTheEngineBeSetAfterARun();
+    void closesTheListOfWhatIsFixedNow();
+    void keepsTheFocusFromNeighbours();
+    void asksNothingOfAnotherStore();
+    void choicesApplyFromTheNextStart();
+    void revealsTheDataFolder();
+    void opensTheConfiguration();
+    void saysWhenNothingOpens();
+
+private:
+    using Rig = SettingsRig;
+};
+
+namespace {
+
+const QString whileRunning = QStringLiteral("Stop the node to change how often it tidies up.");
+
+} // namespace
+
+void TestSettingsWindowNode::followsTheNode()
+{
+    Rig rig;
+    rig.node.node().start();
+    QVERIFY(rig.node.waitForPhase(Phase::Full));
+    const NodeStatus &status = rig.node.status();
+    QVERIFY(status.freeSpace != NodeStatus::unknown());
+    QVERIFY(shownTexts(*rig.window)
+                .contains(status.storeSize + QStringLiteral(" · ") + status.freeSpace));
+}
+
+void TestSettingsWindowNode::fixesTheEngineDuringARun()
+{
+    Rig rig;
+    const int height = rig.window->height();
+    QVERIFY(rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(!shownTexts(*rig.window).contains(whileRunning));
+
+    rig.node.node().start();
+    QVERIFY(!rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(shownTexts(*rig.window).contains(whileRunning));
+    QTRY_VERIFY(rig.window->height() < height);
+    for (const auto question : {Rig::AfterFull, Rig::HardCap, Rig::DiskGuard})
+        QVERIFY(rig.picker(question)->isEnabled());
+}
+
+void TestSettingsWindowNode::letsTheEngineBeSetAfterARun()
+{
+    Rig rig;
+    const int height = rig.window->height();
+    QVERIFY(rig.node.startUntil(Phase::Full));
+    rig.node.node().stop();
+    QVERIFY(!rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(rig.node.waitForPhase(Phase::Stopped));
+    QVERIFY(rig.picker(Rig::RoundGrowth)->isEnabled());
+    QVERIFY(!shownTexts(*rig.window).contains(whileRunning));
+    QTRY_COMPARE(rig.window->height(), height);
+}
+
+void TestSettingsWindowNode::closesTheListOfWhatIsFixedNow()
+{
+    Rig rig;
+    rig.picker(Rig::RoundGrowth)->showPopup();
+    QVERIFY(rig.picker(Rig::RoundGrowth)->view()->isVisible());
+    rig.node.node().start();
+    QVERIFY(!rig.picker(Rig::RoundGrowth)->view()->isVisible());
+}
+
+void TestSettingsWindowNode::keepsTheFocusFromNeighbours()
+{
+    Rig rig;
+    rig.picker(Rig::RoundGrowth)->setFocus();
+    rig.node.node().start();
+    rig.key(Qt::Key_Space);
+    rig.key(Qt::Key_Return);
+    QVERIFY(rig.revealed.isEmpty());
+    QCOMPARE(rig.opened, QList<QUrl>());
+}
+
+/// How far the store grows is a question for Mossgrid.
+void TestSettingsWindowNode::asksNothingOfAnotherStore()
+{
+    Rig rig;
+    rig.window.reset();
+    writeFile(rig.node.bundle().resource("build-info"), "store=NuDB\n");
+    SettingsHost host;
+    host.defaults = rig.defaults;
+    rig.window = std::make_unique<SettingsWindow>(rig.node.node(), host);
+    showActive(*rig.window);
+    QCOMPARE(rig.window->findChildren<Picker *>().size(), 3);
+    const QStringList texts = shownTexts(*rig.window);
+    QVERIFY(texts.contains(QStringLiteral("Store now")));
+    QVERIFY(!texts.contains(QStringLiteral("Tidy up each time the store grows by")));
+    rig.node.node().start();
+    QVERIFY(rig.node.waitForPhase(Phase::Full));
+    QVERIFY(!shownTexts(*rig.window)
+                 .contains(QStringLiteral("Stop the node to change how often it tidies up.")));
+}
+
+void TestSettingsWindowNode::choicesApplyFromTheNextStart()
+{
+    Rig rig;
+    QTest::keyClick(rig.picker(Rig::RoundGrowth), Qt::Key_Down);
+    QVERIFY(rig.node.startUntil(Phase::Full));
+    QVERIFY(contentOf(rig.node.data() / "xrpld.cfg").contains("4096"));
+}
+
+void TestSettingsWindowNode::revealsTheDataFolder()
+{
+    Rig rig;
+    const QString path = Files::display(rig.node.data());
+    const QWidget *row = button(*rig.window, "Show in Finder")->parentWidget();
+    QCOMPARE(row->toolTip(), ToolTip::plain(path));
+    QTest::mouseClick(button(*rig.window, "Show in Finder"), Qt::LeftButton);
+    QCOMPARE(rig.revealed, QList({rig.node.data()}));
+    QCOMPARE(rig.opened, QList<QUrl>());
+    // Without a file browser that selects, the folder is opened.
+    rig.reveals = false;
+    QTest::keyClick(button(*rig.window, "Show in Finder"), Qt::Key_Return);
+    QCOMPARE(rig.revealed.size(), 2);
+    QCOMPARE(rig.opened, QList({FileBrowser::url(rig.node.data())}));
+}
+
+void TestSettingsWindowNode::opensTheConfiguration()
+{
+    Rig rig;
+    QTest::keyClick(button(*rig.window, "View"), Qt::Key_Space);
+    QCOMPARE(rig.opened, QList({FileBrowser::url(rig.node.data() / "xrpld.cfg")}));
+    QVERIFY(rig.revealed.isEmpty());
+}
+
+void TestSettingsWindowNode::saysWhenNothingOpens()
+{
+    Rig rig;
+    const QString word = QStringLiteral("Nothing on this desktop opens %1.")
+                             .arg(Files::display(rig.node.data() / "xrpld.cfg"));
+    rig.opens = false;
+    QTest::mouseClick(button(*rig.window, "View"), Qt::LeftButton);
+    QCOMPARE(shownTexts(*rig.window).constLast(), word);
+    rig.opens = true;
+    QTest::mouseClick(button(*rig.window, "View"), Qt::LeftButton);
+    QVERIFY(!shownTexts(*rig.window).contains(word));
+}
+
+TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestSettingsWindowNode)
+#include "tst_settingswindow_node.moc"
