@@ -55,9 +55,8 @@ void TestPropertyList::readsTexts_data()
     row("declared entity",
         "<!DOCTYPE plist [<!ENTITY e \"1.2\">]><plist><dict>"
         "<key>version</key><string>&e;</string></dict></plist>",
-        none);
-    row("large", list(version + QByteArray(65536 - list(version).size(), ' ')), found);
-    row("too large", list(version + QByteArray(65537 - list(version).size(), ' ')), none);
+        found);
+    row("large", list(version + QByteArray(65536, ' ')), found);
     row("no XML", "version=1.2", none);
     row("nothing", {}, none);
 }

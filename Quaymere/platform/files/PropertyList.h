@@ -10,9 +10,8 @@
 
 namespace tidewick::PropertyList {
 
-/// The text that a property list in XML has under that key of its outermost dictionary. Nothing
-/// when there is no such key, when its value is no text, when this is no property list, or when it
-/// is a very large one or declares entities.
+/// The string under that key in the outermost dictionary of an XML property list. Nothing if there
+/// is no such key, its value is not a string, or this is not a property list.
 std::optional<QString> text(const QByteArray &xml, QStringView key);
 
 } // namespace tidewick::PropertyList
