@@ -5,14 +5,15 @@
 
 #include <QtGlobal>
 
-/// Where the node listens, on 127.0.0.1 only. Fixed: the configuration template names the same.
+/// The node's ports. It listens on 127.0.0.1 only. The numbers are fixed: the configuration
+/// template contains the same ones.
 namespace tidewick::NodePorts {
 
 inline constexpr quint16 rpc = 15005;
 inline constexpr quint16 webSocket = 16006;
 
-/// Where other nodes call in to one that lets them, which ours does not: a listener there is
-/// another node on this machine.
+/// The port on which a node accepts connections from peers, if it accepts any. Ours does not, so a
+/// listener on this port is another node on this machine.
 inline constexpr quint16 peers = 51235;
 
 } // namespace tidewick::NodePorts

@@ -27,15 +27,15 @@ std::filesystem::path fileOf(const std::string &suite)
     return Folders::settings() / (suite + ".ini");
 }
 
-/// Keys may hold text from the node. A slash would make a group of it and a backslash a warning, so
-/// all but the plain characters are written as percent codes.
+/// Keys may contain text from the node. QSettings would treat a slash as a group separator and warn
+/// about a backslash, so all but the plain characters are percent-encoded.
 QString storedKey(const QString &key)
 {
     return QString::fromLatin1(QUrl::toPercentEncoding(key));
 }
 
-/// Brings the names in a folder to disk, a file's new one among them. Where that cannot be done
-/// they come there a little later by themselves.
+/// Flushes a folder's entries to disk, including the new name of a file. If that fails, the system
+/// writes them a little later anyway.
 void syncFolder(const std::filesystem::path &folder)
 {
     const UniqueDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -71,8 +71,8 @@ bool Defaults::contains(const QString &key) const
     return m_settings->contains(storedKey(key));
 }
 
-/// A hand may have edited the file: QSettings takes what has a comma for a list, and there are no
-/// booleans but those somebody wrote.
+/// The file may have been edited by hand: QSettings parses a value with a comma as a list, and
+/// booleans occur only if somebody wrote them.
 QString Defaults::text(const QString &key) const
 {
     const QVariant value = m_settings->value(storedKey(key));
@@ -101,8 +101,8 @@ bool Defaults::setReal(const QString &key, double value)
     return set(key, QString::fromStdString(NumberText::shortest(value)));
 }
 
-/// Numbers are kept as text: QSettings would round 12.9 to 13 when read back as an integer before
-/// it is saved, and to 0 afterwards.
+/// Stores numbers as text: QSettings would round 12.9 to 13 when it is read back as an integer
+/// before it is saved, and to 0 afterwards.
 bool Defaults::set(const QString &key, const QString &text)
 {
     return change([&](QSettings &store) { store.setValue(storedKey(key), text); });
@@ -118,9 +118,10 @@ bool Defaults::change(const std::function<void(QSettings &)> &change)
     try {
         Files::createFolders(m_file.parent_path());
     } catch (const FileError &) {
-        // The store then says that it cannot be written.
+        // QSettings then reports that the file cannot be written.
     }
-    // The status of one object stays bad after a failure; objects on one file share what it holds.
+    // A QSettings object keeps its error status after a failure, so each change uses a new one.
+    // Objects for the same file share their content.
     QSettings store(m_settings->fileName(), QSettings::IniFormat);
     change(store);
     store.sync();
@@ -128,7 +129,7 @@ bool Defaults::change(const std::function<void(QSettings &)> &change)
         qCWarning(lcDefaults, "%s cannot be written", m_file.c_str());
         return false;
     }
-    // QSettings has brought the file's content to disk, but not yet its name.
+    // QSettings has flushed the file's content to disk, but not yet its name.
     syncFolder(m_file.parent_path());
     return true;
 }

@@ -14,41 +14,41 @@ class QSettings;
 
 namespace tidewick {
 
-/// A per-user store of settings that tells an absent key from a stored 0. One INI file a suite, in
-/// the folder "Tidewick" of the user's configuration folder. A handle: copies share the store, and
-/// handles on one suite see each other's writes at once. A write is on disk when it returns; one
-/// that fails counts in this process all the same, and is tried again with the next. Main thread
-/// only.
+/// A per-user settings store that distinguishes an absent key from a stored 0. Each suite is an INI
+/// file in the folder "Tidewick" of the user's configuration folder. This is a handle: copies share
+/// the store, and handles to the same suite see each other's writes immediately. A write is on disk
+/// when the call returns. A write that fails still takes effect in this process and is retried with
+/// the next one. Main thread only.
 class Defaults
 {
 public:
     /// The application's own settings.
     static Defaults standard();
 
-    /// Another suite; nothing when its name cannot be a file's or its file cannot be read.
+    /// Another suite. Nothing if its name is not a valid file name or its file cannot be read.
     static std::optional<Defaults> suite(const QString &name);
 
     /// The store in this file.
     explicit Defaults(std::filesystem::path file);
 
-    /// Where the store is, whether it exists yet or not.
+    /// The path of the store's file, which need not exist yet.
     const std::filesystem::path &file() const { return m_file; }
 
     bool contains(const QString &key) const;
 
-    /// The stored value as an integer. 0 when absent; text gives the integer it begins with, held
-    /// to the limits of the type.
+    /// The stored value as an integer; 0 if absent. Text yields the integer it begins with, clamped
+    /// to the range of the type.
     qint64 integer(const QString &key) const;
 
-    /// The stored value as a number. 0 when absent; text gives the number it begins with.
+    /// The stored value as a number; 0 if absent. Text yields the number it begins with.
     double real(const QString &key) const;
 
-    /// False when it cannot be stored, as with the two below.
+    /// Returns false if the change cannot be stored, as do the two functions below.
     bool setInteger(const QString &key, qint64 value);
     bool setReal(const QString &key, double value);
     bool remove(const QString &key);
 
-    /// Takes up what other programs have written since.
+    /// Picks up changes that other programs have written.
     void refresh();
 
 private:

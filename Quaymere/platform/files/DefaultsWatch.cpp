@@ -33,7 +33,8 @@ DefaultsWatch::State DefaultsWatch::state() const
                                  status.st_ctim.tv_sec, status.st_ctim.tv_nsec};
 }
 
-/// The folder changes with other files too, with the lock of each attempt to write among them.
+/// The folder also reports changes to other files, including the lock file of every attempt to
+/// write.
 void DefaultsWatch::look()
 {
     watch();
@@ -45,9 +46,9 @@ void DefaultsWatch::look()
     emit changed();
 }
 
-/// The file for what is written in place, its folder for what takes its place; while there is no
-/// folder, the nearest one in which it may come to be. The file is watched anew each time, since it
-/// may be another one under the same name.
+/// Watches the file for changes in place and its folder for a replacement of the file. While the
+/// folder does not exist, watches the nearest existing ancestor, in which it may be created.
+/// Watches the file again each time, because it may be a different file under the same name.
 void DefaultsWatch::watch()
 {
     std::filesystem::path folder = m_defaults.file().parent_path();

@@ -13,9 +13,9 @@
 
 namespace tidewick {
 
-/// Tells when somebody has changed the file of a store: this process, another one or a hand, in
-/// place or by putting another file there. The store has taken it up by then. Owned by who wants to
-/// know; main thread only.
+/// Reports changes to a store's file, whether made by this process, by another one or by hand, and
+/// whether in place or by replacing the file. The store has read the change before the signal is
+/// emitted. Owned by the interested object; main thread only.
 class DefaultsWatch final : public QObject
 {
     Q_OBJECT
@@ -27,8 +27,8 @@ signals:
     void changed();
 
 private:
-    /// What is another one when the file is: device, inode, size, and the time of the last change
-    /// in seconds and nanoseconds. Nothing where there is no file.
+    /// Identifies a version of the file: device, inode, size, and the time of the last status
+    /// change in seconds and nanoseconds. Nothing if the file does not exist.
     using State = std::optional<std::array<qint64, 5>>;
 
     State state() const;

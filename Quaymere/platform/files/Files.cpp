@@ -111,8 +111,8 @@ int waitForEvents(int descriptor, short events, std::chrono::milliseconds limit)
 
 namespace {
 
-/// mkstemp's 0600 would hide the file from the user's group and others; this is what open would
-/// give.
+/// The mode that open would give. The 0600 of mkostemp would hide the file from the user's group
+/// and from others.
 mode_t newFileMode()
 {
     const mode_t mask = ::umask(0);
@@ -128,7 +128,7 @@ void writeAtomically(const std::filesystem::path &path, const QByteArray &conten
     UniqueDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!file)
         throw FileError::fromErrno(path);
-    // close can be where a network or quota error shows, so its answer counts too.
+    // A network or quota error may appear only in close, so its result counts too.
     const bool written =
         ::fchmod(file.get(), newFileMode()) == 0
         && writeAll(file.get(), content.constData(), static_cast<std::size_t>(content.size()))

@@ -13,25 +13,25 @@
 #include <system_error>
 #include <utility>
 
-// File names are bytes on this system, so paths travel as std::filesystem::path: a data folder
-// whose name is not UTF-8 works like any other. They become QString where a person reads them, and
-// where Qt itself keeps a file: the settings and the lock of the application need a folder in
-// UTF-8.
+// File names are bytes on this system, so paths are passed as std::filesystem::path: a data folder
+// whose name is not UTF-8 works like any other. Paths are converted to QString for display and
+// where Qt itself manages the file: the application's settings and lock file need a folder whose
+// path is UTF-8.
 
 namespace tidewick {
 
-/// A failed operation on a file, with a text for the person who has to mend it: "<path>: <reason>".
+/// A failed file operation, with a text for the user who has to fix it: "<path>: <reason>".
 class FileError : public std::runtime_error
 {
 public:
     FileError(const std::filesystem::path &path, const std::string &reason);
     FileError(const std::filesystem::path &path, std::error_code code);
 
-    /// The error that errno holds now.
+    /// The error currently in errno.
     static FileError fromErrno(const std::filesystem::path &path);
 };
 
-/// An open file descriptor; closes it.
+/// Owns a file descriptor and closes it.
 class UniqueDescriptor
 {
 public:
@@ -47,7 +47,7 @@ public:
     ~UniqueDescriptor() { reset(); }
 
     int get() const { return m_descriptor; }
-    /// Leaves the closing to the caller.
+    /// Passes ownership to the caller.
     int release() { return std::exchange(m_descriptor, -1); }
     explicit operator bool() const { return m_descriptor >= 0; }
     void reset();
@@ -58,34 +58,34 @@ private:
 
 namespace Files {
 
-/// The path as a person reads it. Bytes that are not UTF-8 show as U+FFFD.
+/// The path for display. Bytes that are not UTF-8 appear as U+FFFD.
 QString display(const std::filesystem::path &path);
 
-/// The whole file. Throws FileError.
+/// Reads the whole file. Throws FileError.
 QByteArray read(const std::filesystem::path &path);
 
-/// The whole file, which must be UTF-8 throughout. Throws FileError.
+/// Reads the whole file, which must be valid UTF-8. Throws FileError.
 QString readText(const std::filesystem::path &path);
 
-/// Writes beside `path` and renames over it, so that a reader sees the old content or the new one,
-/// whole. A failure leaves the old content and no other trace. Mode 0644 before the umask.
-/// Throws FileError.
+/// Writes a temporary file beside `path` and renames it to `path`, so that readers see either the
+/// complete old content or the complete new content. On failure, the old content stays and the
+/// temporary file is removed. The new file has mode 0644 before the umask. Throws FileError.
 void writeAtomically(const std::filesystem::path &path, const QByteArray &content);
 
-/// Makes the folder and those above it that are missing, closed to other users. One that is there
-/// stays as it is, a link to one too. Throws FileError.
+/// Creates the folder and any missing parents, inaccessible to other users. A folder that already
+/// exists is left unchanged, as is a link to one. Throws FileError.
 void createFolders(const std::filesystem::path &folder);
 
-/// The same for a folder that nobody else may have a hand in: one that belongs to another user is
-/// refused, and so is a link that does.
+/// Like createFolders(), for a folder that no other user may control: refuses a folder that belongs
+/// to another user, and a link that does.
 void createOwnFolder(const std::filesystem::path &folder);
 
-/// Writes all of it, however many calls that takes, waiting where a descriptor that does not block
-/// has no room. False with errno set on failure.
+/// Writes all the data, in as many calls as necessary. Waits if a non-blocking descriptor has no
+/// room. Returns false with errno set on failure.
 bool writeAll(int descriptor, const char *data, std::size_t size);
 
-/// Waits for one of these events of poll(2), whatever signals come between. 0 when none has come in
-/// time, negative with errno set on failure.
+/// Waits for one of these poll(2) events and continues to wait after interrupting signals. Returns
+/// 0 if none occurs in time, or a negative value with errno set on failure.
 int waitForEvents(int descriptor, short events, std::chrono::milliseconds limit);
 
 } // namespace Files

@@ -26,7 +26,8 @@ fs::path withoutTrailingSlash(const fs::path &path)
     return text;
 }
 
-/// The folder a variable names, if it is absolute; a relative one would move with the program.
+/// The folder named by an environment variable. Empty unless it is absolute: a relative one would
+/// depend on the working directory.
 fs::path fromEnvironment(const char *variable)
 {
     const char *value = std::getenv(variable);
@@ -80,7 +81,7 @@ fs::path lockFile(const std::string &name)
     try {
         Files::createFolders(folder);
     } catch (const FileError &) {
-        // Then no lock can be had there, which whoever asks for it finds out.
+        // The caller finds out when it cannot create the lock.
     }
     return folder / (name + ".lock");
 }

@@ -8,32 +8,33 @@
 
 namespace tidewick::Folders {
 
-/// Where applications keep their data: $XDG_DATA_HOME if absolute, else ~/.local/share.
-/// Nothing is created here.
+/// The folder where applications keep their data: $XDG_DATA_HOME if absolute, else ~/.local/share.
+/// Creates nothing.
 std::filesystem::path applicationSupport();
 
-/// Where applications keep their settings: $XDG_CONFIG_HOME if absolute, else ~/.config.
+/// The folder where applications keep their settings: $XDG_CONFIG_HOME if absolute, else ~/.config.
 std::filesystem::path configuration();
 
-/// Where this application keeps its settings: "Tidewick" in configuration().
+/// The folder where this application keeps its settings: "Tidewick" in configuration().
 std::filesystem::path settings();
 
-/// For what need not last: $TMPDIR, else /tmp. Throws as fromOperand for a relative $TMPDIR.
+/// The folder for temporary files: $TMPDIR, else /tmp. A relative $TMPDIR is resolved by
+/// fromOperand() and throws as that does.
 std::filesystem::path temporary();
 
-/// A name in temporary() that nobody else has or can guess: the prefix, then 32 digits in upper
-/// case with dashes. Nothing is created.
+/// A unique path in temporary() that nobody can guess: the prefix, then a UUID of 32 uppercase
+/// hexadecimal digits with dashes. Creates nothing.
 std::filesystem::path newTemporary(const std::string &prefix);
 
-/// A lock of this user's: "<name>.lock" in $XDG_RUNTIME_DIR if that is absolute, else beside the
-/// settings, in a folder made for it. Never in one open to all, where anybody could have taken the
-/// name.
+/// The path of a lock file of this user: "<name>.lock" in $XDG_RUNTIME_DIR if that is absolute,
+/// else in the settings folder, which is created if necessary. Never in a world-writable folder,
+/// where another user could have claimed the name.
 std::filesystem::path lockFile(const std::string &name);
 
-/// A folder as named on a command line, made absolute against the current one: an absolute name
-/// stays as it is but for slashes at its end; in a relative one dot segments are resolved, and the
-/// empty name is the current folder. No "~", no percent decoding, no look at the disk.
-/// Throws FileError where the current folder is no more.
+/// A folder named on the command line, made absolute against the current working directory. An
+/// absolute path only loses trailing slashes. In a relative path, dot segments are resolved; the
+/// empty path is the working directory. Does not expand "~", decode percent escapes or access the
+/// folder on disk. Throws FileError if the working directory no longer exists.
 std::filesystem::path fromOperand(const std::string &operand);
 
 } // namespace tidewick::Folders

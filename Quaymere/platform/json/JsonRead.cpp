@@ -16,7 +16,7 @@ std::optional<QJsonObject> parseObject(const QByteArray &text)
 QJsonValue member(const QJsonObject &object, QLatin1String name)
 {
     const auto found = object.constFind(name);
-    // Qt 6.8 finds names as well that have a NUL behind.
+    // Qt 6.8 also finds names that continue with a NUL.
     if (found == object.constEnd() || found.key().size() != name.size())
         return QJsonValue::Undefined;
     return *found;
@@ -36,7 +36,7 @@ std::optional<qint64> integer(const QJsonValue &value)
 {
     if (value.isBool())
         return value.toBool() ? 1 : 0;
-    // toInteger answers with its argument for fractions and for values that do not fit.
+    // toInteger returns its argument for fractions and for values that do not fit.
     if (value.isDouble() && value.toInteger(0) == value.toInteger(1))
         return value.toInteger();
     return std::nullopt;

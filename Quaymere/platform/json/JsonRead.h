@@ -8,15 +8,15 @@
 
 #include <optional>
 
-// Reading members of messages nobody vouches for: a member that is absent, null or of the wrong
-// type is the same "nothing".
+// Reads members of untrusted messages. A member that is absent, null or of the wrong type counts as
+// missing in all three cases.
 
 namespace tidewick::JsonRead {
 
-/// The text as a JSON object; nothing when it is not valid JSON or something else.
+/// Parses the text as a JSON object. Nothing if it is not valid JSON or not an object.
 std::optional<QJsonObject> parseObject(const QByteArray &text);
 
-/// The member of exactly this name; undefined where there is none.
+/// The member with exactly this name; undefined if there is none.
 QJsonValue member(const QJsonObject &object, QLatin1String name);
 
 std::optional<QString> string(const QJsonValue &value);

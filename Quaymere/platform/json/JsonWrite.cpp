@@ -54,7 +54,7 @@ void Writer::write(const QJsonValue &value)
     }
 }
 
-/// QJsonObject goes through its members in the order of their names.
+/// QJsonObject iterates over its members in the order of their names.
 void Writer::writeObject(const QJsonObject &object)
 {
     open(u'{');
@@ -116,7 +116,7 @@ void Writer::separate(bool first)
     breakLine();
 }
 
-/// What is empty keeps an empty line between its brackets.
+/// An empty object or array has an empty line between its brackets.
 void Writer::close(QChar bracket, bool empty)
 {
     if (empty)

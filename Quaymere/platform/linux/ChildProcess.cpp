@@ -26,21 +26,23 @@ namespace tidewick {
 
 namespace {
 
-/// The steps of a start that can fail in the child, each with its own file to blame.
+/// The steps of a start that can fail in the child. The step decides which file the error names.
 enum class Step : int { Folder, Execute, Other };
 
-/// What the parent lets the child go on with: whether somebody watches over it already.
+/// The byte with which the parent lets the child continue. It says whether a watchdog process
+/// guards the child already.
 constexpr char goUnguarded = 1;
 constexpr char goGuarded = 2;
 
-/// What the child reports when it could not become the new program.
+/// Sent by the child if it could not become the new program.
 struct StartFailure
 {
     Step step;
     int error;
 };
 
-/// Everything the child needs, laid out before the fork: after it, memory must not be allocated.
+/// Everything the child needs, prepared before the fork: after it, the child must not allocate
+/// memory.
 struct Launch
 {
     const char *executable;
@@ -76,8 +78,8 @@ void resetSignals()
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// Moves the three streams to descriptors 0 to 2. They are lifted out of that range first, so that
-/// none is overwritten before it is used.
+/// Moves the three streams to descriptors 0 to 2. They are duplicated to numbers above that range
+/// first, so that none is overwritten before it is used.
 bool placeStreams(std::array<int, 3> streams)
 {
     for (int &stream : streams) {
@@ -92,14 +94,14 @@ bool placeStreams(std::array<int, 3> streams)
     return true;
 }
 
-/// Marks all descriptors but the standard streams to be closed by exec, the channel's included:
-/// that is how the parent learns that exec has happened.
+/// Marks all descriptors except the standard streams as close-on-exec, including the channel: when
+/// it closes, the parent knows that exec has succeeded.
 bool closeOthersOnExec()
 {
     constexpr unsigned closeOnExec = 1U << 2; // CLOSE_RANGE_CLOEXEC
     if (::syscall(SYS_close_range, 3U, ~0U, closeOnExec) == 0)
         return true;
-    // Kernels before 5.11. The limit may be a billion; nobody has that many open.
+    // Kernels before 5.11. The limit may be a billion, but nobody has that many open.
     const long limit = std::min(::sysconf(_SC_OPEN_MAX), 1L << 20);
     for (long descriptor = 3; descriptor < limit; ++descriptor)
         ::fcntl(static_cast<int>(descriptor), F_SETFD, FD_CLOEXEC);
@@ -113,10 +115,11 @@ bool closeOthersOnExec()
     ::_exit(127);
 }
 
-/// Runs in the forked child. Only calls that are safe between fork and exec.
+/// Runs in the forked child. Makes only calls that are safe between fork and exec.
 [[noreturn]] void becomeProgram(const Launch &launch)
 {
-    // The parent lets go once it holds the process descriptor; where it cannot, it hangs up.
+    // The parent sends this byte once it holds the process descriptor. If it cannot get one, it
+    // closes the channel.
     char go = 0;
     if (::read(launch.channel, &go, 1) != 1)
         ::_exit(127);
@@ -136,7 +139,7 @@ bool closeOthersOnExec()
     reportAndExit(launch, Step::Execute);
 }
 
-/// Holds all signals back while it lives, so that no handler of this process runs in the child.
+/// Blocks all signals during its lifetime, so that no handler of this process runs in the child.
 class SignalsHeld
 {
 public:
@@ -154,7 +157,8 @@ private:
     sigset_t m_before{};
 };
 
-/// A caller that ignores SIGCHLD hands that down, and the kernel would then discard the status.
+/// Restores the default action of SIGCHLD. If this process was started with SIGCHLD ignored, the
+/// kernel would discard the child's exit status.
 void keepChildStatus()
 {
     struct sigaction action
@@ -176,7 +180,7 @@ FileError errorOf(const StartFailure &failure, const ChildSpec &spec)
     return {failure.step == Step::Folder ? spec.workingDirectory : spec.executable, reason};
 }
 
-/// Lets the child go on and waits for its exec. The failure it reports, or nothing.
+/// Lets the child continue and waits for its exec. Returns the failure it reports, if any.
 std::optional<StartFailure> finishStart(int channel, char go)
 {
     (void)!::send(channel, &go, 1, MSG_NOSIGNAL);
@@ -196,7 +200,7 @@ ProcessEnvironment currentEnvironment()
     for (char **entry = environ; *entry != nullptr; ++entry) {
         const std::string_view text(*entry);
         const std::size_t equals = text.find('=');
-        // Where a variable stands twice, getenv finds the first.
+        // If a variable occurs twice, getenv finds the first.
         if (equals != std::string_view::npos)
             environment.emplace(text.substr(0, equals), text.substr(equals + 1));
     }
@@ -287,7 +291,7 @@ void ChildProcess::send(int signalNumber)
 
 namespace {
 
-/// Nothing while the child runs (only with WNOHANG).
+/// Returns nothing while the child is running, which happens only with WNOHANG.
 std::optional<ChildProcess::Ending> collect(int process, int options)
 {
     siginfo_t information{};

@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-// On Linux it is CLOCK_MONOTONIC that stops during sleep and CLOCK_BOOTTIME that does not.
+// On Linux, CLOCK_MONOTONIC stops during sleep and CLOCK_BOOTTIME does not.
 ContinuousClock::time_point ContinuousClock::now() noexcept
 {
     timespec time{};

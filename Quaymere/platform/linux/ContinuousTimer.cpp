@@ -11,7 +11,8 @@ namespace tidewick {
 
 namespace {
 
-// Without a kernel timer the clock is looked at this often, so that time slept is noticed soon.
+// Without a kernel timer, the clock is checked this often, so that time spent asleep is noticed
+// soon.
 constexpr std::chrono::milliseconds fallbackStep{1000};
 
 } // namespace
@@ -47,7 +48,7 @@ bool ContinuousTimer::startKernelTimer()
     return true;
 }
 
-/// Descriptors can run out; a wait that then never ended would leave a node unwatched.
+/// Descriptors can run out. A wait that never ended would then leave a node unmonitored.
 void ContinuousTimer::startFallback()
 {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_when - ContinuousClock::now());

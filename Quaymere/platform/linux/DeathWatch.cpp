@@ -24,13 +24,14 @@ namespace tidewick {
 
 namespace {
 
-/// The number of processes guarded at a time; the oldest are let go beyond that.
+/// The maximum number of processes guarded at a time; beyond that, the oldest are dropped.
 constexpr std::size_t mostGuarded = 8;
 
-/// Between two looks at whether those told to end have ended.
+/// The interval between checks whether the processes told to end have ended.
 constexpr std::chrono::milliseconds lookInterval{100};
 
-/// A process to guard, with its descriptor, or one that is told to end by others, without.
+/// Names a process: one to guard if there is a descriptor with it, else one that is being told to
+/// end by other means.
 struct Message
 {
     Message()
@@ -59,7 +60,7 @@ struct Guarded
 
 using AllGuarded = std::array<Guarded, mostGuarded>;
 
-/// The next word from the program; nothing once it is gone.
+/// The next message from the program; nothing once the program has gone.
 std::optional<Guarded> receive(int channel)
 {
     Message message;
@@ -76,7 +77,8 @@ std::optional<Guarded> receive(int channel)
     return guarded;
 }
 
-/// Out of reach of the terminal and of whoever tells the program to end: this one goes last.
+/// Leaves the terminal's process group and ignores the signals that tell the program to end: this
+/// process has to end last.
 void standApart()
 {
     ::setpgid(0, 0);
@@ -84,8 +86,9 @@ void standApart()
         ::signal(number, SIG_IGN);
 }
 
-/// Closes everything but the channel and the lock, so that nobody waits for a stream that this
-/// process holds. Both are above the standard streams.
+/// Moves the channel to descriptor 0 and the lock to 1, and closes everything else, so that nobody
+/// waits for a stream that this process holds open. Both must come with numbers above the standard
+/// streams.
 void closeOthers(int channel, int lock)
 {
     ::dup2(channel, 0);
@@ -99,7 +102,7 @@ void closeOthers(int channel, int lock)
         ::close(descriptor);
 }
 
-/// Takes note of what the program says until it is gone.
+/// Handles the program's messages until it has gone. Returns the guarded processes.
 AllGuarded listen()
 {
     AllGuarded all{};
@@ -162,10 +165,11 @@ DeathWatch::DeathWatch(const std::filesystem::path &lockFile, std::chrono::secon
     const UniqueDescriptor theirs(ends[1]);
     const pid_t starter = ::fork();
     if (starter == 0) {
-        // Nobody's child here, so that it leaves no zombie if it is killed.
+        // The second fork makes the watchdog process nobody's child here, so that it leaves no
+        // zombie if it is killed.
         if (::fork() != 0)
             ::_exit(0);
-        ours.reset(); // or the end of the program would not be seen from here
+        ours.reset(); // otherwise the end of the program would go unnoticed here
         watch(theirs.get(), m_lock.get(), patience);
     }
     while (starter > 0 && ::waitpid(starter, nullptr, 0) < 0 && errno == EINTR) {
@@ -197,7 +201,8 @@ bool DeathWatch::guard(int process, pid_t id) const
     return ::sendmsg(m_channel.get(), &message.header, MSG_NOSIGNAL) > 0;
 }
 
-/// The lock is one with that of this program's own watch, which came by it in the fork.
+/// This program's own watchdog process inherited the descriptor in the fork, so the two share the
+/// lock.
 bool DeathWatch::isAlone() const
 {
     return !m_lock || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// Where branches are tracked, a jump to an address that was looked up has to land on an instruction
-// made for that. The C library's start files do not everywhere have it at the three places that the
-// loader jumps to. Here they do, and go on there.
+// With branch tracking, an indirect jump has to land on an instruction made for that. The C
+// library's start files do not always have one at the three addresses that the loader jumps to.
+// These entry points have one and jump on to the originals.
 
 __asm__(R"(
     .text

@@ -11,8 +11,9 @@ namespace fs = std::filesystem;
 
 Bundle Bundle::main()
 {
-    // Where /proc is not mounted the kernel still tells the name the program was started by. An
-    // executable replaced while it runs reads as "<path> (deleted)", which leaves its folder right.
+    // If /proc is not mounted, the kernel still provides the name the program was started by. If
+    // the executable was replaced while running, the link reads "<path> (deleted)", and its folder
+    // is still right.
     std::error_code error;
     fs::path executable = fs::read_symlink("/proc/self/exe", error);
     if (error)

@@ -14,7 +14,7 @@ namespace tidewick {
 
 namespace {
 
-/// The figure of a line such as "VmRSS:	   12345 kB", in bytes.
+/// The value of a line such as "VmRSS:	   12345 kB", in bytes.
 std::optional<qint64> figure(const QByteArray &status, const QByteArray &name)
 {
     const qsizetype begin = status.indexOf('\n' + name + ':');
@@ -48,9 +48,10 @@ std::optional<ProcessMemory> ProcessMemory::of(pid_t process)
 
 void ProcessMemory::giveBackFreed()
 {
-    // Left to itself, the allocator comes to keep twice the size of the largest block that was ever
-    // freed, at most 64 MiB, for each thread. Told what it begins with anyway, it stays with that;
-    // it also goes on to map every block from 128 KiB on by itself.
+    // By default, the allocator ends up keeping twice the size of the largest block ever freed, at
+    // most 64 MiB, for each thread. Setting the threshold to its initial value stops that
+    // adjustment. The allocator then also continues to map every block of 128 KiB or more
+    // separately.
     constexpr int kept = 128 * 1024;
     ::mallopt(M_TRIM_THRESHOLD, kept);
 }

@@ -30,10 +30,10 @@ ProcessEnvironment currentEnvironment();
 struct ChildSpec
 {
     std::filesystem::path executable;
-    /// Without the program's own name, which is `executable`.
+    /// Without the program's own name (argv[0]), which is `executable`.
     std::vector<std::string> arguments;
     ProcessEnvironment environment = currentEnvironment();
-    /// Empty: the current folder of this process.
+    /// If empty, the working directory of this process.
     std::filesystem::path workingDirectory;
 
     /// Descriptors of this process that become the child's standard streams.
@@ -41,21 +41,22 @@ struct ChildSpec
     int standardOutput = 1;
     int standardError = 2;
 
-    /// Out of reach of the terminal's Ctrl-C.
+    /// Puts the child in a process group of its own, out of reach of the terminal's Ctrl-C.
     bool ownProcessGroup = false;
 
-    /// Tells the child when this process has died, and has to outlive it; without one the kernel
-    /// does.
+    /// Sends SIGTERM to the child when this process has died; must outlive the child. If null, the
+    /// kernel sends the signal.
     const DeathWatch *deathWatch = nullptr;
 };
 
-/// A running child. It gets its three standard streams and no other descriptor, the default action
-/// and no mask for every signal, and SIGTERM should this process die first.
+/// A running child process. It inherits its three standard streams and no other descriptor. All its
+/// signals have the default action, and none is blocked. It receives SIGTERM if this process dies
+/// first.
 ///
-/// Owned by whoever started it; start it from the main thread, whose end is what the child takes
-/// for this process's death. Destroying the object leaves the child running. Signals reach this
-/// very child or nobody: it is held by a process descriptor, not by a number that could be used
-/// again.
+/// Owned by the code that started it. Start it from the main thread: the child takes the end of the
+/// thread that started it for the death of this process. Destroying the object leaves the child
+/// running. Signals reach this very child or nobody, because it is held by a process descriptor
+/// (pidfd) and not by an ID that could be reused.
 class ChildProcess final : public QObject
 {
     Q_OBJECT
@@ -68,8 +69,8 @@ public:
         bool signaled;
     };
 
-    /// Returns once the new program runs. Throws FileError, naming the file or folder at fault;
-    /// then nothing was started.
+    /// Returns once the new program runs. If nothing could be started, throws FileError, which
+    /// names the file or folder at fault.
     static std::unique_ptr<ChildProcess> start(const ChildSpec &spec);
 
     ~ChildProcess() override;
@@ -85,7 +86,8 @@ public:
     Ending wait();
 
 signals:
-    /// The child has ended. From the event loop, once. Deleting the object here needs deleteLater.
+    /// Emitted once, from the event loop, when the child has ended. A slot that deletes this object
+    /// has to use deleteLater.
     void exited(int status, bool signaled);
 
 private:

@@ -12,33 +12,40 @@
 
 namespace tidewick {
 
-/// Sees to it that children do not outlive this program, however it dies: a small process of ours
-/// waits for that, sends each of them SIGTERM, once, and SIGKILL to those that have not ended in
-/// time. The kernel's own parent-death signal is not fit for that in a program with threads: when
-/// they all die at once, it can be sent for several of them, and a node that gets two SIGTERM at
-/// short distance dies without closing its store.
+/// Ensures that child processes do not outlive this program, however it dies. A small watchdog
+/// process waits for the program's end, then sends SIGTERM once to each child, and SIGKILL to those
+/// that have not ended in time. The kernel's own parent-death signal is unsuitable for a program
+/// with threads: when all threads die at once, it can be sent for several of them, and a node that
+/// receives SIGTERM twice in quick succession dies without closing its store.
 class DeathWatch
 {
 public:
-    /// Make it before there are threads, and before much memory is in use: its process keeps a copy
-    /// of what this one changes later. Where it cannot be made, it guards nobody.
+    /// Create it before any threads, and before much memory is in use: the watchdog process keeps a
+    /// copy of any memory that this process changes later. If the watchdog process cannot be
+    /// started, nothing is guarded. `patience` is the time between SIGTERM and SIGKILL.
     ///
-    /// Where a file is named, the watch keeps a lock on it, which tells a later program of it.
+    /// If a lock file is named, the watchdog process shares the lock that isAlone() takes on it and
+    /// holds it until it ends. A later instance of the program detects the watchdog process by that
+    /// lock.
     explicit DeathWatch(const std::filesystem::path &lockFile = {},
                         std::chrono::seconds patience = std::chrono::seconds(90));
     DeathWatch(const DeathWatch &) = delete;
     DeathWatch &operator=(const DeathWatch &) = delete;
-    /// As if the program had died: who is guarded and runs still gets SIGTERM, and is waited for.
+    /// Acts as if the program had died: guarded processes that still run receive SIGTERM, and the
+    /// destructor waits for them to end.
     ~DeathWatch();
 
-    /// Guards the process behind this process descriptor. False when that is not possible.
+    /// Guards the process that this process descriptor refers to. Returns false if that is not
+    /// possible.
     bool guard(int process, pid_t id) const;
 
-    /// Notes that a process is told to end by other means, so that it is not told twice.
+    /// Records that a process is being told to end by other means, so that it does not receive
+    /// SIGTERM twice.
     void noteTold(pid_t id) const;
 
-    /// Whether no program before this one has left children that its watch still waits for. Where
-    /// that cannot be told, they are taken to have ended.
+    /// Takes the lock. Returns false if an earlier instance of the program has left child processes
+    /// that its watchdog process still waits for. If that cannot be determined, assumes that they
+    /// have ended.
     bool isAlone() const;
 
 private:

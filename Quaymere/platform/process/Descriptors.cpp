@@ -20,9 +20,9 @@ namespace tidewick::Descriptors {
 
 namespace {
 
-/// On a desktop with all its windows open the program has some 25.
+/// With all its windows open on a desktop, the program uses about 25.
 constexpr int needed = 32;
-/// What its own limit has to be for that, with those it was handed.
+/// The soft limit required for that, including inherited descriptors.
 constexpr rlim_t usualLimit = 256;
 
 void raiseLimit()

@@ -5,9 +5,10 @@
 
 namespace tidewick::Descriptors {
 
-/// Whether as many more files can be open at a time as the program takes while it runs; its own
-/// limit is raised for that as far as it may. Says why not on standard error. To be asked before
-/// what would end the program the hard way for want of one.
+/// Returns whether the process can open as many more descriptors as the program needs while it
+/// runs. Raises the soft limit for that, as far as the hard limit allows. If the answer is no,
+/// prints the reason on standard error. Call it before anything that would abort the program for
+/// lack of a descriptor.
 bool suffice();
 
 } // namespace tidewick::Descriptors

@@ -17,8 +17,8 @@ namespace tidewick {
 
 namespace {
 
-/// A second, non-blocking access to what the descriptor writes to; none where there is no such
-/// thing: files never make a writer wait for a reader, and sockets cannot be opened.
+/// Opens a second, non-blocking descriptor for what the given one writes to. Empty for files, which
+/// never make a writer wait for a reader, and for sockets, which cannot be opened.
 UniqueDescriptor reopened(int descriptor)
 {
     struct stat kind
@@ -53,7 +53,7 @@ bool LossyOutput::write(const QByteArray &text)
     return true;
 }
 
-/// How much of it went out. Stops at the first sign that more would take a wait.
+/// Returns the number of bytes written. Stops at the first sign that writing more would block.
 qsizetype LossyOutput::writeSome(const QByteArray &text)
 {
     qsizetype written = 0;
@@ -72,7 +72,7 @@ qsizetype LossyOutput::writeSome(const QByteArray &text)
             awaitRoom();
             break;
         } else if (errno != EINTR) {
-            // Files become writable again when somebody clears up; readers do not come back.
+            // Files become writable again when somebody frees space; readers do not come back.
             m_closed = errno != ENOSPC && errno != EDQUOT && errno != EFBIG;
             break;
         }
@@ -80,7 +80,7 @@ qsizetype LossyOutput::writeSome(const QByteArray &text)
     return written;
 }
 
-/// False while there is still some.
+/// Returns false while part of the rest remains.
 bool LossyOutput::writeRest()
 {
     m_rest.remove(0, writeSome(m_rest));
@@ -102,8 +102,8 @@ void LossyOutput::awaitRoom()
     m_room->setEnabled(true);
 }
 
-/// Where this leads nowhere, room is no longer waited for until it is missed again: a terminal that
-/// calls itself writable and takes nothing must not keep the event loop turning.
+/// If this makes no progress, stops waiting for room until a write runs out of it again: a terminal
+/// that reports itself writable but accepts nothing must not keep the event loop busy.
 void LossyOutput::retry()
 {
     m_room->setEnabled(false);

@@ -13,30 +13,30 @@
 
 namespace tidewick {
 
-/// Texts for a reader that may be slow or gone: never waits, never grows. A text is taken whole or
-/// not at all. Of one that the reader has room for in part, the rest is kept and goes out first, so
-/// that no line and no control sequence stays half; until then further texts are refused. After
-/// room was missing, ready() tells when it may be worth another try. A full disk refuses a text; a
-/// reader that is gone ends the output for good.
+/// Output to a reader that may be slow or gone. Never blocks and never buffers more than one text.
+/// A text is accepted whole or not at all. If the reader has room for only part of a text, the rest
+/// is kept and written first, so that no line or control sequence is left incomplete; until then,
+/// further texts are refused. After room has run out, ready() signals when another attempt may
+/// succeed. A full disk refuses a text; a reader that has gone closes the output for good.
 ///
-/// Pipes and terminals are opened a second time for this, because a descriptor that does not block
-/// would not block for the other programs that share it either. Where that is not allowed, the
-/// descriptor itself is used, in pieces for which the system has promised room.
+/// Pipes and terminals are opened a second time for this, because making the descriptor itself
+/// non-blocking would affect the other programs that share it. If that is not allowed, the
+/// descriptor itself is used, in pieces for which the system guarantees room.
 ///
-/// SIGPIPE has to be ignored. Main thread only.
+/// SIGPIPE must be ignored. Main thread only.
 class LossyOutput final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The descriptor stays the caller's and has to outlive this object.
+    /// The descriptor remains the caller's and must outlive this object.
     explicit LossyOutput(int descriptor, QObject *parent = nullptr);
     ~LossyOutput() override;
 
-    /// False when the text was dropped, all of it.
+    /// Returns false if the text was dropped, which it then was completely.
     bool write(const QByteArray &text);
 
-    /// Whether nothing can be written any more.
+    /// Whether nothing can be written any more, ever.
     bool isClosed() const { return m_closed; }
 
 signals:

@@ -11,18 +11,18 @@
 
 namespace tidewick {
 
-/// What a process holds in memory, in bytes.
+/// The memory use of a process, in bytes.
 struct ProcessMemory
 {
     qint64 footprint;
-    /// The largest footprint since the process began.
+    /// The largest footprint since the process started.
     qint64 peakFootprint;
 
-    /// Nothing when the process is gone or the host does not tell.
+    /// Nothing if the process has gone or the host does not report its memory use.
     static std::optional<ProcessMemory> of(pid_t process);
 
-    /// From now on this process gives back what it frees, also after it has held something large
-    /// once. To be called first of all.
+    /// From now on, returns memory that this process frees to the system, even after a large block
+    /// has been in use. Call it before anything else.
     static void giveBackFreed();
 };
 

@@ -14,14 +14,14 @@ namespace tidewick {
 
 namespace {
 
-// What a signal handler can reach: the end it writes to, and the end the notifier reads from.
+// Global, for the signal handler: the end it writes to, and the end the notifier reads from.
 std::array<int, 2> sockets{-1, -1};
 
 extern "C" void forwardSignal(int signalNumber)
 {
     const int error = errno;
     const auto byte = static_cast<unsigned char>(signalNumber);
-    // A full buffer means that the same news waits there already.
+    // If the buffer is full, signals are already waiting to be read, and this one may be dropped.
     (void)!::write(sockets[0], &byte, 1);
     errno = error;
 }

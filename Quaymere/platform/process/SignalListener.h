@@ -12,8 +12,9 @@
 namespace tidewick {
 
 /// Turns signals sent to the process into a Qt signal in the main thread. The handler itself only
-/// writes the number to a socket pair. One at a time in a process; when it goes, the signals have
-/// their default effect again. SIGHUP stays ignored where the caller had it so, as nohup does.
+/// writes the number to a socket pair. Only one instance may exist at a time. Its destructor
+/// restores the default action of the signals. SIGHUP stays ignored if the caller had it ignored,
+/// as nohup does.
 class SignalListener final : public QObject
 {
     Q_OBJECT

@@ -17,8 +17,9 @@ namespace tidewick::StandardStreams {
 
 void prepare()
 {
-    // The stand-in is opened the wrong way round: using a stream the caller closed stays an error.
-    // open takes the lowest free number, and the ones below are filled by then.
+    // Each descriptor is opened in the opposite direction, so that using a stream the caller closed
+    // is still an error. open returns the lowest free number, and the lower ones are in use by
+    // then.
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(descriptor, F_GETFD) < 0)
             ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);

@@ -5,21 +5,22 @@
 
 #include <string_view>
 
-// Output of the command-line modes: unbuffered, so that nothing is lost at an abrupt end and lines
-// keep their order with those of a child.
+// Output of the command-line modes. It is unbuffered, so that nothing is lost if the process ends
+// abruptly, and lines stay in order with those of a child process.
 
 namespace tidewick::StandardStreams {
 
-/// Call first in main. Fills descriptors 0 to 2 where the caller closed them, so that no file
-/// opened later receives what is meant for a stream, and has writes to a closed pipe fail instead
+/// Call first in main. Fills those of descriptors 0 to 2 that the caller closed, so that no file
+/// opened later receives output meant for a stream. Also makes writes to a closed pipe fail instead
 /// of ending the process.
 void prepare();
 
-/// The line and a line feed on standard output. False when it could not be written, with the reason
-/// told on standard error.
+/// Writes the line and a line feed to standard output. If that fails, prints the reason on standard
+/// error and returns false.
 bool printLine(std::string_view line);
 
-/// The text as it stands on standard error. Nothing can be done if that fails.
+/// Writes the text unchanged to standard error. Ignores failure, since there is nowhere left to
+/// report it.
 void printError(std::string_view text);
 
 } // namespace tidewick::StandardStreams

@@ -11,9 +11,9 @@
 
 namespace tidewick {
 
-/// Does work that may take long on another thread and resumes the calling task with its result, or
-/// with nothing when the task is cancelled first; then the work still runs to its end. The work
-/// must not touch what belongs to the main thread. Call from the main thread.
+/// Runs work that may take long on another thread and resumes the calling task with its result. If
+/// the task is cancelled first, resumes it with nothing; the work still runs to completion. The
+/// work must not access anything that belongs to the main thread. Call from the main thread.
 template <typename Result>
 QCoro::Task<std::optional<Result>> inBackground(std::function<Result()> work, TaskToken token)
 {

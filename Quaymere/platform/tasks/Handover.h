@@ -14,16 +14,17 @@
 
 namespace tidewick {
 
-/// A function that goes to another thread through a queue of Qt's, once, and is called there. The
-/// queue's locks see to it that what was done before is done by then. The thread sanitizer knows
-/// nothing of them, since Qt is not built for it, and has to be told; otherwise this adds nothing.
+/// A function that is passed once to another thread through one of Qt's queues and called there.
+/// The queue's locks guarantee that everything done before the handover happens before the call.
+/// ThreadSanitizer does not see those locks, because Qt is not built for it, so this class reports
+/// that order to it. Otherwise it adds nothing.
 template <typename Function>
 class Handover
 {
 public:
     explicit Handover(Function function) : m_function(std::move(function)) {}
 #if defined(TIDEWICK_THREAD_SANITIZER)
-    // The last thing done here is to put the function into the queue's own memory.
+    // Putting the function into the queue's memory is the last thing done on this thread.
     Handover(const Handover &other) : m_function(other.m_function)
     {
         __tsan_release(&s_order);
@@ -34,7 +35,7 @@ public:
     }
     Handover &operator=(const Handover &) = delete;
     Handover &operator=(Handover &&) = delete;
-    // What the event loop no longer came to is destroyed in the queue, uncalled.
+    // A function that the event loop never reached is destroyed in the queue without being called.
     ~Handover()
     {
         __tsan_acquire(&s_order);

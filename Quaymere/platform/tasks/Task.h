@@ -11,13 +11,13 @@
 #include <optional>
 #include <utility>
 
-// What QCoro's tasks need to be owned: a task started by an object runs on by itself, so the object
-// keeps a TaskOwner for it, and the task looks at its TaskToken after each wait before it touches
+// Ownership for QCoro's tasks. A task started by an object runs on independently, so the object
+// keeps a TaskOwner for it, and after each wait the task checks its TaskToken before it accesses
 // the object again. Everything here belongs to the main thread.
 
 namespace tidewick {
 
-/// A value that one coroutine waits for and somebody else provides. The first value counts.
+/// A value that one coroutine waits for and other code provides. Only the first value counts.
 template <typename T>
 class OneShot
 {
@@ -27,7 +27,7 @@ public:
     OneShot &operator=(const OneShot &) = delete;
     ~OneShot() = default;
 
-    /// Resumes the waiting coroutine before it returns. That may destroy this object.
+    /// Resumes the waiting coroutine before returning, which may destroy this object.
     void resolve(T value)
     {
         if (m_value)
@@ -54,8 +54,8 @@ private:
     std::coroutine_handle<> m_waiter = nullptr;
 };
 
-/// The task's own end of its ownership: says whether the task is still wanted. Cheap to copy; pass
-/// it by value, since a coroutine outlives what its caller's references point to.
+/// The task's side of its ownership: reports whether the task is still wanted. Cheap to copy. Pass
+/// it by value, because a coroutine may outlive the objects that its caller's references point to.
 class TaskToken
 {
     using Wakers = std::list<std::function<void()>>;
@@ -66,7 +66,7 @@ class TaskToken
     };
 
 public:
-    /// Takes a waker back when it goes out of scope.
+    /// Removes a waker when it goes out of scope.
     class Registration
     {
     public:
@@ -89,7 +89,7 @@ public:
 
     bool cancelled() const { return m_state->cancelled; }
 
-    /// Calls `wake` when the task is cancelled. Only for a token that is not cancelled yet.
+    /// Calls `wake` when the task is cancelled. The token must not be cancelled yet.
     [[nodiscard]] Registration onCancel(std::function<void()> wake)
     {
         m_state->wakers.push_back(std::move(wake));
@@ -101,8 +101,8 @@ private:
     std::shared_ptr<State> m_state = std::make_shared<State>();
 };
 
-/// The owner's end: one task at a time. Cancelling wakes the task at once, so that it ends then and
-/// there; so does destroying the owner or asking for the next token.
+/// The owner's side: one task at a time. Cancelling wakes the task immediately, so that it ends
+/// right there. Destroying the owner and requesting the next token cancel the task too.
 class TaskOwner
 {
 public:
@@ -111,7 +111,7 @@ public:
     TaskOwner &operator=(const TaskOwner &) = delete;
     ~TaskOwner() { cancel(); }
 
-    /// Cancels the task that ran so far and gives the token for the next one.
+    /// Cancels the current task and returns the token for the next one.
     TaskToken renew()
     {
         cancel();

@@ -15,7 +15,7 @@ struct Unit
     const char *name;
     quint64 size;
     int decimals;
-    /// One unit of the last decimal shown; what is rounded to.
+    /// The rounding step: one unit of the last decimal shown.
     quint64 step;
 };
 

@@ -9,7 +9,8 @@ namespace tidewick::DisplayText {
 
 namespace {
 
-/// Embeddings, overrides and isolates; the plain marks turn only what stands beside them.
+/// Embeddings, overrides and isolates. The plain direction marks are not among them: they affect
+/// only adjacent characters.
 bool turnsDirection(QChar character)
 {
     return (character >= u'\u202a' && character <= u'\u202e')
@@ -41,7 +42,7 @@ QString elided(const QString &text, qsizetype limit)
 {
     if (text.size() <= limit)
         return text;
-    // Marks stacked without end on one character are no reason to look at all of a long text.
+    // Endless combining marks on one character must not make this examine all of a long text.
     const QString head = text.first(std::min(text.size(), limit * 16));
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, head);
     qsizetype kept = 0;

@@ -5,16 +5,15 @@
 
 #include <QString>
 
-// Texts of the node and of its log as people see them: plain, whatever is in them.
+// Prepares texts from the node and its log for display: as plain text, whatever they contain.
 
 namespace tidewick::DisplayText {
 
-/// On one line: control characters and line breaks become spaces, and characters that would turn
-/// the direction of the text around them are left out.
+/// The text on one line: control characters and line breaks become spaces, and characters that
+/// would change the direction of the text around them are removed.
 QString singleLine(const QString &text);
 
-/// At most `limit` characters as a person counts them, the last one being "…" where some are left
-/// out.
+/// At most `limit` characters as a person counts them. If some are left out, the last one is "…".
 QString elided(const QString &text, qsizetype limit);
 
 } // namespace tidewick::DisplayText

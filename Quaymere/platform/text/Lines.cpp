@@ -9,7 +9,7 @@ namespace tidewick::Lines {
 
 namespace {
 
-/// CR LF gives an empty line between, which is dropped anyway.
+/// CR LF yields an empty line in between, which is dropped anyway.
 bool isLineEnd(QChar c)
 {
     return (c >= u'\n' && c <= u'\r') || c == QChar(0x85) || c == QChar(0x2028)

@@ -8,8 +8,8 @@
 
 namespace tidewick::Lines {
 
-/// The lines of a text that are not empty, without their ends, which are those that Unicode knows.
-/// Views into the text.
+/// The non-empty lines of a text, without their line endings. Recognises all line endings that
+/// Unicode defines. The results are views into the text.
 QList<QStringView> of(QStringView text);
 
 } // namespace tidewick::Lines

@@ -34,7 +34,7 @@ qsizetype digitsFrom(QStringView text, qsizetype at)
     return at - begin;
 }
 
-/// How many characters at the beginning make the longest decimal number; 0 for none.
+/// The length of the longest decimal number at the beginning of the text; 0 if there is none.
 qsizetype realLength(QStringView text)
 {
     qsizetype at = !text.isEmpty() && isSign(text[0]) ? 1 : 0;
@@ -56,15 +56,15 @@ qsizetype realLength(QStringView text)
     return at;
 }
 
-/// `text` matches the grammar above. Beyond the range of double it is infinite or zero, which
-/// std::from_chars would not tell apart, nor Qt.
+/// `text` must match the grammar above. Outside the range of double, the result is infinite or
+/// zero, a distinction that neither std::from_chars nor Qt makes.
 double convertReal(QStringView text)
 {
     static const locale_t cLocale = ::newlocale(LC_ALL_MASK, "C", nullptr);
     return ::strtod_l(text.toLatin1().constData(), nullptr, cLocale);
 }
 
-/// The integer formed by `text`, an optional sign and digits, held to the limits.
+/// An integer read from an optional sign and digits, clamped to the range of the type.
 struct ReadInteger
 {
     qint64 value;
@@ -84,7 +84,7 @@ ReadInteger convertInteger(QStringView text)
     return {value, true};
 }
 
-/// How many characters at the beginning make an integer; 0 for none.
+/// The length of the integer at the beginning of the text; 0 if there is none.
 qsizetype integerLength(QStringView text)
 {
     const qsizetype sign = !text.isEmpty() && isSign(text[0]) ? 1 : 0;

@@ -8,35 +8,37 @@
 #include <optional>
 #include <string>
 
-// Numbers to text and back, the same in every locale. Qt's own formatting rounds ties away from
-// zero and its parsing takes blanks; these do neither.
+// Converts numbers to text and back, the same way in every locale. Qt's formatting rounds ties away
+// from zero, and its parsing accepts blanks; these functions do neither, except that
+// leadingInteger() skips blanks.
 
 namespace tidewick::NumberText {
 
-/// As C's "%.<decimals>f" in the C locale: rounded from the exact binary value, ties to even.
+/// Formats like C's "%.<decimals>f" in the C locale: rounds from the exact binary value, ties to
+/// even.
 QString fixed(double value, int decimals);
 
-/// The shortest text that reads back as the same number; an integral one has no point and, below
-/// 2^53, no exponent.
+/// The shortest text that reads back as the same number. An integral number has no decimal point
+/// and, below 2^53, no exponent.
 std::string shortest(double value);
 
-/// The whole text as a decimal integer: an optional sign, then ASCII digits only. Nothing when
+/// Parses the whole text as a decimal integer: an optional sign, then ASCII digits only. Nothing if
 /// there is anything else or the value does not fit.
 std::optional<qint64> integer(QStringView text);
 
-/// The whole text as a decimal number: an optional sign, digits with an optional point, an optional
-/// exponent. No blanks, no hexadecimal, no names for infinity. Beyond the range of double it is
-/// infinite or zero.
+/// Parses the whole text as a decimal number: an optional sign, digits with an optional point, an
+/// optional exponent. No blanks, no hexadecimal, no names for infinity. Outside the range of
+/// double, the result is infinite or zero.
 std::optional<double> real(QStringView text);
 
-/// The integer a text begins with, after leading blanks; 0 when it begins with none. Held to the
-/// limits of the type.
+/// The integer that a text begins with, after leading blanks; 0 if there is none. Clamped to the
+/// range of the type.
 qint64 leadingInteger(QStringView text);
 
-/// The decimal number a text begins with; 0 when it begins with none.
+/// The decimal number that a text begins with; 0 if there is none.
 double leadingReal(QStringView text);
 
-/// Towards zero, held to the limits of the type; 0 for not-a-number.
+/// Rounds towards zero and clamps to the range of the type; 0 for NaN.
 qint64 truncated(double value);
 
 } // namespace tidewick::NumberText

@@ -9,9 +9,9 @@ namespace tidewick::Utf8 {
 
 namespace {
 
-/// What may follow a lead byte: how many continuation bytes, and the range of the first of them,
-/// which is narrower where the full one would allow overlong forms, surrogates or values over
-/// 10FFFF.
+/// The continuation bytes allowed after a lead byte: their number, and the range of the first one.
+/// The range is narrower if the full one would allow overlong forms, surrogates or values above
+/// U+10FFFF.
 struct Sequence
 {
     int continuations;
@@ -44,7 +44,7 @@ struct Decoded
     qsizetype length;
 };
 
-/// Reads one character, or the longest beginning of one, of which there is at least one byte.
+/// Reads one character, or the longest beginning of one. At least one byte must be available.
 Decoded decodeNext(const uchar *bytes, qsizetype available)
 {
     const uchar lead = bytes[0];
@@ -69,7 +69,7 @@ Decoded decodeNext(const uchar *bytes, qsizetype available)
 
 std::optional<QString> decode(const QByteArray &bytes)
 {
-    // Stateless: a character cut off by the end is an error, too.
+    // Stateless, so that a character cut off at the end is an error too.
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless
                                                      | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder(bytes);

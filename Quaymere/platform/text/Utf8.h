@@ -10,12 +10,13 @@
 
 namespace tidewick::Utf8 {
 
-/// The text, of bytes that are UTF-8 throughout; nothing of others. A byte order mark is kept.
+/// Decodes bytes that are valid UTF-8 throughout; nothing for any others. A byte order mark is
+/// kept.
 std::optional<QString> decode(const QByteArray &bytes);
 
-/// Decodes text that may be damaged: one U+FFFD for each longest piece that could have begun a
-/// character, as Unicode recommends. A byte order mark is kept. (QString::fromUtf8 writes one
-/// U+FFFD a byte and drops the mark.)
+/// Decodes text that may be damaged: each longest piece that could have begun a character becomes
+/// one U+FFFD, as Unicode recommends. A byte order mark is kept. (QString::fromUtf8 writes one
+/// U+FFFD per byte and drops the mark.)
 QString decodeLossy(const QByteArray &bytes);
 
 } // namespace tidewick::Utf8

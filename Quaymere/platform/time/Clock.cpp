@@ -50,8 +50,8 @@ QCoro::Task<> sleepUntil(std::shared_ptr<Clock> clock, ContinuousClock::time_poi
     if (token.cancelled())
         co_return;
     OneShot<bool> over;
-    // Resuming the task may end it and with it this frame, alarm included, so the alarm is let go
-    // of only through the frame.
+    // Resuming the task may end it and destroy this frame with the alarm, so only the frame
+    // releases the alarm.
     const auto alarm = clock->alarm(when, [&over] { over.resolve(true); });
     const auto wake = token.onCancel([&over] { over.resolve(false); });
     co_await over;

@@ -11,12 +11,12 @@
 
 namespace tidewick {
 
-/// Stands still while the machine sleeps. Limits on running time are reckoned on it, so that a
-/// night with the lid closed counts for nothing.
+/// Stops while the machine sleeps. Limits on running time use it, so that a night with the lid
+/// closed does not count.
 using SuspendingClock = std::chrono::steady_clock;
 
-/// Goes on while the machine sleeps. Waits are reckoned on it, so that one whose time passed during
-/// a sleep is over on waking.
+/// Continues while the machine sleeps. Waits use it, so that a wait whose time passed during sleep
+/// is over on waking.
 struct ContinuousClock
 {
     using duration = std::chrono::nanoseconds;
@@ -30,7 +30,7 @@ struct ContinuousClock
 
 using WallClock = std::chrono::system_clock;
 
-/// A call that is due at a moment of the continuous clock; destroying it calls it off.
+/// A call scheduled for a time of the continuous clock. Destroying the object cancels the call.
 class Alarm
 {
 public:
@@ -40,8 +40,8 @@ public:
     virtual ~Alarm() = default;
 };
 
-/// The host's clocks, as one object so that a test can stand in for time.
-/// Main thread only; it outlives the alarms it hands out.
+/// The host's clocks as one object, so that a test can control time. Main thread only; must outlive
+/// the alarms it returns.
 class Clock
 {
 public:
@@ -54,7 +54,7 @@ public:
     virtual ContinuousClock::time_point continuousNow() const = 0;
     virtual WallClock::time_point wallNow() const = 0;
 
-    /// Calls `due` from the event loop once `when` has come, never from inside this call.
+    /// Calls `due` from the event loop once the clock reaches `when`, never from inside this call.
     virtual std::unique_ptr<Alarm> alarm(ContinuousClock::time_point when,
                                          std::function<void()> due) = 0;
 };
@@ -70,7 +70,7 @@ public:
                                  std::function<void()> due) override;
 };
 
-/// Suspends the calling task until `when`, or until the task is cancelled; ask the token which.
+/// Suspends the calling task until `when`, or until the task is cancelled; the token says which.
 QCoro::Task<> sleepUntil(std::shared_ptr<Clock> clock, ContinuousClock::time_point when,
                          TaskToken token);
 

@@ -14,8 +14,8 @@
 
 namespace tidewick {
 
-/// Emits `elapsed` once, when a moment of the continuous clock has come: at once on waking when it
-/// came during sleep, and from the event loop when it lies in the past. Never early.
+/// Emits `elapsed` once, when the continuous clock reaches a given time: immediately on waking if
+/// it passed during sleep, and from the event loop if it is already past. Never early.
 class ContinuousTimer final : public QObject
 {
     Q_OBJECT
