@@ -33,10 +33,10 @@ public:
     explicit LossyOutput(int descriptor, QObject *parent = nullptr);
     ~LossyOutput() override;
 
-    /// Returns false if the text was dropped, which it then was completely.
+    /// Returns false if the text was dropped as a whole.
     bool write(const QByteArray &text);
 
-    /// Whether nothing can be written any more, ever.
+    /// Whether the output has closed for good.
     bool isClosed() const { return m_closed; }
 
 signals:

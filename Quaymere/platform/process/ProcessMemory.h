@@ -21,7 +21,7 @@ struct ProcessMemory
     /// Nothing if the process has gone or the host does not report its memory use.
     static std::optional<ProcessMemory> of(pid_t process);
 
-    /// From now on, returns memory that this process frees to the system, even after a large block
+    /// Makes the allocator return freed memory to the system from now on, even after a large block
     /// has been in use. Call it before anything else.
     static void giveBackFreed();
 };

@@ -102,7 +102,7 @@ private:
 };
 
 /// The owner's side: one task at a time. Cancelling wakes the task immediately, so that it ends
-/// right there. Destroying the owner and requesting the next token cancel the task too.
+/// right there. Destroying the owner or requesting the next token also cancels the task.
 class TaskOwner
 {
 public:
