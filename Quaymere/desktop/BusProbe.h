@@ -7,15 +7,16 @@
 
 #include <chrono>
 
-/// Whether the session bus can be used at all.
+/// Checks whether a message bus can be used at all.
 namespace tidewick::BusProbe {
 
-/// False when the bus at this address takes connections and does not say a word in time. Looks at
-/// sockets with a path or an abstract name; of other addresses it is taken that the library copes.
+/// Returns false if the bus at this address accepts connections but does not answer within the
+/// limit. Checks sockets with a path or an abstract name. For other addresses, returns true and
+/// relies on the D-Bus library to cope.
 bool answers(const QByteArray &address, std::chrono::milliseconds limit);
 
-/// Does without the session bus in this process if that is silent: the library would wait for it
-/// without end. Call before anything uses the bus; waits 10 s at most.
+/// Disables the session bus in this process if the bus is silent: the D-Bus library would wait for
+/// it forever. Call before anything uses the bus; waits at most 10 s.
 void avoidIfSilent();
 
 } // namespace tidewick::BusProbe

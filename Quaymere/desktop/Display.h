@@ -5,8 +5,8 @@
 
 namespace tidewick::Display {
 
-/// Whether there is a window system to connect to. Qt ends the program where it finds none, so this
-/// is asked first.
+/// Whether there is a window system to connect to. Qt ends the program if it finds none, so check
+/// this first.
 bool isThere();
 
 } // namespace tidewick::Display

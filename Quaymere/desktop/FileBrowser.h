@@ -13,11 +13,11 @@ class QObject;
 
 namespace tidewick::FileBrowser {
 
-/// The URL of a file or folder, whatever bytes its name is made of.
+/// The URL of a file or folder, whatever bytes its name contains.
 QUrl url(const std::filesystem::path &path);
 
-/// Asks the file browser of the desktop to show a file or folder, selected, in the folder that it
-/// is in. Calls `otherwise` where nobody does that, unless `context` has been destroyed by then.
+/// Asks the desktop's file browser to show a file or folder, selected, in its parent folder. Calls
+/// `otherwise` if no file browser does that, unless `context` has been destroyed by then.
 void reveal(const QDBusConnection &bus, const std::filesystem::path &path, QObject *context,
             const std::function<void()> &otherwise);
 

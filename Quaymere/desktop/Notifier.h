@@ -14,16 +14,17 @@ class QDBusMessage;
 
 namespace tidewick {
 
-/// Shows a text as a desktop notification. The desktop shows one of this run at a time: a later one
-/// takes the place of the one before it, also while that one still waits for the desktop.
+/// Shows a text as a desktop notification. The desktop shows only one notification of this run at a
+/// time: a new one replaces the previous one, even while that is still waiting to be sent.
 ///
-/// Never waits and never fails: where there is no notification service, no bus, or no answer within
-/// the patience, nothing is shown and the debug log has a line.
+/// Never blocks and never fails: if there is no notification service, no bus, or no answer within
+/// the patience, nothing is shown and the debug log gets a line.
 ///
-/// The service is asked once who it is and what it can do, and notifications go to that very
-/// program; when it is gone, its successor is asked. So no name on the bus needs to be watched.
+/// Asks the service once for its identity and capabilities, and sends notifications to that very
+/// process. Once that process has gone, asks its successor. Therefore no bus name needs to be
+/// watched.
 ///
-/// A notification may offer one thing to do, as a button where the service has such.
+/// A notification may offer one action, shown as a button if the service supports that.
 ///
 /// Main thread only.
 class Notifier final : public QObject
@@ -36,12 +37,13 @@ public:
     explicit Notifier(const QDBusConnection &connection, QObject *parent = nullptr,
                       std::chrono::milliseconds patience = defaultPatience);
 
-    /// Plain texts of any length and content; shown is the beginning of each, on one line. The
-    /// action's label, if it has one, may be shown on a button.
+    /// The summary and body are plain texts of any length and content; the beginning of each is
+    /// shown on one line. `action` is the label of the action, if there is one; it may appear on a
+    /// button.
     void notify(const QString &summary, const QString &body, const QString &action = {});
 
 signals:
-    /// The action of the notification shown last was chosen.
+    /// The user has chosen the action of the notification shown last.
     void actionChosen();
 
 private slots:
@@ -60,7 +62,7 @@ private:
         bool hasActions = false;
         /// Its unique name on the bus; empty until it is known.
         QString owner = {};
-        /// Of the notification to be replaced; 0 while there is none.
+        /// The ID of the notification to replace; 0 if there is none.
         quint32 lastId = 0;
     };
 

@@ -13,44 +13,44 @@ class QLockFile;
 
 namespace tidewick {
 
-/// Sees to it that a user runs one Tidewick at a time. The first one owns a name on the session bus
-/// and answers there as org.freedesktop.Application, so that later launches and a desktop entry's
-/// actions reach it; a lock in the runtime directory, or beside the settings where that is missing,
-/// tells where there is no bus. Main thread only.
+/// Ensures that a user runs one Tidewick at a time. The first instance owns a name on the session
+/// bus and implements org.freedesktop.Application there, so that later launches and the actions of
+/// a desktop entry reach it. If there is no bus, a lock file shows that an instance is running; it
+/// is in the runtime directory or, if there is none, beside the settings. Main thread only.
 class SingleInstance final : public QObject, protected QDBusContext
 {
     Q_OBJECT
 
 public:
     enum class Claim {
-        First,     ///< This is the one.
-        ToldFirst, ///< Another runs, and has come forward.
-        Refused,   ///< Another runs that cannot come forward; reason() says why.
+        First,     ///< This is the first instance.
+        ToldFirst, ///< Another instance is running and has come to the front.
+        Refused,   ///< Another instance is running but cannot come to the front; see reason().
     };
 
-    /// The application's name on the bus, and that of its desktop entry.
+    /// The application's bus name, which is also the name of its desktop entry.
     static constexpr const char *name = "org.tidewick.Tidewick";
 
     SingleInstance();
     ~SingleInstance() override;
 
-    /// Call once. Blocks while the bus and the first instance take to answer.
+    /// Call once. Blocks until the bus and the first instance have answered.
     Claim claim();
 
-    /// A text for the person who launched this.
+    /// The reason for a refusal, as a text for the user who launched this instance.
     const QString &reason() const { return m_reason; }
 
-    /// From now on, who wants this one to come forward is told why it does not.
+    /// From now on, answers requests to come to the front with an error that gives this reason.
     void refuseCalls(const QString &why) { m_refusal = why; }
 
 signals:
-    /// Another launch wants this one to come forward.
+    /// Another launch asks this instance to come to the front.
     void activated();
 
-    /// The bus has started this one for a launch.
+    /// The bus has started this instance on behalf of a launch.
     void launched();
 
-    /// A desktop entry's action was chosen: "live-ledger", "settings" or "quit".
+    /// An action of the desktop entry was chosen: "live-ledger", "settings" or "quit".
     void actionActivated(const QString &action);
 
 private:
@@ -61,13 +61,13 @@ private:
     std::optional<Claim> tellFirst();
     void activate(const QVariantMap &platformData);
     void activateAction(const QString &action, const QVariantMap &platformData);
-    /// Whether calls are refused; the present one is, then.
+    /// Returns whether calls are refused. If so, also refuses the current call.
     bool isRefused() const;
 
     std::unique_ptr<QLockFile> m_lock;
     QString m_reason;
     QString m_refusal;
-    /// Until the call for which the bus has started this program has come.
+    /// True from a start by the bus until the call that caused it has arrived.
     bool m_isStartedByBus;
 };
 

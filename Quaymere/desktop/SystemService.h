@@ -8,9 +8,10 @@
 
 namespace tidewick {
 
-/// Whether a service of the system's service manager is running. Never waits for the manager: what
-/// is known is its latest answer. Without a system bus or such a manager nothing is running there.
-/// Main thread only.
+/// Reports whether a unit of the system's service manager is running. Never waits for the manager:
+/// isActive() is its latest answer. Only the first look() may wait, 1 s at most, if the system bus
+/// is silent. Without a system bus or such a manager, the unit counts as not running. Main thread
+/// only.
 class SystemService final : public QObject
 {
     Q_OBJECT
@@ -19,7 +20,7 @@ public:
     /// The unit's name, such as "xrpld.service".
     explicit SystemService(QString unit, QObject *parent = nullptr);
 
-    /// Asks the manager, unless it still owes an answer.
+    /// Asks the service manager, unless an earlier request is still pending.
     void look();
 
     /// As of the latest answer; false before the first.

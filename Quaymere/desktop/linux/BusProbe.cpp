@@ -22,7 +22,7 @@ namespace tidewick::BusProbe {
 
 namespace {
 
-/// A bus that has much to do, as at the beginning of a session, is not silent.
+/// A bus that is busy, as at the start of a session, must not count as silent.
 constexpr std::chrono::seconds patience{10};
 constexpr const char *variable = "DBUS_SESSION_BUS_ADDRESS";
 
@@ -32,7 +32,7 @@ struct Place
     socklen_t length = 0;
 };
 
-/// The socket of the first address in a list of them.
+/// The Unix socket of the first address in a list of addresses; nothing if that address has none.
 std::optional<Place> placeOf(const QByteArray &addresses)
 {
     const QByteArray first = addresses.split(';').constFirst();
@@ -65,12 +65,12 @@ bool answers(const QByteArray &address, std::chrono::milliseconds limit)
     if (!place)
         return true;
     const UniqueDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    // One that refuses does so at once, for the library, too. One that has no room for another
-    // connection has not taken the last ones.
+    // A bus that refuses connections does so immediately, for the D-Bus library too. A bus with no
+    // room for another connection has not accepted the previous ones.
     if (::connect(socket.get(), reinterpret_cast<const sockaddr *>(&place->address), place->length)
         != 0)
         return errno != EAGAIN;
-    // What a client begins with, to hear which ways of proving its identity there are.
+    // A client begins with this, to learn which authentication mechanisms are available.
     constexpr std::string_view greeting("\0AUTH\r\n", 7);
     if (::send(socket.get(), greeting.data(), greeting.size(), MSG_NOSIGNAL) < 0)
         return true;

@@ -55,7 +55,7 @@ bool hasX11()
 
 bool isThere()
 {
-    // Who names a platform for Qt is taken by the word.
+    // If the environment names a Qt platform, that choice is not questioned.
     return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || hasWayland() || hasX11();
 }
 

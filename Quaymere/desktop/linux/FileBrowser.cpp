@@ -18,7 +18,7 @@ QUrl url(const std::filesystem::path &path)
 void reveal(const QDBusConnection &bus, const std::filesystem::path &path, QObject *context,
             const std::function<void()> &otherwise)
 {
-    // Qt never ends a call on a bus that has not been there from the start.
+    // Qt never finishes a call on a bus that was not connected from the start.
     if (!bus.isConnected())
         return otherwise();
     QDBusMessage call = QDBusMessage::createMethodCall(

@@ -22,7 +22,7 @@ constexpr qsizetype longestText = 500;
 
 const QString serviceName = QStringLiteral("org.freedesktop.Notifications");
 const QString objectPath = QStringLiteral("/org/freedesktop/Notifications");
-/// Ours alone: the key "default" would stand for a click anywhere.
+/// A key of our own, because "default" would stand for a click anywhere.
 const QString actionKey = QStringLiteral("help");
 
 QDBusMessage methodCall(const QString &destination, const QString &method)
@@ -64,13 +64,13 @@ void Notifier::notify(const QString &summary, const QString &body, const QString
     proceed();
 }
 
-/// One call at a time, so that each notification knows which one it replaces.
+/// Makes one call at a time, so that each notification knows which one it replaces.
 void Notifier::proceed()
 {
     if (m_calling || !m_waiting)
         return;
     if (!m_connection.isConnected()) {
-        // Qt never ends a call on a bus that has not been there from the start.
+        // Qt never finishes a call on a bus that was not connected from the start.
         qCDebug(lcNotifier, "No notification: no bus");
         m_waiting.reset();
     } else if (!m_service) {
@@ -82,7 +82,7 @@ void Notifier::proceed()
     }
 }
 
-/// First of all, since this starts a service that is not there yet.
+/// This call comes first, because it starts a service that is not running yet.
 void Notifier::askWhat()
 {
     call(methodCall(serviceName, QStringLiteral("GetCapabilities")), &Notifier::takeCapabilities);
@@ -100,7 +100,7 @@ void Notifier::takeCapabilities(const QDBusMessage &answer)
     proceed();
 }
 
-/// The sender of an answer is nothing to go by: Qt leaves it empty from 6.5 on.
+/// Asks the bus, because the sender of an answer is not available: Qt leaves it empty from 6.5 on.
 void Notifier::askWho()
 {
     const QString bus = QStringLiteral("org.freedesktop.DBus");
@@ -143,7 +143,7 @@ void Notifier::takeId(const QDBusMessage &answer)
     if (!isError(answer)) {
         m_service->lastId = answer.arguments().value(0).toUInt();
     } else {
-        // A service that had shown something and is gone now may have a successor.
+        // A service that had shown a notification and has gone may have a successor.
         const bool isGone = QDBusError(answer).type() == QDBusError::ServiceUnknown;
         if (isGone && m_service->lastId != 0 && !m_waiting)
             m_waiting = m_sent;
@@ -161,7 +161,7 @@ void Notifier::forgetService()
 
 void Notifier::takeAction(uint id, const QString &key)
 {
-    // The signal comes for the notifications of all programs.
+    // The signal arrives for the notifications of all programs.
     if (m_service && m_service->lastId != 0 && id == m_service->lastId && key == actionKey)
         emit actionChosen();
 }

@@ -22,17 +22,20 @@ namespace {
 constexpr const char *objectPath = "/org/tidewick/Tidewick";
 const QString activationToken = QStringLiteral("activation-token");
 constexpr const char *interfaceName = "org.freedesktop.Application";
-/// A first instance whose main thread does not answer for so long is of no use to who waits.
+/// If the main thread of the first instance does not answer within this time, waiting longer does
+/// not help the user.
 constexpr int answerLimitMs = 3000;
 
-/// What a launcher gave this process so that a window of the first one may take the focus.
+/// The token that a launcher passed to this process, so that a window of the first instance may
+/// take the focus.
 QVariantMap platformData()
 {
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
     return token.isEmpty() ? QVariantMap() : QVariantMap{{activationToken, token}};
 }
 
-/// Qt takes the token for the next window that asks for the focus from the environment.
+/// Puts the token into the environment, where Qt looks for it when the next window requests the
+/// focus.
 void takeActivationToken(const QVariantMap &platformData)
 {
     const QString token = platformData.value(activationToken).toString();
@@ -47,7 +50,7 @@ std::filesystem::path lockFile()
 
 } // namespace
 
-/// The interface of a desktop application that is there once, for the bus.
+/// The D-Bus interface of a desktop application that has a single instance.
 class ApplicationAdaptor final : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -62,7 +65,7 @@ public:
 public slots:
     void Activate(const QVariantMap &platformData) { m_instance->activate(platformData); }
 
-    /// There is nothing to open; coming forward is the next best.
+    /// The application opens no files, so this activates it instead.
     void Open(const QStringList &, const QVariantMap &platformData)
     {
         m_instance->activate(platformData);
@@ -92,22 +95,22 @@ SingleInstance::Claim SingleInstance::claim()
     QDBusConnectionInterface *bus =
         hasSessionBus() ? QDBusConnection::sessionBus().interface() : nullptr;
     if (bus) {
-        // Before the name is owned, so that no call is answered with "no such object".
+        // Registered before the name, so that no call is answered with "no such object".
         QDBusConnection::sessionBus().registerObject(QLatin1String(objectPath), this);
         const auto attempt = [bus] { return bus->registerService(QLatin1String(name)); };
         QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = attempt();
         if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceNotRegistered) {
             if (const auto claim = tellFirst())
                 return *claim;
-            reply = attempt(); // the first one has gone meanwhile
+            reply = attempt(); // the first instance has ended in the meantime
         }
         ownsName = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
     }
-    // The name is enough where the lock cannot be had for want of a place for it.
+    // Owning the name is enough if there is nowhere to create the lock file.
     return takeLock(ownsName) ? Claim::First : Claim::Refused;
 }
 
-/// Where none is told of, the bus library would start one of its own, which nobody else is on.
+/// Without an address, the D-Bus library would start a bus of its own, which no other program uses.
 bool SingleInstance::hasSessionBus()
 {
     if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
@@ -119,7 +122,7 @@ bool SingleInstance::hasSessionBus()
 bool SingleInstance::takeLock(bool isOptional)
 {
     m_lock = std::make_unique<QLockFile>(QFile::decodeName(lockFile().c_str()));
-    m_lock->setStaleLockTime(0); // only when its owner is gone, however old
+    m_lock->setStaleLockTime(0); // stale only if its owner has ended, however old it is
     if (m_lock->tryLock())
         return true;
     if (m_lock->error() != QLockFile::LockFailedError) {
@@ -138,7 +141,7 @@ bool SingleInstance::takeLock(bool isOptional)
     return false;
 }
 
-/// Nothing when there is no first one any more.
+/// Returns nothing if the first instance has ended.
 std::optional<SingleInstance::Claim> SingleInstance::tellFirst()
 {
     QDBusMessage call =

@@ -19,7 +19,8 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds patience = 5s;
 
-/// The system bus, if it is there and not silent: connecting to a silent one would take for ever.
+/// The system bus. Not connected if there is none or it is silent: connecting to a silent bus would
+/// take forever.
 QDBusConnection systemBus()
 {
     QByteArray address = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
@@ -29,7 +30,8 @@ QDBusConnection systemBus()
     return isUsable ? QDBusConnection::systemBus() : QDBusConnection(QString());
 }
 
-/// A unit's object: what is neither letter nor digit in its name becomes "_" and two digits.
+/// The object path of a unit: each byte of its name that is neither an ASCII letter nor a digit
+/// becomes "_" and two hexadecimal digits.
 QString objectPath(const QString &unit)
 {
     QString path = QStringLiteral("/org/freedesktop/systemd1/unit/");
