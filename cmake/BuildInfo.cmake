@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# Writes the bundle's "build-info", lines of key=value, so that the same sources, tools and node give
-# the same bytes: the date is the commit's, or SOURCE_DATE_EPOCH.
+# Writes the bundle's "build-info", lines of key=value. The same sources, tools and node produce the same
+# bytes: the date is the commit's, or SOURCE_DATE_EPOCH.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -35,7 +35,7 @@ if(epoch MATCHES "^[0-9]+$")
     string(TIMESTAMP date "%Y-%m-%d" UTC)
 endif()
 
-# A node tells its version as the last word of a line such as "xrpld version 2.3.0".
+# A node prints its version as the last word of a line such as "xrpld version 2.3.0".
 set(status "no node")
 if(NODE)
     execute_process(COMMAND "${NODE}" --version

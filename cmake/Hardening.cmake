@@ -1,8 +1,9 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# What makes a mistake in a program harder to exploit. For the whole directory, so that it reaches
-# the objects that Qt's own functions add, too. tests/security/tst_hardening.cpp reads the result.
+# Options that make a mistake in a program harder to exploit. They are set for the whole directory, so
+# that they also reach the objects that Qt's own functions add. tests/security/tst_hardening.cpp reads
+# the result.
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
@@ -34,8 +35,8 @@ foreach(flag relro now noexecstack separate-code)
     endif()
 endforeach()
 
-# Checked calls of the C library. They need optimisation, and stand in the way of sanitizers, which
-# watch the calls themselves. A compiler may have a level of its own predefined, which goes first.
+# Checked calls of the C library. They need optimisation, and they interfere with sanitizers, which check
+# the calls themselves. A compiler may predefine a level of its own, which is undefined first.
 if(NOT TIDEWICK_SANITIZE AND NOT TIDEWICK_COVERAGE)
     block()
         set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
@@ -50,8 +51,8 @@ if(NOT TIDEWICK_SANITIZE AND NOT TIDEWICK_COVERAGE)
     endblock()
 endif()
 
-# Has an executable say that its branches may be tracked. Its own objects all are made for that by
-# now, so the linker would say it by itself, but for start files of the C library that are not.
+# Marks an executable as supporting branch tracking. All its own objects support that by now, so the
+# linker would set the mark by itself, were it not for start files of the C library that do not.
 function(tidewick_track_branches target)
     check_linker_flag(CXX "LINKER:-z,ibt,-z,shstk" TIDEWICK_HAS_z_ibt_shstk)
     if(TIDEWICK_HAS_fcf_protection_full AND TIDEWICK_HAS_z_ibt_shstk)

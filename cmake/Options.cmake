@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# What every target compiles with: standard, warnings, definitions, instrumentation.
+# The options that every target is compiled with: standard, warnings, definitions, instrumentation.
 add_library(tidewick_options INTERFACE)
 
 target_compile_features(tidewick_options INTERFACE cxx_std_20)
@@ -10,7 +10,7 @@ target_compile_options(tidewick_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual -Wextra-semi -Wundef -Wvla)
 
-# GCC 12 sees overlapping copies in assignments of literals to std::string (GCC bug 105651).
+# GCC 12 wrongly sees overlapping copies in assignments of literals to std::string (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     target_compile_options(tidewick_options INTERFACE -Wno-restrict)
 endif()
@@ -21,7 +21,7 @@ target_compile_definitions(tidewick_options INTERFACE
     QT_DISABLE_DEPRECATED_UP_TO=0x060800
     _GLIBCXX_ASSERTIONS)
 
-# A package is the same wherever it was built.
+# A package is identical wherever it is built.
 if(TIDEWICK_PACKAGE)
     target_compile_options(tidewick_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
 endif()
@@ -30,7 +30,7 @@ if(TIDEWICK_SANITIZE)
     target_compile_options(tidewick_options INTERFACE
         -fsanitize=${TIDEWICK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tidewick_options INTERFACE -fsanitize=${TIDEWICK_SANITIZE})
-    # Clang 14 cannot emit coroutines with what this check puts before each function.
+    # Clang 14 cannot emit coroutines with the data that this check puts before each function.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND TIDEWICK_SANITIZE MATCHES "undefined")
         target_compile_options(tidewick_options INTERFACE -fno-sanitize=function)
     endif()
@@ -48,15 +48,15 @@ endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_AUTOMOC ON)
 
-# Reading Qt's headers takes longer than compiling most of our files, so they are read once for each
-# kind of code: `core` without a user interface, `widgets` with one, and `tests`. .ci/headers checks
-# that each of our own headers includes what it uses. A package is built without, as a check of the
-# sources.
+# Parsing Qt's headers takes longer than compiling most of our files, so they are precompiled once for
+# each kind of code: `core` without a user interface, `widgets` with one, and `tests`. .ci/headers checks
+# that each of our own headers includes what it uses. A package is built without precompiled headers, as
+# a check of the sources.
 function(tidewick_precompiled target kind)
     if(NOT TIDEWICK_PACKAGE)
         target_precompile_headers(${target} REUSE_FROM tidewick_headers_${kind})
-        # As the headers are, or GCC would read them again: programs get -fPIE, which Qt 6.4 takes back
-        # and later ones do not.
+        # The same option as for the precompiled headers, or GCC would parse them again. Programs get
+        # -fPIE, which Qt 6.4 removes and later versions do not.
         target_compile_options(${target} PRIVATE -fPIC)
     endif()
 endfunction()
@@ -85,9 +85,9 @@ if(NOT TIDEWICK_PACKAGE)
     target_compile_definitions(tidewick_headers_widgets PRIVATE QT_STATICPLUGIN)
 endif()
 
-# One room of the house is one static library that sees the whole source root; who may know whom is
-# said by its link list and checked by .ci/layers. All use what is in the precompiled headers. WIDGETS:
-# it draws.
+# Makes a folder of Quaymere a static library whose include path is the whole source root. Its link list
+# determines which other folders it may use, and .ci/layers checks that. All of
+# them use the libraries of the precompiled headers. WIDGETS: the library draws.
 function(tidewick_library name)
     cmake_parse_arguments(arg "WIDGETS" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
@@ -95,7 +95,7 @@ function(tidewick_library name)
     target_link_libraries(${name} PUBLIC tidewick_options QCoro6::Coro Qt6::Core ${arg_LINK})
     if(arg_WIDGETS)
         target_link_libraries(${name} PUBLIC Qt6::Widgets)
-        # By this Qt's headers decide what becomes of plugins: ours is a part of the program.
+        # Qt's headers use this to decide how plugins are built: ours is part of the program.
         target_compile_definitions(${name} PRIVATE QT_STATICPLUGIN)
         tidewick_precompiled(${name} widgets)
     else()

@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# Writes OUTPUT, a page for a browser: the HTML in HEAD, then the Markdown in SOURCE as CMARK turns
-# it into HTML.
+# Writes OUTPUT, a page for a browser: the HTML in HEAD, followed by the Markdown in SOURCE, which CMARK
+# converts to HTML.
 
 cmake_minimum_required(VERSION 3.25)
 
