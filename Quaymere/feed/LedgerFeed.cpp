@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 constexpr auto flushInterval = 400ms;
 constexpr auto reconnectDelay = 3s;
 
-/// One ledger short of what the list holds: the next to close has its place.
+/// One less than the list holds, which leaves room for the next ledger to close.
 constexpr qint64 backfilledLedgers = LedgerFeed::mostLedgers - 1;
 
 const QString subscription =
@@ -71,7 +71,7 @@ void LedgerFeed::connectToNode()
     connect(m_socket.get(), &StreamSocket::received, this, [this](const QString &text) {
         const StreamSocket *socket = m_socket.get();
         setConnected(true);
-        // Whoever heard that may have stopped this, and started it again.
+        // A slot may have stopped the feed, and started it again.
         if (socket == m_socket.get())
             handle(text);
     });
@@ -79,7 +79,7 @@ void LedgerFeed::connectToNode()
     m_socket->send(subscription);
 }
 
-/// The socket may be in the middle of telling something.
+/// Deletes the socket later, because it may be emitting a signal now.
 void LedgerFeed::letGoOfSocket()
 {
     if (!m_socket)
@@ -117,7 +117,7 @@ void LedgerFeed::handle(const QString &text)
     }
 }
 
-/// Once in a connection, whatever the node repeats.
+/// Runs once per connection, even if the node repeats its answer.
 void LedgerFeed::backfill(qint64 below)
 {
     if (!m_socket || std::exchange(m_backfilled, true))
@@ -133,7 +133,7 @@ void LedgerFeed::backfill(qint64 below)
     }
 }
 
-/// Answers come in any order, and for ledgers that were seen to close as well.
+/// Answers arrive in any order, even for ledgers whose close has been seen.
 void LedgerFeed::addBackfilled(const Ledger &ledger)
 {
     const bool known = std::any_of(m_ledgers.cbegin(), m_ledgers.cend(),
@@ -204,7 +204,7 @@ std::optional<double> LedgerFeed::txRate() const
     const double span = (m_ledgers.last().closed - m_ledgers.first().closed).count();
     if (!(span > 0) || !std::isfinite(span))
         return std::nullopt;
-    // The first ledger's own came before the span, which begins at its close.
+    // The transactions of the first ledger precede the span, which begins at its close.
     double sum = 0;
     for (const Ledger &ledger : m_ledgers.sliced(1))
         sum += double(ledger.txns);

@@ -19,7 +19,7 @@ namespace tidewick {
 class StreamReader;
 class StreamSocket;
 
-/// What the feed asks of the host. Real by default; a test puts its own in place.
+/// The feed's access to the host. Real by default; a test substitutes its own.
 struct LedgerFeedHost
 {
     std::shared_ptr<Clock> clock = std::make_shared<SystemClock>();
@@ -29,19 +29,19 @@ struct LedgerFeedHost
     LedgerFeedHost();
 };
 
-/// The ledgers and transactions that the node's stream tells of, in short lists for a window.
-/// Owned by that window; main thread only. Started, it connects, subscribes and asks for the
-/// ledgers that closed before, and it connects anew 3 s after a connection has ended for as long as
-/// it takes. Stopped, it keeps its lists and goes on from them when it is started again.
+/// The ledgers and transactions that the node's stream reports, in short lists for a window. Owned
+/// by that window; main thread only. When started, it connects, subscribes and backfills the
+/// ledgers that closed before. If a connection fails or ends, it reconnects after 3 s, as often as
+/// necessary. When stopped, it keeps its lists, and continues from them if it is started again.
 ///
-/// What it holds is bounded whatever the stream says: 60 ledgers, 40 listed transactions and as
-/// many that wait to be listed, and tallies as TypesByLedger says.
+/// Its memory use is bounded whatever the stream sends: 60 ledgers, 40 listed transactions and as
+/// many waiting to be listed, and the counts in TypesByLedger within their own limits.
 class LedgerFeed final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Unix time. Closing times are whole seconds, but what a message says may be anything.
+    /// Unix time. Close times are whole seconds, but a message may contain any number.
     using Time = std::chrono::sys_time<std::chrono::duration<double>>;
 
     struct Ledger
@@ -92,18 +92,18 @@ public:
     /// How many transactions of each type were seen live in the kept ledgers, most first.
     const QList<TypeCount> &types() const { return m_types; }
 
-    /// A message has come on the current connection.
+    /// Whether a message has arrived on the current connection.
     bool connected() const { return m_connected; }
 
-    /// Transactions per second over the kept ledgers; nothing when they tell no rate.
+    /// Transactions per second over the kept ledgers; nothing if these do not yield a rate.
     std::optional<double> txRate() const;
 
-    /// Takes in one message of the stream. Messages that make no sense change nothing.
+    /// Handles one message of the stream. Ignores messages that make no sense.
     void handle(const QString &text);
 
 signals:
     void ledgersChanged();
-    /// So many transactions stand new at the front of the list.
+    /// The first `arrived` transactions of the list are new.
     void txsChanged(qsizetype arrived);
     void typesChanged();
     void connectedChanged();
@@ -129,7 +129,7 @@ private:
     std::unique_ptr<Alarm> m_reconnect;
     bool m_running = false;
     bool m_connected = false;
-    /// The ledgers before were asked for on the current connection.
+    /// Whether the backfill has been requested on the current connection.
     bool m_backfilled = false;
 
     QList<Ledger> m_ledgers;
@@ -137,11 +137,12 @@ private:
     QList<TypeCount> m_types;
     TypesByLedger m_typesByLedger;
 
-    /// Transactions since the last flush, oldest first; of more than the list holds, the last.
+    /// Transactions since the last flush, oldest first. Only the latest are kept, as many as the
+    /// list holds.
     QList<Tx> m_pending;
-    /// Flushes fall on whole multiples of their interval from here.
+    /// Flushes happen at whole multiples of their interval after this time.
     ContinuousClock::time_point m_started;
-    /// Set while something is pending.
+    /// Set while transactions are pending and the feed is running.
     std::unique_ptr<Alarm> m_flusher;
 };
 

@@ -15,10 +15,11 @@ namespace {
 /// In bytes of UTF-8.
 constexpr qint64 largestMessage = 16LL * 1024 * 1024;
 
-/// A frame is taken in whole before it is read, so the buffer holds the largest with its header.
+/// A frame is received whole before it is read, so the buffer holds the largest one with its
+/// header.
 constexpr qint64 readBuffer = largestMessage + 64;
 
-/// In bytes. All that the feed sends at once is about 5 KB.
+/// In bytes. The feed sends about 5 KB at once at most.
 constexpr qint64 largestBacklog = 1024LL * 1024;
 
 // Qt 6.5 renamed the signal.
@@ -44,13 +45,14 @@ NodeStream::NodeStream(std::chrono::milliseconds handshakeLimit)
     m_handshakeTimer.setSingleShot(true);
     m_handshakeTimer.start(handshakeLimit);
 
-    // From the event loop, since opening can fail then and there, before anybody listens.
+    // Opened from the event loop, because opening can fail immediately, before anybody is connected
+    // to the signals.
     connect(&m_opener, &QTimer::timeout, this, &NodeStream::open);
     m_opener.setSingleShot(true);
     m_opener.start(0);
 }
 
-/// A QWebSocket that is connected would say goodbye.
+/// Aborts, because a connected QWebSocket would send a close frame.
 NodeStream::~NodeStream()
 {
     m_socket.disconnect(this);
@@ -68,7 +70,7 @@ void NodeStream::open()
         connect(inner, &QTcpSocket::readyRead, this, &NodeStream::checkBacklog);
 }
 
-/// A QWebSocket answers every ping, and keeps the answers for as long as the other side takes none.
+/// A QWebSocket answers every ping, and queues the answers while the other side does not read them.
 void NodeStream::checkBacklog()
 {
     if (m_socket.bytesToWrite() > largestBacklog)
@@ -86,7 +88,7 @@ void NodeStream::send(const QString &text)
 void NodeStream::goAway()
 {
     finish();
-    // Before hands are shaken there are no frames.
+    // There are no frames before the handshake.
     if (m_socket.isValid())
         m_socket.close(QWebSocketProtocol::CloseCodeGoingAway);
     else
@@ -100,7 +102,7 @@ void NodeStream::shakenHands()
         m_socket.sendTextMessage(text);
 }
 
-/// QWebSocket reckons those that come in pieces in UTF-16.
+/// Checks the size again, because QWebSocket measures fragmented messages in UTF-16.
 void NodeStream::take(const QString &text)
 {
     if (text.size() > largestMessage / 3 && text.toUtf8().size() > largestMessage)
@@ -109,7 +111,7 @@ void NodeStream::take(const QString &text)
         emit received(text);
 }
 
-/// From now on nothing is told.
+/// From now on, no signal is emitted.
 void NodeStream::finish()
 {
     m_over = true;

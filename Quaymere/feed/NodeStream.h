@@ -13,8 +13,9 @@
 
 namespace tidewick {
 
-/// The real connection, to the node's WebSocket port on 127.0.0.1 and through no proxy. A message
-/// over 16 MiB ends it, and so does a node that accepts and does not shake hands within a minute.
+/// The real connection, to the node's WebSocket port on 127.0.0.1, without a proxy. It ends if a
+/// message exceeds 16 MiB, if the node does not read and 1 MiB is waiting to be sent, or if the
+/// node accepts the connection but does not complete the handshake within a minute.
 class NodeStream final : public StreamSocket
 {
     Q_OBJECT
@@ -37,7 +38,7 @@ private:
     void fail();
 
     QWebSocket m_socket;
-    /// What was sent before the connection stood.
+    /// Messages sent before the connection was established.
     QStringList m_waiting;
     QTimer m_opener;
     QTimer m_handshakeTimer;

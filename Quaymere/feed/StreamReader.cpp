@@ -18,13 +18,13 @@ namespace tidewick {
 
 namespace {
 
-/// Of the node's times, which count from 2000-01-01 00:00:00 UTC, in Unix time.
+/// The epoch of the node's times, 2000-01-01 00:00:00 UTC, in Unix time.
 constexpr double ledgerEpoch = 946684800;
 
-/// In bytes. The longest that the ledger has for us are hashes, with 64.
+/// In bytes. The longest texts of interest in the ledger are hashes, with 64.
 constexpr std::size_t longestText = 128;
 
-/// In bytes. The buffers take many times a message's length; those of a longer one are not kept.
+/// In bytes. The buffers are many times as large as a message; those for a longer one are not kept.
 constexpr std::size_t usualMessage = 1024UL * 1024;
 
 using namespace std::string_view_literals;
@@ -32,13 +32,13 @@ using namespace std::string_view_literals;
 template <std::size_t N>
 using Names = std::array<std::string_view, N>;
 
-// What two parsers have read is looked into by functions of the same names: simdjson's values,
-// which are fast, and below Qt's.
+// The values of the two parsers are read by functions with the same names: first those for
+// simdjson, which is fast, then those for Qt.
 
 using FastObject = simdjson::dom::object;
 using FastValue = std::optional<simdjson::dom::element>;
 
-/// The values of these members; of members with the same name the last counts.
+/// The values of these members. If several members have the same name, the last one counts.
 template <std::size_t N>
 std::array<FastValue, N> members(const FastObject &object, const Names<N> &names)
 {
@@ -92,7 +92,7 @@ std::optional<qint64> integer(const FastValue &value)
     if (const auto whole = as<std::int64_t>(value))
         return *whole;
     const auto figure = number(value);
-    // 2^63 is the first that does not fit.
+    // 2^63 is the first value that does not fit.
     constexpr double limit = 9223372036854775808.0;
     if (!figure || *figure != std::trunc(*figure) || *figure < -limit || *figure >= limit)
         return std::nullopt;
@@ -126,7 +126,7 @@ std::optional<QString> text(const QJsonValue &value)
     return content;
 }
 
-/// The index of a past ledger comes as a text or as a number, depending on the node's version.
+/// The index of a past ledger is a text or a number, depending on the node's version.
 template <typename Value>
 std::optional<qint64> integerInAnyForm(const Value &value)
 {
@@ -152,7 +152,7 @@ StreamMessage readPastLedger(const Object &ledger)
     const auto index = integerInAnyForm(indexValue);
     const auto transactions = elements(transactionsValue);
     const auto closed = time(timeValue);
-    // The open ledger has no closing time.
+    // The open ledger has no close time.
     if (!index || !transactions || !closed)
         return {};
     return BackfillMessage{{*index, *transactions, *closed}};
@@ -237,7 +237,7 @@ StreamMessage readMessage(const Object &message)
 
 } // namespace
 
-/// The parser with the bytes that its last document lies in.
+/// The parser and the bytes that its last document refers to.
 struct StreamReader::Parser
 {
     simdjson::dom::parser json;
@@ -253,8 +253,9 @@ struct StreamReader::Parser
             == simdjson::SUCCESS)
             return readMessage(object);
 
-        // Qt reads some that simdjson refuses, those with integers beyond 64 bits among them. Of a
-        // large one the two would take the most memory together.
+        // Qt reads some messages that simdjson refuses, such as those with integers beyond 64 bits.
+        // For a large message, both parsers together would use the most memory, so that of simdjson
+        // is freed.
         if (json.capacity() > usualMessage)
             json = simdjson::dom::parser();
         const auto slowObject =

@@ -14,7 +14,7 @@ namespace tidewick {
 /// The answer to the subscription.
 struct SubscribedMessage
 {
-    /// The newest validated ledger, where there is one.
+    /// The latest validated ledger, if there is one.
     std::optional<qint64> ledgerIndex;
 };
 
@@ -34,18 +34,18 @@ struct TransactionMessage
     LedgerFeed::Tx tx;
 };
 
-/// What one message of the stream says; std::monostate: nothing for the feed.
+/// The content of one message of the stream; std::monostate if there is none for the feed.
 using StreamMessage = std::variant<std::monostate, SubscribedMessage, BackfillMessage,
                                    LedgerClosedMessage, TransactionMessage>;
 
-/// Reads messages that nobody vouches for. Members that are absent, null or of the wrong type are
-/// the same "nothing", as everywhere in the program; so are texts longer than the ledger knows any.
-/// Keeps its buffers from message to message. Any thread, one at a time.
+/// Reads untrusted messages. Members that are absent, null or of the wrong type all count as
+/// missing, as everywhere in the program. So do texts longer than any in the ledger. Keeps its
+/// buffers from message to message. Usable from any thread, but only from one at a time.
 class StreamReader
 {
 public:
-    /// The id of the request that subscribes. Requests for past ledgers have ids from the second
-    /// value on. Answers are told apart by them.
+    /// The ID of the subscription request, and the first ID for requests for past ledgers. Answers
+    /// are told apart by their IDs.
     static constexpr qint64 subscriptionId = 1;
     static constexpr qint64 firstBackfillId = 1000;
 

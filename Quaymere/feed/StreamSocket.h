@@ -7,24 +7,26 @@
 
 namespace tidewick {
 
-/// One connection to the node's stream, made when it is created; a new one is needed for each
-/// attempt. Destroying it ends it without a word, and no signal comes any more.
+/// One connection to the node's stream, started when the object is created; each attempt needs a
+/// new object. Destroying it ends the connection silently: no more signals are emitted.
 class StreamSocket : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Sends a text message, once the connection stands. Whether it arrives is not told.
+    /// Sends a text message as soon as the connection is established. Does not report whether it
+    /// arrives.
     virtual void send(const QString &text) = 0;
 
-    /// Tells the other side that nobody listens any more (close code 1001, no reason).
+    /// Closes the connection, with the close code for "going away" (1001) and no reason.
     virtual void goAway() = 0;
 
 signals:
-    /// Messages in the order in which they came. Binary ones are passed over.
+    /// Emitted for each text message, in the order of arrival. Binary messages are ignored.
     void received(const QString &text);
 
-    /// There is no connection, or none any more, whatever the reason. Comes once, and last.
+    /// The connection could not be established or has ended, whatever the reason. Emitted once, as
+    /// the last signal.
     void failed();
 };
 

@@ -12,9 +12,9 @@
 
 namespace tidewick {
 
-/// How many transactions of each type were seen in each ledger. It holds no more than a stream of
-/// nonsense deserves: of further ledgers nothing is counted, further types are counted together as
-/// "Unknown".
+/// Counts the transactions of each type in each ledger. Its memory use is bounded even if the
+/// stream is nonsense: beyond the limits, further ledgers are not counted, and further types are
+/// counted together as "Unknown".
 class TypesByLedger
 {
 public:
@@ -26,17 +26,17 @@ public:
         bool operator==(const TypeCount &) const = default;
     };
 
-    /// The feed keeps 60 ledgers; beside them there are a few whose close has not been seen yet.
+    /// The feed keeps 60 ledgers. There are also a few whose close has not been seen yet.
     static constexpr std::size_t mostLedgers = 128;
-    /// The network knows about 70, the most in one ledger are some 20.
+    /// The network has about 70, and a single ledger at most about 20.
     static constexpr std::size_t mostTypes = 128;
 
     void add(qint64 ledger, const QString &type);
 
-    /// Forgets the ledgers that are not wanted.
+    /// Drops the ledgers that are not wanted.
     void keepIf(const std::function<bool(qint64 ledger)> &wanted);
 
-    /// The sums over all ledgers, the largest first.
+    /// The totals over all ledgers, largest first.
     QList<TypeCount> totals() const;
 
     /// How many ledgers are held.
@@ -44,7 +44,7 @@ public:
 
 private:
     std::map<qint64, QHash<QString, qint64>> m_counts;
-    /// Over all ledgers, none of them 0.
+    /// Totals over all ledgers; none of them is 0.
     std::map<QString, qint64> m_sums;
 };
 
