@@ -27,15 +27,16 @@ constexpr std::chrono::seconds patience = 30s;
 constexpr std::chrono::minutes lonelyAfter = 5min;
 constexpr std::chrono::hours slowAfter = 1h;
 constexpr std::chrono::days expirySoon{14};
-/// The node mentions an offset to the network's time from here on; smaller ones do no harm.
+/// The node reports an offset from the network's time from this value on; smaller offsets do no
+/// harm.
 constexpr std::chrono::seconds leastClockOffset = 60s;
-/// The lists are fetched after the start, and the node warns until they are there.
+/// The node fetches the lists after its start and warns until it has them.
 constexpr std::chrono::seconds fetchesLists = 30s;
-/// The quorum that nothing can reach: the largest number of 32 bits.
+/// The quorum that cannot be reached: the largest 32-bit number.
 constexpr qint64 noQuorum = 4294967295;
 constexpr qsizetype longestForeignText = 300;
 
-/// The numbers of the node's own warnings.
+/// The IDs of the node's own warnings.
 enum Warning : qint64 {
     AmendmentMajority = 1001,
     AmendmentBlocked = 1002,
@@ -53,7 +54,7 @@ QString counted(qint64 count, const char *unit)
            + (count == 1 ? QString() : QStringLiteral("s"));
 }
 
-/// In steps that leave time to read the text before it changes.
+/// Uses coarse steps, so that there is time to read the text before it changes.
 QString length(std::chrono::seconds time)
 {
     if (time >= 1h)
@@ -63,7 +64,7 @@ QString length(std::chrono::seconds time)
     return counted(time / 10s * 10, "second");
 }
 
-/// The warning of this number, if the node gives it.
+/// The warning with this ID, if the node gives it.
 std::optional<QJsonObject> warning(const QJsonObject &info, qint64 number)
 {
     for (const QJsonValue value : info[u"warnings"].toArray()) {
@@ -107,8 +108,8 @@ std::optional<Advice> onBlockedAmendment(const QJsonObject &info)
                              "not know. Install a newer xrpld, then start it.")};
 }
 
-/// How far the node's clock is from the network's. The node gives it with the latest ledger, and
-/// puts it, with its sign, into an unsigned number of 32 bits.
+/// The difference between the node's clock and the network's. The node reports it with the latest
+/// ledger, as a signed value in an unsigned 32-bit number.
 std::chrono::seconds clockOffset(const QJsonObject &info)
 {
     for (const char16_t *ledger : {u"validated_ledger", u"closed_ledger"}) {
@@ -142,8 +143,8 @@ std::optional<Advice> onPeers(const RunningNode &node)
                       .arg(length(node.withoutPeers))};
 }
 
-/// The first site that did not give a list, by the name a browser would show. A site that gave one
-/// it has given before, or gave last time, has nothing to be blamed for.
+/// The first site that failed to provide a list, named by its host as in a browser. A site that
+/// provided a list the node already had, or a list last time, is not to blame.
 std::optional<QString> failedSite(const std::optional<QJsonObject> &answer)
 {
     if (!answer)
@@ -273,7 +274,8 @@ double nodeLoad(const QJsonObject &info)
 {
     if (const auto local = JsonRead::number(info[u"load_factor_local"]))
         return *local;
-    // With these the network's load is in the sum, which no computer is to blame for.
+    // If any of these is present, the sum includes the network's load, for which no computer is to
+    // blame.
     for (const char16_t *others : {u"load_factor_net", u"load_factor_cluster",
                                    u"load_factor_fee_escalation", u"load_factor_fee_queue"}) {
         if (info.contains(QStringView(others)))
@@ -290,7 +292,7 @@ bool lacksValidatorLists(const QJsonObject &info)
         return false;
     if (info[u"validator_list"].toObject()[u"status"].toString() == u"expired")
         return true;
-    // Without a peer it is the network that is missing first of all.
+    // Without peers, the missing network is the first thing to report.
     return JsonRead::integer(info[u"peers"]).value_or(0) > 0
            && JsonRead::integer(info[u"uptime"]).value_or(0) >= fetchesLists.count();
 }

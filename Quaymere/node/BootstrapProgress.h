@@ -12,21 +12,22 @@
 
 namespace tidewick {
 
-/// The node's first download of the ledger, as its counts tell it: kept from one answer to the next
-/// to show how fast the store grows. A value for one run of the node.
+/// The progress of the node's first download of the ledger, according to its counts. Kept from one
+/// answer to the next to show how fast the store grows. A value for one run of the node.
 class BootstrapProgress
 {
 public:
-    /// Takes up an answer to get_counts; one without "stream_bootstrap" leaves nothing to report.
+    /// Updates the progress from an answer to get_counts. Without "stream_bootstrap" in the answer,
+    /// there is nothing to report.
     void update(const QJsonObject &counts, SuspendingClock::time_point now);
 
-    /// Whether a node in this state is bootstrapping, as far as the last counts tell.
+    /// Whether a node in this state is bootstrapping, according to the last counts.
     bool covers(const QString &serverState) const;
 
-    /// For example "catching up · 3.1 MB/s · 2 passes · 120 ledgers behind".
+    /// The progress as text, for example "catching up · 3.1 MB/s · 2 passes · 120 ledgers behind".
     QString detail() const;
 
-    /// Growth of the store, such as "12.3 MB/s"; nothing until two answers allow one.
+    /// Growth of the store, such as "12.3 MB/s"; nothing until two answers yield one.
     const std::optional<QString> &rate() const { return m_rate; }
 
 private:

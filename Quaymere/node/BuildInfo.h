@@ -7,14 +7,16 @@
 
 #include <optional>
 
-/// Reads the bundle's description of its build, as NodeConfig::buildInfo gives it: lines of
+/// Reads the bundle's description of its build, as returned by NodeConfig::buildInfo: lines of
 /// key=value.
 namespace tidewick::BuildInfo {
 
-/// Only lines that are a key and a value count; of two with the same key the last one.
+/// The value of this key. Only lines with a key and a value count; if several have the same key,
+/// the last one does.
 std::optional<QString> value(QStringView key, const QString &buildInfo);
 
-/// Whether the node is configured for the store Mossgrid, as where nothing else is said.
+/// Whether the node is configured for the Mossgrid store, which is the default if nothing is
+/// stated.
 bool hasMossgrid(const QString &buildInfo);
 
 } // namespace tidewick::BuildInfo

@@ -30,7 +30,7 @@ void applyLine(ProcessEnvironment &environment, QStringView line)
 {
     line = trimmed(line);
     const qsizetype equals = line.indexOf(u'=');
-    // A process is handed texts that end at a NUL: of such a line it would get a part.
+    // A process receives texts that end at a NUL, so it would receive only part of such a line.
     if (line.startsWith(u'#') || equals < 0 || line.contains(QChar::Null))
         return;
     environment[line.left(equals).toUtf8().toStdString()] =

@@ -9,8 +9,8 @@
 
 namespace tidewick::EnvironmentFile {
 
-/// Lays the lines "KEY=value" of a text over an environment. Blanks around a line do not count;
-/// comments, which begin with "#", and other lines are passed over.
+/// Sets the variables of an environment from the lines "KEY=value" of a text. Ignores blanks around
+/// a line, comments, which begin with "#", and all other lines.
 void layOver(ProcessEnvironment &environment, QStringView text);
 
 } // namespace tidewick::EnvironmentFile

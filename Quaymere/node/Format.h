@@ -9,7 +9,8 @@
 
 namespace tidewick::Format {
 
-/// "59m", "1h 0m", "27h 3m": whole minutes, without days. Negative counts as 0.
+/// Formats a duration in whole minutes, without days: "59m", "1h 0m", "27h 3m". A negative one
+/// counts as 0.
 QString duration(std::chrono::seconds duration);
 
 } // namespace tidewick::Format

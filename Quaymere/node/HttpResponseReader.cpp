@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// The parser of Boost 1.74 asserts that five bytes are there when three or four of "0\r\n\r\n" are,
-// and reads on correctly.
+// The parser of Boost 1.74 asserts that five bytes are available when only three or four of
+// "0\r\n\r\n" are, and then continues correctly.
 #define BOOST_DISABLE_ASSERTS
 
 #include "node/HttpResponseReader.h"
@@ -20,8 +20,8 @@ namespace {
 
 namespace http = boost::beast::http;
 
-/// A response that only says that the real one is still to come. 101 is not one: what follows it is
-/// no longer HTTP.
+/// Whether a response only announces that the real one is still to come. 101 does not: the data
+/// that follows it is no longer HTTP.
 bool isInterim(unsigned status)
 {
     return status / 100 == 1 && status != 101;
@@ -34,8 +34,8 @@ class HttpResponseReader::Parser : public http::response_parser<http::string_bod
 public:
     explicit Parser(quint64 largestBody)
     {
-        // Stops after each part: when it goes on by itself, it forgets that the length announced
-        // was too large (Boost 1.74).
+        // Stops the parser after each part. If it continues by itself, it forgets that the
+        // announced length was too large (Boost 1.74).
         eager(false);
         header_limit(largestHeader);
         body_limit(largestBody);
@@ -74,7 +74,8 @@ HttpResponseReader::State HttpResponseReader::read()
                 return State::Broken;
             m_parser = std::make_unique<Parser>(m_largestBody);
         } else if (error) {
-            // The parser bounds the header itself, but neither lines between chunks nor trailers.
+            // The parser limits the header itself, but neither the lines between chunks nor the
+            // trailers.
             return m_unread.size() > largestHeader ? State::Broken : State::Incomplete;
         }
     }

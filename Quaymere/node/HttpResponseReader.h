@@ -11,37 +11,39 @@
 
 namespace tidewick {
 
-/// Reads one HTTP/1 response from bytes as they arrive, and holds no more of it than its limits
-/// say, whatever is sent: the sender is not trusted.
+/// Reads one HTTP/1 response from bytes as they arrive. The sender is not trusted: memory use stays
+/// within the limits, whatever it sends.
 class HttpResponseReader
 {
 public:
-    /// In bytes, for the status line, for the headers together, and for what stands between and
+    /// Limit in bytes for the status line, for all headers together, and for the data between and
     /// after chunks.
     static constexpr quint32 largestHeader = 64 * 1024;
 
-    /// Responses before the real one that only say that it is to come; servers send one at most.
+    /// The number of interim responses accepted before the real one; servers send one at most.
     static constexpr int mostInterim = 8;
 
     enum class State {
-        Incomplete, ///< more bytes are wanted
-        Complete,   ///< the body is there whole
-        Broken,     ///< no HTTP, cut short, or beyond a limit
+        Incomplete, ///< more bytes are needed
+        Complete,   ///< the body has arrived completely
+        Broken,     ///< not HTTP, cut short, or beyond a limit
     };
 
-    /// A body of more bytes than this breaks the response, as soon as that is announced or seen.
+    /// A body of more bytes than this makes the response Broken, as soon as its size is announced
+    /// or exceeded.
     explicit HttpResponseReader(quint64 largestBody);
     HttpResponseReader(const HttpResponseReader &) = delete;
     HttpResponseReader &operator=(const HttpResponseReader &) = delete;
     ~HttpResponseReader();
 
-    /// Takes the next bytes. What follows a complete response is passed over.
+    /// Processes the next bytes. Ignores any that follow a complete response.
     State take(QByteArrayView bytes);
 
-    /// Takes the end of the connection, which completes a response that does not tell its length.
+    /// Processes the end of the connection, which completes a response that does not state its
+    /// length.
     State end();
 
-    /// The body of a complete response, whatever its status. To be asked for once.
+    /// Moves out the body of a complete response, whatever its status. Call it only once.
     std::string takeBody();
 
 private:
@@ -53,7 +55,7 @@ private:
     State m_state = State::Incomplete;
     int m_interim = 0;
     std::unique_ptr<Parser> m_parser;
-    /// What the parser wants to see again together with what comes next.
+    /// Bytes that the parser needs again, together with those that follow.
     QByteArray m_unread;
 };
 

@@ -63,7 +63,7 @@ fs::path NodeConfig::chooseDataDirectory(const fs::path &base)
 void NodeConfig::checkDataDirectory(const fs::path &directory)
 {
     const std::string path = directory.string();
-    // The node would take the path before the "#" and keep its store there, unseen by us.
+    // The node would use the path before the "#" and keep its store there, unknown to us.
     if (path.find('#') != std::string::npos)
         throw FileError(directory, "the node takes a \"#\" in a path for the begin of a comment");
     if (path.find_first_of("\r\n") != std::string::npos)
@@ -81,7 +81,7 @@ fs::path NodeConfig::render(const fs::path &directory) const
 {
     Files::createFolders(directory);
 
-    // Bytes, not characters: the folder's name need not be UTF-8 to be the node's.
+    // Bytes, not characters: the folder's name need not be UTF-8 for the node to use it.
     QByteArray text = Files::readText(resource("xrpld.cfg", "in")).toUtf8();
     text.replace("@DATA_DIR@", QByteArray::fromStdString(directory.string()));
     text.replace("@ROUND_GROWTH_MIB@", QByteArray::number(roundGrowthMiB()));
@@ -89,7 +89,7 @@ fs::path NodeConfig::render(const fs::path &directory) const
     fs::path configuration = directory / "xrpld.cfg";
     Files::writeAtomically(configuration, generatedHeader + text);
 
-    // Copied afresh each time, so that the list of a new bundle always takes the old one's place.
+    // Copied each time, so that the list in a new bundle always replaces the old one.
     const fs::path validators = directory / "validators.txt";
     removeFile(validators);
     const std::optional<QByteArray> users = ValidatorsFile::read();
@@ -115,7 +115,7 @@ QString NodeConfig::buildInfo() const
         if (const auto path = m_bundle.resource("build-info", ""))
             return Files::readText(*path);
     } catch (const FileError &) {
-        // An unreadable description is worth no more than none.
+        // An unreadable description counts as none.
     }
     return QStringLiteral("no build-info");
 }

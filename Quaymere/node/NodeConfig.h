@@ -15,13 +15,13 @@
 
 namespace tidewick {
 
-/// Where the node's data is, and how its configuration, validators list and environment are made
-/// from the bundle's templates and the user's settings. The node never reads a file edited by hand:
-/// what is rendered here is written anew before each start. Holds no state but its two sources.
+/// Locates the node's data, and creates its configuration, validators list and environment from the
+/// bundle's templates and the user's settings. The node never reads a file edited by hand: the
+/// files rendered here are rewritten before each start. Holds no state except its two sources.
 class NodeConfig
 {
 public:
-    /// A resource that the bundle should have and has not.
+    /// A resource that the bundle should have is missing.
     class Missing : public std::runtime_error
     {
     public:
@@ -30,35 +30,35 @@ public:
 
     NodeConfig(Bundle bundle, Defaults defaults);
 
-    /// The application's data folder, chosen once in a process; not created here. A folder of the
-    /// name used by early versions is renamed to the present one; if that fails it is used as it
-    /// is.
+    /// The application's data folder, chosen once per process and not created here. A folder with
+    /// the name that early versions used is renamed to the current name; if that fails, it is used
+    /// under the old name.
     static const std::filesystem::path &dataDirectory();
 
-    /// The choice behind dataDirectory, below the folder `base`.
+    /// The choice made by dataDirectory, among the subfolders of `base`.
     static std::filesystem::path chooseDataDirectory(const std::filesystem::path &base);
 
-    /// Throws FileError for a data folder whose path a node would not read from its configuration
-    /// as it is.
+    /// Throws FileError for a data folder whose path the node would not read correctly from its
+    /// configuration.
     static void checkDataDirectory(const std::filesystem::path &directory);
 
-    /// Writes "xrpld.cfg" and "validators.txt" into `directory`, which is made if need be, and
-    /// gives the path of the former. The list of validators is the user's own (ValidatorsFile)
-    /// where there is one, else the bundle's. Throws Missing or FileError; what was written until
-    /// then stays.
+    /// Writes "xrpld.cfg" and "validators.txt" into `directory`, which is created if necessary, and
+    /// returns the path of the former. The list of validators is the user's own (ValidatorsFile) if
+    /// there is one, else the bundle's. Throws Missing or FileError; files already written then
+    /// remain.
     std::filesystem::path render(const std::filesystem::path &directory) const;
 
-    /// This process's environment with the lines of "node.env" laid over it. Throws Missing or
+    /// This process's environment with the variables of "node.env" set in it. Throws Missing or
     /// FileError.
     ProcessEnvironment environment() const;
 
     /// The growth step that will apply, in MiB.
     qint64 roundGrowthMiB() const;
 
-    /// The bundle's description of its build, lines of key=value; "no build-info" without one.
+    /// The bundle's description of its build, lines of key=value; "no build-info" if there is none.
     QString buildInfo() const;
 
-    /// The page on real nodes, where they come from first of all; nothing in a bundle without it.
+    /// The page about real nodes and, above all, where to get one; nothing if the bundle has none.
     std::optional<std::filesystem::path> nodePage() const
     {
         return m_bundle.resource("real-node", "html");

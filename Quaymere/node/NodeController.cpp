@@ -45,7 +45,7 @@ NodeController::~NodeController()
         waiter->resolve(false);
 }
 
-/// The one place where the status changes.
+/// The only place where the status changes.
 void NodeController::publish(const NodeStatus &next, const char *why)
 {
     if (next == m_status)
@@ -179,12 +179,13 @@ void NodeController::exited(int status, bool signaled)
                             QString::number(status), lastWords));
         next.advice = adviceAfter(lastWords);
     }
-    const NodeStatus ended = next; // before what else there is to do changes the texts
+    const NodeStatus ended = next; // before the next steps change the texts
     if (std::exchange(m_clearAfterStop, false))
         removeDatabase(next);
     refreshDisk(next, m_store.dataSize());
 
-    // From here on others may do anything, such as start a new run or destroy this controller.
+    // From here on, slots and waiters may do anything, such as start a new run or destroy this
+    // controller.
     const QPointer<NodeController> alive(this);
     const std::vector<OneShot<bool> *> waiters = std::exchange(m_stopWaiters, {});
     publish(next, qUtf8Printable(next.detail));

@@ -26,7 +26,7 @@
 
 namespace tidewick {
 
-/// A question to the user before something that cannot be undone. Plain texts.
+/// A question to ask the user before something that cannot be undone. Plain texts.
 struct Confirmation
 {
     QString title;
@@ -35,28 +35,29 @@ struct Confirmation
     QString rejectLabel;
 };
 
-/// Owns the node's process: configures, starts, polls, limits and stops it, and publishes how it is
-/// as one NodeStatus. Lives in the main thread, where everything of it happens; failures end in the
-/// phase Error with a text, never in an exception.
+/// Owns the node's process: configures, starts, polls, limits and stops it, and publishes its state
+/// as one NodeStatus. Lives in the main thread; only polls measure the store in another one. A
+/// failure leads to the phase Error with a text, never to an exception.
 ///
 ///   phase                       process  stop requested  left by
 ///   Stopped, Error              none     no              start(): Starting, or Error if refused
-///   Starting, Bootstrapping,    running  no              an answer: any of these five but Starting
+///   Starting, Bootstrapping,    running  no              an answer: any of these except Starting
 ///   Connecting, Syncing, Full                            stop() or a limit: Stopping
 ///                                                        the process ends: Error
 ///   Stopping                    running  yes             the process ends: Stopped
 ///
-/// A stop is asked for over RPC once server_info was answered, else by SIGTERM, which is sent at
-/// most once in a run: a node that gets two at short distance dies without closing its store.
-/// SIGKILL follows after 90 s. Destroying the controller leaves a running node to who tells it of
-/// the end of this program.
+/// The node is asked to stop over RPC if it has answered server_info, and with SIGTERM if it has
+/// not or if the call fails. SIGTERM is sent at most once in a run: a node that receives two in
+/// quick succession dies without closing its store. SIGKILL follows after 90 s. Destroying the
+/// controller leaves a running node to the watchdog process or the kernel, one of which stops it
+/// when this program ends.
 class NodeController final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Answers with the user's choice. It may take its time, and must not outlive the controller's
-    /// owner.
+    /// Returns the user's choice. It may take any length of time, and must not outlive the
+    /// controller's owner.
     using Confirm = std::function<QCoro::Task<bool>(Confirmation)>;
 
     explicit NodeController(std::filesystem::path dataDirectory, NodeHost host = NodeHost(),
@@ -70,44 +71,45 @@ public:
     /// The "info" object of the last server_info answer in this run.
     const std::optional<QJsonObject> &lastServerInfo() const { return m_lastServerInfo; }
 
-    /// While there is a text, start() refuses with it.
+    /// While a reason is set, start() refuses with it.
     void setStartBlocked(std::optional<QString> reason) { m_startBlocked = std::move(reason); }
 
-    /// Without one, nothing is ever confirmed.
+    /// Without a Confirm function, clearStorage() does nothing.
     void setConfirm(Confirm confirm) { m_confirm = std::move(confirm); }
 
-    /// The application wants to quit: readyToTerminate follows the next end of the node.
+    /// The application wants to quit: readyToTerminate() is emitted when the node next ends.
     void setTerminateWhenStopped() { m_terminateWhenStopped = true; }
 
-    /// Starts a node; nothing while there is one.
+    /// Starts a node. Does nothing if one is running.
     void start();
 
-    /// Asks the node to stop and returns. Nothing without a node, or when it was asked already.
+    /// Asks the node to stop and returns. Does nothing without a node, or if the node has already
+    /// been asked.
     void stop(const std::optional<QString> &reason = std::nullopt);
 
-    /// Stops the node and resumes when it has ended; at once when there is none. Several callers
-    /// resume in the order in which they asked.
+    /// Stops the node and resumes when it has ended, or immediately if there is none. Several
+    /// callers resume in the order of their calls.
     QCoro::Task<> stopAndWait(QString reason);
 
-    /// Asks the user, then deletes the store, stopping the node first. Nothing while a question is
-    /// open.
+    /// Asks the user for confirmation, then stops the node if one is running and deletes the store.
+    /// Does nothing while a question is open.
     void clearStorage();
 
 signals:
-    /// The status is another one now, and so is everything else the controller tells. Slots may
-    /// give any command, and may destroy the controller.
+    /// The status has changed, and everything else that the controller reports is up to date. Slots
+    /// may call any function of the controller, and may destroy it.
     void statusChanged();
 
-    /// A node that nobody asked to stop has ended, or has been stopped at a limit, or could not be
-    /// started when that was asked for, unless setStartBlocked has it wait. The phase it came to
-    /// and one line that says why.
+    /// The node has ended without being asked to, has been stopped at a limit, or could not be
+    /// started on request. Not emitted if setStartBlocked() made the start wait. Carries the
+    /// resulting phase and one line with the reason.
     void endedOnItsOwn(tidewick::Phase phase, const QString &why);
 
-    /// The node has ended after setTerminateWhenStopped, all waiters being resumed.
+    /// The node has ended after setTerminateWhenStopped(), and all waiting callers have resumed.
     void readyToTerminate();
 
 private:
-    // An event changes a copy of the status and publishes it once, whole.
+    // Each event changes a copy of the status and publishes it once, as a whole.
     void publish(const NodeStatus &next, const char *why);
     static void fail(NodeStatus &next, const QString &text);
 
@@ -129,7 +131,7 @@ private:
     QCoro::Task<> askForLists(TaskToken token);
 
     // Limits, stopping, storage.
-    /// Sets the time left. The reason to stop the node now, if there is one.
+    /// Sets the time left. Returns the reason to stop the node now, if there is one.
     std::optional<QString> checkLimits(NodeStatus &next) const;
     QCoro::Task<> requestStop(TaskToken token);
     QCoro::Task<> killAfterTimeout(TaskToken token);
@@ -152,10 +154,10 @@ private:
     bool m_terminateWhenStopped = false;
     /// Spans runs: how long rebuilds take, how fast the store grows.
     StorageStatus m_storage;
-    /// The node reports its own memory; from then on the host is not asked.
+    /// Whether the node reports its own memory use. Once it does, the host is no longer asked.
     bool m_nodeReportsMemory = false;
 
-    // The run. The child is set exactly while a process exists.
+    // The current run. The child is set exactly while a process exists.
     std::unique_ptr<ChildProcess> m_child;
     RunLimits m_limits;
     qint64 m_launchOffset = 0;
@@ -168,11 +170,11 @@ private:
     bool m_hasCompany = false;
     bool m_stopRequested = false;
     std::optional<QString> m_stopReason;
-    /// The stop requested is the controller's own, at a limit.
+    /// Whether the controller itself requested the stop, at a limit.
     bool m_stopIsAutomatic = false;
     bool m_clearAfterStop = false;
 
-    // Destroyed first, so that no task goes on in what is left of the controller.
+    // Destroyed first, so that no task continues in a partly destroyed controller.
     TaskOwner m_pollTask;
     TaskOwner m_stopTask;
     TaskOwner m_killTask;

@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::seconds pollInterval = 2s;
-/// Counts are asked for, and limits checked, in the first of so many polls.
+/// Every this many polls, starting with the first, counts are requested and limits are checked.
 constexpr int pollsPerCounts = 5;
 
 } // namespace
@@ -34,7 +34,7 @@ QCoro::Task<> NodeController::pollUntilCancelled(TaskToken token)
     }
 }
 
-/// A run's answers count only in that run: the token tells a later one apart.
+/// Answers count only in the run that requested them; the token distinguishes it from a later one.
 bool NodeController::wantsAnswers(const TaskToken &token) const
 {
     return !token.cancelled() && m_child && !m_stopRequested;
@@ -48,7 +48,7 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
     std::optional<QJsonObject> counts;
     if (withCounts && wantsAnswers(token))
         counts = co_await m_rpc.call(QStringLiteral("get_counts"));
-    // A store of many files, or on a slow disk, takes a while to be walked through.
+    // Measuring a store with many files, or on a slow disk, takes a while.
     std::optional<qint64> storeSize;
     if (withCounts && wantsAnswers(token)) {
         // Named, because GCC 12 destroys a temporary in an awaited call twice.
@@ -92,7 +92,8 @@ QCoro::Task<> NodeController::poll(bool withCounts, TaskToken token)
     }
 }
 
-/// Which publisher's site fails is only of interest while there is no valid list.
+/// Called only while there is no valid list: otherwise it does not matter which publisher's site
+/// fails.
 QCoro::Task<> NodeController::askForLists(TaskToken token)
 {
     const auto sites = co_await m_rpc.call(QStringLiteral("validator_list_sites"));

@@ -94,7 +94,7 @@ QCoro::Task<> NodeController::confirmAndClear(TaskToken token)
                         .arg(ByteCount::text(m_store.size()), Files::display(m_store.path()));
     question.acceptLabel = QStringLiteral("Delete");
     question.rejectLabel = QStringLiteral("Cancel");
-    // A copy: what the callback captured lasts until it has answered.
+    // A copy, which keeps the callback's captures alive until it has answered.
     const Confirm confirm = m_confirm;
     const bool confirmed = co_await confirm(std::move(question));
     if (token.cancelled())

@@ -22,10 +22,10 @@ QDateTime local(WallClock::time_point date)
 std::optional<WallClock::time_point> parse(const QString &text)
 {
     constexpr qsizetype lengthToSeconds = 20;
-    // The C locale, since the node's month names are English everywhere.
+    // The C locale, because the node's month names are English everywhere.
     const QDateTime date =
         QLocale::c().toDateTime(text.left(lengthToSeconds), QStringLiteral("yyyy-MMM-dd HH:mm:ss"));
-    // Later ones are beyond the clock's range, and as good as never.
+    // Later dates are beyond the clock's range and are as good as never.
     constexpr int lastYear = 2200;
     if (!date.isValid() || date.date().year() > lastYear || !text.endsWith(QLatin1String(" UTC")))
         return std::nullopt;

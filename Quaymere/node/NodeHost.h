@@ -15,7 +15,7 @@
 
 namespace tidewick {
 
-/// What the node controller asks of the host. Real by default; a test puts its own in place.
+/// The node controller's access to the host. Real by default; a test substitutes its own.
 struct NodeHost
 {
     Bundle bundle = Bundle::main();
@@ -26,16 +26,17 @@ struct NodeHost
     std::function<std::optional<double>(const std::filesystem::path &)> freeGB;
     /// Probe::portInUse.
     std::function<bool(quint16 port, qint32 timeoutMs)> portInUse;
-    /// Whether another node runs on this machine, beside the controller's own. Asked in every
-    /// fifth poll: one that nobody calls is found by the port it lets peers call.
+    /// Whether another node runs on this machine besides the controller's own. Asked in every fifth
+    /// poll. By default, checks the port on which such a node accepts peers.
     std::function<bool()> hasCompany;
     /// ChildProcess::start.
     std::function<std::unique_ptr<ChildProcess>(const ChildSpec &)> spawn;
-    /// Inside an application sandbox the memory of other processes is not to be read.
+    /// Whether this runs inside an application sandbox, where the memory use of other processes
+    /// cannot be read.
     bool sandboxed;
 
-    /// The real host. Children it spawns are told by the watch, if there is one, when this program
-    /// dies; the watch has to outlive them.
+    /// The real host. The DeathWatch, if there is one, guards the child processes, and must outlive
+    /// them.
     explicit NodeHost(const DeathWatch *deathWatch = nullptr);
 };
 

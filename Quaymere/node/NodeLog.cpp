@@ -26,7 +26,7 @@ constexpr std::uintmax_t rotateAbove = std::uintmax_t{64} * 1024 * 1024;
 constexpr int tailLines = 20;
 constexpr qint64 tailBytes = qint64{1024} * 1024;
 
-/// Reads `size` bytes at `offset`; fewer when the file ends before, or on an error.
+/// Reads `size` bytes at `offset`; fewer if the file ends earlier or an error occurs.
 QByteArray readAt(int file, qint64 offset, qint64 size)
 {
     QByteArray bytes(size, Qt::Uninitialized);
@@ -42,8 +42,7 @@ QByteArray readAt(int file, qint64 offset, qint64 size)
     return bytes;
 }
 
-/// The pieces between line feeds, counted from the end: where the last `lines` of them begin, or
-/// nothing when there are fewer.
+/// Returns where the last `lines` pieces between line feeds begin, or nothing if there are fewer.
 std::optional<qsizetype> beginOfLast(int lines, const QByteArray &bytes)
 {
     qsizetype at = bytes.size();
@@ -57,7 +56,7 @@ std::optional<qsizetype> beginOfLast(int lines, const QByteArray &bytes)
     return at + 1;
 }
 
-/// Cut anywhere, text may begin inside a character; that rest of one is dropped.
+/// Drops the rest of a character at the beginning: the text may have been cut in the middle of one.
 QByteArray fromCharacterStart(const QByteArray &bytes)
 {
     qsizetype at = 0;
@@ -101,7 +100,7 @@ QString NodeLog::tail(qint64 offset) const
     if (end <= offset)
         return {};
 
-    // Most tails are short: the stretch read from the end grows until it holds the lines.
+    // Most tails are short, so the part read from the end grows until it contains the lines.
     const qint64 longest = std::min(end - offset, tailBytes);
     for (qint64 size = std::min<qint64>(longest, 4096);; size = std::min(longest, size * 16)) {
         const QByteArray bytes = readAt(file.get(), end - size, size);

@@ -33,7 +33,7 @@ QByteArray question(quint16 port, const QString &method)
     const QJsonObject object{{QStringLiteral("method"), method},
                              {QStringLiteral("params"), QJsonArray{QJsonObject()}}};
     const QByteArray body = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    // Asking for it plain keeps a small compressed answer from becoming a large one.
+    // Requesting it uncompressed keeps a small answer from expanding into a large one.
     return "POST / HTTP/1.1\r\n"
            "Host: 127.0.0.1:"
            + QByteArray::number(port)
@@ -48,8 +48,8 @@ QByteArray question(quint16 port, const QString &method)
            + body;
 }
 
-/// One question under way: ends on whichever comes first of the answer, the limits, and the
-/// session's end. Owned by the coroutine that asks.
+/// One pending call: ends with the answer, a timeout or the end of the session, whichever comes
+/// first. Owned by the calling coroutine.
 class Exchange
 {
 public:
@@ -70,9 +70,9 @@ public:
         m_idle.start(idleLimit);
         m_total.start(totalLimit);
 
-        // No more than this piles up behind what has been looked at.
+        // Limits the amount of received data that waits to be read.
         socket->setReadBufferSize(readBufferSize);
-        // Past any proxy, as Qt's sockets go to loopback.
+        // Bypasses any proxy, as Qt's sockets do for loopback.
         socket->connectToHost(QHostAddress(QHostAddress::LocalHost), port);
     }
 
@@ -80,7 +80,7 @@ public:
     OneShot<std::optional<std::string>> &body() { return m_body; }
 
 private:
-    /// It may be the socket's own signal that ends the exchange.
+    /// Deletes the socket later, because its own signal may be what ends the exchange.
     struct DeleteLater
     {
         void operator()(QTcpSocket *socket) const
@@ -114,7 +114,7 @@ private:
             resolve({});
     }
 
-    /// Ends the coroutine that asks, and this object with it.
+    /// Ends the calling coroutine, and this object with it.
     void resolve(std::optional<std::string> body) { m_body.resolve(std::move(body)); }
 
     HttpResponseReader m_response{NodeRPC::largestAnswer};
@@ -136,7 +136,7 @@ std::optional<QJsonObject> NodeRPC::resultOf(const QByteArray &body)
 QCoro::Task<std::optional<QJsonObject>> NodeRPC::call(QString method)
 {
     Exchange exchange(m_session, m_port, question(m_port, method));
-    // No member from here on: the session may be gone when the answer is in.
+    // Accesses no member from here on: this object may be gone when the answer arrives.
     const std::optional<std::string> body = co_await exchange.body();
     if (!body)
         co_return std::nullopt;

@@ -12,9 +12,9 @@
 
 namespace tidewick {
 
-/// Asks the node over its JSON-RPC port on loopback, each question over a connection of its own, so
-/// that nothing is carried over from one to the next. Main thread only; destroying it answers what
-/// is still being asked with nothing.
+/// Calls the node's JSON-RPC port on loopback. Each call uses its own connection, so that nothing
+/// carries over to the next one. Main thread only. Destroying the object ends pending calls with no
+/// result.
 class NodeRPC
 {
 public:
@@ -23,10 +23,10 @@ public:
 
     explicit NodeRPC(quint16 port) : m_port(port) {}
 
-    /// The "result" object of the answer, whatever its HTTP status and whether it reports an error
-    /// or not; redirects are not followed. Nothing when there is no such answer: a refused
-    /// connection (told at once), 3 s without a byte, 5 s in all, half a body, something else than
-    /// JSON.
+    /// The "result" object of the answer, whatever its HTTP status and whether or not it reports an
+    /// error; redirects are not followed. Nothing if there is no such answer: a refused connection
+    /// (reported immediately), 3 s without a byte, 5 s in total, an incomplete body, anything other
+    /// than JSON.
     QCoro::Task<std::optional<QJsonObject>> call(QString method);
 
     /// The "result" object in the body of an answer.
@@ -34,7 +34,7 @@ public:
 
 private:
     quint16 m_port;
-    /// Its end tells what is still being asked.
+    /// Its destruction ends pending calls.
     QObject m_session;
 };
 

@@ -9,13 +9,14 @@
 
 namespace tidewick {
 
-/// How far the node is, in the order of a usual run.
+/// The node's phase, in the order of a usual run.
 enum class Phase { Stopped, Starting, Bootstrapping, Connecting, Syncing, Full, Stopping, Error };
 
 /// The phase's name for the debug log.
 const char *phaseName(Phase phase);
 
-/// One line about what keeps the node from following the network, or soon will, and what helps.
+/// One line about a problem that keeps the node from following the network, or soon will, and its
+/// remedy.
 struct Advice
 {
     enum class Cause : char {
@@ -35,17 +36,17 @@ struct Advice
     };
 
     Cause cause;
-    /// Plain text on one line, at most some 500 characters.
+    /// Plain text on one line, at most about 500 characters.
     QString text;
 
     bool operator==(const Advice &) const = default;
 };
 
-/// What the controller publishes: everything that a menu, an icon or a window shows of the node, as
-/// one value that can be compared. Texts are ready to be displayed, as plain text.
+/// The state that the controller publishes: everything about the node that a menu, an icon or a
+/// window shows, as one comparable value. Texts are plain text, ready to be displayed.
 struct NodeStatus
 {
-    /// A figure that is not known: an en dash.
+    /// The text for a figure that is not known: an en dash.
     static QString unknown() { return QStringLiteral("–"); }
 
     Phase phase = Phase::Stopped;
@@ -53,7 +54,7 @@ struct NodeStatus
     QString detail;
     /// What the user should know beyond phase and detail, if anything.
     std::optional<Advice> advice;
-    /// The whole text of the last error.
+    /// The full text of the last error.
     std::optional<QString> errorText;
 
     QString ledger = unknown();
@@ -65,7 +66,7 @@ struct NodeStatus
     std::optional<QString> timeLeft;
     QString storeSize = unknown();
     QString freeSpace = unknown();
-    /// What storage maintenance is at.
+    /// The state of storage maintenance.
     std::optional<QString> storage;
 
     /// Whether server_info has been answered in this run.

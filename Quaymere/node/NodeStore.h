@@ -18,14 +18,15 @@ public:
 
     const std::filesystem::path &path() const { return m_path; }
 
-    /// Bytes on disk, all of them.
+    /// The total size in bytes on disk.
     qint64 size() const;
 
-    /// Bytes on disk without the engine's preallocated templates ("nudb.tpl…"), which hold no data.
+    /// The size in bytes on disk without the engine's preallocated templates ("nudb.tpl…"), which
+    /// hold no data.
     qint64 dataSize() const;
 
-    /// Deletes the store if it is there. Never leaves the data folder: where "db" is a link, the
-    /// link goes and what it points to stays. What could not be deleted remains.
+    /// Deletes the store if there is one. Never leaves the data folder: if "db" is a link, deletes
+    /// the link and not its target. Files that cannot be deleted remain.
     std::error_code remove() const;
 
 private:

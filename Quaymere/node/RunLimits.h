@@ -11,21 +11,22 @@
 
 namespace tidewick {
 
-/// When a running node stops on its own. A value, read from the settings at each start.
+/// Limits at which a running node is stopped automatically. A value, read from the settings at each
+/// start.
 struct RunLimits
 {
-    /// Reckoned from the first moment in sync.
+    /// Counted from the first moment in sync.
     std::optional<std::chrono::seconds> afterFull;
-    /// Reckoned from the start.
+    /// Counted from the start.
     std::optional<std::chrono::seconds> hardCap;
     /// GB of 10^9 bytes that the data volume must keep free.
     double diskGuardGB = 10;
 
-    /// Ends the program for a number of minutes whose seconds do not fit 64 bits.
+    /// Aborts the program if a number of minutes, converted to seconds, does not fit into 64 bits.
     static RunLimits read(const Defaults &defaults);
 
-    /// The earlier of the two ends, of those that are known; nothing when none is. An end beyond
-    /// the range of the clock (some 292 years) is the clock's last moment.
+    /// The earlier of the two deadlines, as far as they are known; nothing if neither is. A
+    /// deadline beyond the range of the clock (about 292 years) is the clock's last time.
     std::optional<SuspendingClock::time_point>
     deadline(SuspendingClock::time_point startedAt,
              std::optional<SuspendingClock::time_point> firstFullAt) const;

@@ -15,10 +15,10 @@ namespace {
 /// A node that keeps up waits for a few milliseconds at most.
 constexpr qint64 slowLatencyMs = 100;
 /// The node raises its own load by a quarter at a time while it cannot keep up, and lowers it again
-/// as soon as it can: this much is no passing peak.
+/// as soon as it can: a load this high is no passing peak.
 constexpr double highLoad = 4;
 
-/// How long the node says that it has been in its present state.
+/// How long the node has been in its current state, by its own account.
 std::chrono::seconds inState(const QJsonObject &info)
 {
     const auto microseconds = NumberText::integer(info[u"server_state_duration_us"].toString());
@@ -48,7 +48,7 @@ void RunSoFar::take(const QJsonObject &info, Phase phase, Time now)
     m_info = info;
     const bool inSync = phase == Phase::Full;
     const bool hasPeers = JsonRead::integer(info[u"peers"]).value_or(0) > 0;
-    // A node by itself may well be in sync without a peer.
+    // A standalone node may well be in sync without peers.
     m_withoutPeers.update(!hasPeers && !inSync, now);
     m_outOfSync.update(hasPeers && (phase == Phase::Connecting || phase == Phase::Syncing), now);
     m_slowDisk.update(JsonRead::integer(info[u"io_latency_ms"]).value_or(0) >= slowLatencyMs, now);

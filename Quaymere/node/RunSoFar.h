@@ -9,8 +9,8 @@
 
 namespace tidewick {
 
-/// What the answers of a run add up to over time, as advice asks for it: since when there has been
-/// none, since when the node has had no peers, and so on. A value for one run of the node.
+/// Accumulates the answers of a run for advice: how long there has been none, how long the node has
+/// had no peers, and so on. A value for one run of the node.
 class RunSoFar
 {
 public:
@@ -18,20 +18,20 @@ public:
 
     explicit RunSoFar(Time startedAt = {}) : m_answeredAt(startedAt) {}
 
-    /// Takes up the "info" object of an answer that came just now, and what phase it stands for.
+    /// Processes the "info" object of an answer that has just arrived, and the phase that it means.
     void take(const QJsonObject &info, Phase phase, Time now);
 
-    /// Takes up an answer to validator_list_sites.
+    /// Processes an answer to validator_list_sites.
     void takeListSites(const QJsonObject &answer) { m_listSites = answer; }
 
     /// Whether it is worth asking which publishers' sites fail.
     bool lacksLists() const { return m_info && lacksValidatorLists(*m_info); }
 
-    /// How the node is now.
+    /// The current state of the node.
     RunningNode at(Time now, WallClock::time_point wallNow, bool hasCompany) const;
 
 private:
-    /// Since when something has been so without a break.
+    /// How long a condition has held without interruption.
     class Since
     {
     public:

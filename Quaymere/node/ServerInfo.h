@@ -8,15 +8,16 @@
 
 #include <QJsonObject>
 
-// Turns what the node answers into what the user sees. Pure functions of their arguments.
+// Turns the node's answers into the status that the user sees. Pure functions of their arguments.
 
 namespace tidewick::ServerInfo {
 
-/// Brings phase, detail and figures up to date with the "info" object of a server_info answer.
-/// Figures the answer does not hold stay as they were, but for the peers.
+/// Updates phase, detail and figures from the "info" object of a server_info answer. Figures that
+/// the answer does not contain stay unchanged, except for the peers.
 void update(NodeStatus &status, const QJsonObject &info, const BootstrapProgress &bootstrap);
 
-/// The node's own figures of its memory from a get_counts answer, as text; nothing without both.
+/// The node's own memory figures from a get_counts answer, as text; nothing unless both are
+/// present.
 std::optional<QString> reportedMemory(const QJsonObject &counts);
 
 /// "1.24 GB · peak 2.31 GB".

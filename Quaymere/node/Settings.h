@@ -11,8 +11,8 @@
 
 namespace tidewick {
 
-/// One whole-number setting: where it is kept, what counts while it is absent, and the range into
-/// which a stored value is held.
+/// An integer setting: its key, the value that applies while it is absent, and the range to which a
+/// stored value is clamped.
 struct Setting
 {
     QLatin1String key;
@@ -20,15 +20,15 @@ struct Setting
     qint64 least = std::numeric_limits<qint64>::min();
     qint64 most = std::numeric_limits<qint64>::max();
 
-    /// The value as it stands in the store, which a hand may have put there.
+    /// The value in the store, which may have been edited by hand, or the fallback.
     qint64 stored(const Defaults &defaults) const;
 
     /// The value that applies.
     qint64 read(const Defaults &defaults) const;
 };
 
-/// The settings of the user, all of them. Read when a node starts; a change made while it runs
-/// applies from the next start.
+/// All settings of the user. They are read when a node starts; a change made while it runs applies
+/// from the next start.
 namespace Settings {
 
 /// Minutes from the first moment in sync to an automatic stop; 0 means never.

@@ -26,10 +26,10 @@ double numberOf(const QJsonObject &object, QStringView key)
     return StorageStatus::number(object[key]).value_or(0);
 }
 
-/// In UTF-16 units. Names of operations are words; what is longer has no business in the settings.
+/// In UTF-16 units. Names of operations are words; anything longer does not belong in the settings.
 constexpr qsizetype longestOperation = 64;
 
-/// The rebuild steps in words; a step without one is shown by its own name.
+/// The label of a rebuild step; a step without a label is shown by its own name.
 QString stepLabel(const QString &name)
 {
     static const QHash<QString, QString> labels{
@@ -55,7 +55,7 @@ QString durationOf(double seconds)
     return Format::duration(std::chrono::seconds(NumberText::truncated(seconds)));
 }
 
-/// A time still to go: "about 10m", or "under a minute".
+/// The remaining time: "about 10m", or "under a minute".
 QString estimate(double seconds)
 {
     const QString span = StorageStatus::span(seconds);
@@ -83,7 +83,7 @@ QString describeFirstTidyUp(const QJsonObject &next)
     constexpr double secondsPerLedger = 3.9;
     const double ledgersToGo = numberOf(next, u"ledgers_needed") - numberOf(next, u"ledgers");
     const double secondsToGo = numberOf(next, u"full_needed") - numberOf(next, u"full_seconds");
-    // fmax passes over what is no number, such as infinity less infinity.
+    // fmax ignores NaN, such as infinity minus infinity.
     const double eta = std::fmax(ledgersToGo * secondsPerLedger, secondsToGo);
     if (!(eta >= 30))
         return QStringLiteral("Storage: first tidy-up starting");
@@ -162,7 +162,7 @@ QString StorageStatus::describeBuilding(const QJsonObject &object)
     return line;
 }
 
-/// A rebuild that was seen and is over teaches how long it took, if it succeeded.
+/// Remembers how long a rebuild took if it has been observed, is over and has succeeded.
 void StorageStatus::settleBuilding(const QJsonObject &object)
 {
     if (m_building && m_building->operation.size() <= longestOperation
@@ -192,7 +192,7 @@ QString StorageStatus::describeIdle(const QJsonObject &object, const QJsonObject
 
 QString StorageStatus::describeNextTrim(const QJsonObject &next, WallClock::time_point now)
 {
-    // A rate from less than this says little.
+    // In seconds. A rate over a shorter time says little.
     constexpr double sampledEnough = 600;
     const auto grown = number(next[u"grown_by_bytes"]);
     const auto growth = number(next[u"growth_bytes"]);

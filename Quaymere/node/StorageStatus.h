@@ -13,9 +13,9 @@
 
 namespace tidewick {
 
-/// Puts the storage engine's report of its maintenance ("mossgrid_maintenance") into one line, and
-/// learns from what it is shown: how long each kind of rebuild took (kept in the defaults store
-/// under "lastBuildSeconds.<operation>"), and how fast the store grows. Keep one value from poll to
+/// Summarises the storage engine's maintenance report ("mossgrid_maintenance") in one line. Learns
+/// from the reports how long each kind of rebuild took (kept in the defaults store under
+/// "lastBuildSeconds.<operation>") and how fast the store grows, so keep one object from poll to
 /// poll. Members that are absent or of the wrong type have defaults; nothing here fails.
 class StorageStatus
 {
@@ -26,10 +26,11 @@ public:
     /// so far, about 10m left".
     QString describe(const QJsonObject &object, WallClock::time_point now);
 
-    /// A JSON number, true and false as 1 and 0, or a text that is a decimal number as a whole.
+    /// A JSON number, with true and false as 1 and 0, or a text that is a decimal number as a
+    /// whole.
     static std::optional<double> number(const QJsonValue &value);
 
-    /// The step a rebuild is at, from the JSON text in its "progress" member: "copying 42%".
+    /// The current step of a rebuild, from the JSON text in its "progress" member: "copying 42%".
     static std::optional<QString> step(const std::optional<QString> &progress);
 
     /// "under a minute", else hours and minutes.
@@ -43,7 +44,7 @@ private:
         double seconds;
     };
 
-    /// Where the estimate of the store's growth begins.
+    /// The starting point for estimating the store's growth.
     struct GrowthSample
     {
         double bytes;

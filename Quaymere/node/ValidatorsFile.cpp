@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Far more than any such file takes.
+/// Far more than any such file needs.
 constexpr std::uintmax_t largestFile = std::uintmax_t{1024} * 1024;
 
 /// The lines of each section, without comments and blanks.
@@ -36,7 +36,7 @@ std::map<QByteArray, QByteArrayList> sectionsOf(const QByteArray &content)
     return sections;
 }
 
-/// 33 bytes in hexadecimal digits, the first of which tells the key's kind.
+/// Whether the text is 33 bytes in hexadecimal digits, the first of which indicates the key type.
 bool isPublisherKey(const QByteArray &text)
 {
     constexpr qsizetype digits = 66;
@@ -59,10 +59,10 @@ std::optional<QByteArray> read()
     const fs::path file = path();
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
-    // A link to nothing is a file that cannot be read, not one that is not there.
+    // A dangling link is a file that cannot be read, not a missing file.
     if (status.type() == fs::file_type::not_found && !fs::is_symlink(file, error))
         return std::nullopt;
-    // Reading a pipe could take for ever.
+    // Reading a pipe could block forever.
     if (fs::exists(status) && !fs::is_regular_file(status))
         throw FileError(file, "not a file");
     if (fs::exists(status) && fs::file_size(file, error) > largestFile)

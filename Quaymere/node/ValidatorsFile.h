@@ -8,18 +8,19 @@
 #include <filesystem>
 #include <optional>
 
-/// The list of publishers and validators that a user keeps in place of the bundle's, for the day on
-/// which a publisher moves.
+/// The list of publishers and validators that a user may keep in place of the bundle's, for the day
+/// on which a publisher moves.
 namespace tidewick::ValidatorsFile {
 
-/// Where it lies if the user has one: "validators.txt" beside the application's settings.
+/// The path of the user's file, if there is one: "validators.txt" beside the application's
+/// settings.
 std::filesystem::path path();
 
-/// The user's file, fit for a node; nothing where there is none. Throws FileError, with what is
-/// wrong with it, for one that cannot be read or that no node could use.
+/// Reads the user's file, which a node can use; nothing if there is none. Throws FileError with the
+/// reason if it cannot be read or if no node could use it.
 std::optional<QByteArray> read();
 
-/// What keeps any node from using a file with this content; nothing where none can be seen.
+/// The reason why no node can use a file with this content; nothing if none is apparent.
 std::optional<std::string> flaw(const QByteArray &content);
 
 } // namespace tidewick::ValidatorsFile
