@@ -12,7 +12,7 @@ set_target_properties(Qt6::Test PROPERTIES INTERFACE_COMPILE_DEFINITIONS QT_TEST
 # Checked calls of the C library need optimisation.
 target_compile_options(tidewick_test_options INTERFACE -O0 -U_FORTIFY_SOURCE)
 # The QTRY_ macros of newer Qt versions, such as 6.8, narrow the timeout to int, and GCC blames the test.
-# A library of its own puts this option after the one that enables the warning.
+# A separate library puts this option after the one that enables the warning.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
     add_library(tidewick_test_warnings INTERFACE)
     target_compile_options(tidewick_test_warnings INTERFACE -Wno-conversion)

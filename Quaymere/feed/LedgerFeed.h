@@ -48,7 +48,7 @@ public:
     {
         /// The ledger index.
         qint64 id = 0;
-        /// Transactions in the ledger.
+        /// The number of transactions in the ledger.
         qint64 txns = 0;
         Time closed;
 
@@ -59,7 +59,7 @@ public:
     {
         /// The transaction's hash.
         QString id;
-        /// "Payment" and so on; "Unknown" when the message does not say.
+        /// "Payment" and so on; "Unknown" if the message does not say.
         QString type;
         /// The sending account; may be empty.
         QString account;

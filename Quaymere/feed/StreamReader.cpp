@@ -254,8 +254,8 @@ struct StreamReader::Parser
             return readMessage(object);
 
         // Qt reads some messages that simdjson refuses, such as those with integers beyond 64 bits.
-        // For a large message, both parsers together would use the most memory, so that of simdjson
-        // is freed.
+        // If the message is large, simdjson's memory is freed first, because the two parsers
+        // together would use the most.
         if (json.capacity() > usualMessage)
             json = simdjson::dom::parser();
         const auto slowObject =

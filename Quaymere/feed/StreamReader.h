@@ -18,7 +18,7 @@ struct SubscribedMessage
     std::optional<qint64> ledgerIndex;
 };
 
-/// The answer to a request for a ledger of the past.
+/// The answer to a request for a past ledger.
 struct BackfillMessage
 {
     LedgerFeed::Ledger ledger;
@@ -44,8 +44,8 @@ using StreamMessage = std::variant<std::monostate, SubscribedMessage, BackfillMe
 class StreamReader
 {
 public:
-    /// The ID of the subscription request, and the first ID for requests for past ledgers. Answers
-    /// are told apart by their IDs.
+    /// The ID of the subscription request, and the lowest ID of requests for past ledgers. The ID
+    /// of an answer says which request it belongs to.
     static constexpr qint64 subscriptionId = 1;
     static constexpr qint64 firstBackfillId = 1000;
 

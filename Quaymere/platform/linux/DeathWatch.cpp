@@ -30,8 +30,7 @@ constexpr std::size_t mostGuarded = 8;
 /// The interval between checks whether the processes told to end have ended.
 constexpr std::chrono::milliseconds lookInterval{100};
 
-/// Names a process: one to guard if there is a descriptor with it, else one that is being told to
-/// end by other means.
+/// Names a process. With a descriptor, it is to be guarded; without one, other means are ending it.
 struct Message
 {
     Message()

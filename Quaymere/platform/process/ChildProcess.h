@@ -41,7 +41,7 @@ struct ChildSpec
     int standardOutput = 1;
     int standardError = 2;
 
-    /// Puts the child in a process group of its own, out of reach of the terminal's Ctrl-C.
+    /// Puts the child in its own process group, out of reach of the terminal's Ctrl-C.
     bool ownProcessGroup = false;
 
     /// Sends SIGTERM to the child when this process has died; must outlive the child. If null, the
