@@ -15,7 +15,7 @@ namespace {
 
 using namespace tidewick;
 
-/// Hands each mode to what runs it.
+/// Calls the function that runs the mode.
 class Runner
 {
 public:
