@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds lookInterval = 100ms;
-/// By then the watch of the program before has killed its node.
+/// By then the watchdog process of the previous run has killed its node.
 constexpr std::chrono::milliseconds longestWait = 100s;
 
 } // namespace
@@ -53,7 +53,7 @@ void AppDelegate::startWhenAlone()
         m_node.setStartBlocked(QStringLiteral("Waiting for the earlier node to stop"));
         if (!m_lookAgain.isActive()) {
             m_lookAgain.start(lookInterval);
-            m_node.start(); // is refused, which tells why
+            m_node.start(); // refused, so the status shows the reason
         }
         return;
     }

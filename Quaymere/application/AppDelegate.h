@@ -13,9 +13,9 @@
 
 namespace tidewick {
 
-/// Owns the one NodeController of the process. Starts the node when the application has launched,
-/// and holds quitting back until the node has ended: the application never leaves a node behind,
-/// and never kills one outright. Main thread only.
+/// Owns the only NodeController of the process. Starts the node once the application has launched
+/// and delays quitting until the node has ended: the application never leaves a node running and
+/// never kills one outright. Main thread only.
 class AppDelegate final : public QObject
 {
     Q_OBJECT
@@ -23,34 +23,37 @@ class AppDelegate final : public QObject
 public:
     enum class TerminateReply { Cancel = 0, Now = 1, Later = 2 };
 
-    /// With a controller for the user's data directory. Once the event loop turns, the application
-    /// has launched.
+    /// Creates the controller for the user's data directory. The application counts as launched
+    /// once the event loop runs.
     explicit AppDelegate(const DeathWatch &deathWatch, QObject *parent = nullptr);
 
     NodeController &node() { return m_node; }
 
     void applicationDidFinishLaunching();
 
-    /// Asks a running node to stop. "Later" means that the node's readyToTerminate follows.
+    /// Asks a running node to stop. "Later" means that the node emits readyToTerminate once it has
+    /// ended.
     TerminateReply applicationShouldTerminate();
 
-    /// The one way out, whoever asks for it and however often.
+    /// Quits the application. Every request to quit ends up here, and repeated requests are
+    /// harmless.
     void terminate();
 
 signals:
-    /// The way out has begun.
+    /// Emitted once, when quitting begins.
     void terminating();
 
-    /// Nothing runs any more: the application may end.
+    /// The node has ended, so the application may exit.
     void terminated();
 
 private:
-    /// The node of a program that was killed may still be closing its store.
+    /// Starts the node, but waits first for the node of an application that was killed: it may
+    /// still be closing its store.
     void startWhenAlone();
     NodeHost hostOfNode();
 
     const DeathWatch &m_deathWatch;
-    /// The node that a package may have brought along and started.
+    /// The node that a package may have installed and started as a service.
     SystemService m_otherNode;
     NodeController m_node;
     QTimer m_launched;

@@ -21,7 +21,7 @@ template <typename App>
 int runAs(char **argv)
 {
     const DeathWatch deathWatch(Folders::lockFile("tidewick-node"));
-    int argc = 1; // the rest is not for Qt to read
+    int argc = 1; // Qt must not parse the other arguments
     App application(argc, argv);
     SingleInstance instance;
     switch (instance.claim()) {

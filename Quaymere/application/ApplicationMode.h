@@ -5,8 +5,8 @@
 
 namespace tidewick::ApplicationMode {
 
-/// Runs the application: on the desktop, or in the terminal where there is no display. Of the
-/// arguments only the program's name counts. The process's exit status.
+/// Runs the application on the desktop, or in the terminal if there is no display. Ignores all
+/// arguments except the program name. Returns the exit status of the process.
 int run(char **argv);
 
 } // namespace tidewick::ApplicationMode

@@ -17,13 +17,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Panels come up late in a session, and one that restarts is back soon.
+/// Desktop panels may start late in a session, and one that restarts is back soon.
 constexpr std::chrono::seconds grace = 5s;
 
 /// Set once the advice below has been given.
 const QString adviceGiven = QStringLiteral("trayAdviceGiven");
 
-/// What brings a tray to a desktop that is known to have none; empty for others.
+/// Advice on adding a tray to a desktop that is known to have none; empty for other desktops.
 QString trayAdvice()
 {
     const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");

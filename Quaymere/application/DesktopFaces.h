@@ -19,10 +19,10 @@
 
 namespace tidewick {
 
-/// The node as a desktop shows it: in the tray where something shows one, else in the panel, and in
-/// the windows that both open. A tray host over D-Bus is taken as soon as it is there, one that
-/// embeds only when none over D-Bus has come in the time of grace; with neither, the panel opens,
-/// and gives its place to a tray that comes later. Owned by the application; main thread only.
+/// The faces of the node on a desktop: the tray item if something hosts one, otherwise the panel,
+/// and the windows that both open. A D-Bus tray host is used as soon as it appears. An XEmbed tray
+/// is used only if no D-Bus host has appeared within the grace period. With neither, the panel
+/// opens, and it hides again when a tray appears later. Owned by the application; main thread only.
 class DesktopFaces final : public QObject
 {
     Q_OBJECT
@@ -31,10 +31,11 @@ public:
     explicit DesktopFaces(NodeController &node);
     ~DesktopFaces() override;
 
-    /// Comes to the front for somebody who launched the program again.
+    /// Brings a window to the front when the user launches the program again: the live ledger if
+    /// the application is in the tray, otherwise the panel.
     void comeForward();
 
-    /// The same for somebody who has just launched it, with the face that it turns out to have.
+    /// Does the same for the launch that started this process, as soon as a face has been chosen.
     void comeForwardOnceSettled();
 
     void run(MenuCommand command) { m_commands.run(command); }
@@ -46,7 +47,7 @@ signals:
 
 private:
     void followTrayHost();
-    /// Takes the face that fits what is there now.
+    /// Shows the face that suits the tray hosts available now.
     void settle();
     bool isInTray() const;
     void makeTrayItem();
@@ -66,7 +67,7 @@ private:
     MenuCommands m_commands;
     StatusIcon m_icon;
     TrayHost m_trayHost;
-    /// Runs while a tray host may still come.
+    /// Runs while a tray host may still appear.
     QTimer m_grace;
     bool m_isWanted = false;
     std::unique_ptr<TrayItem> m_tray;

@@ -21,7 +21,7 @@ void Notices::followStatus()
     const NodeStatus &status = m_node.status();
     if (!std::exchange(m_hadProcess, status.hasProcess))
         m_told.clear();
-    // What there is to say of an end comes with the word of that end.
+    // Advice about the end of a run is part of the notification that reports the end.
     if (status.hasProcess && status.advice && m_told.insert(status.advice->cause).second)
         m_notifier.notify(phaseTitle(status.phase), status.advice->text);
 }

@@ -12,8 +12,8 @@
 
 namespace tidewick {
 
-/// What the desktop is told of the node as notifications: that it has ended by itself, and why, and
-/// in each of its runs every cause of advice once. Owned by the application; main thread only.
+/// Shows desktop notifications about the node: one with the reason when it ends on its own, and one
+/// for each cause of advice, once per run. Owned by the application; main thread only.
 class Notices final : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     Notices(NodeController &node, const QDBusConnection &bus);
 
 signals:
-    /// The user wants to know how a node is installed.
+    /// The user asked how to install a node.
     void installationWanted();
 
 private:
@@ -32,7 +32,7 @@ private:
     NodeController &m_node;
     Notifier m_notifier;
     bool m_hadProcess = false;
-    /// In this run of the node.
+    /// The causes already announced in this run of the node.
     std::set<Advice::Cause> m_told;
 };
 

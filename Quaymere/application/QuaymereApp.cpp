@@ -46,7 +46,7 @@ int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
     return exec();
 }
 
-/// The actions of the desktop entry.
+/// Runs an action of the desktop entry.
 void QuaymereApp::runAction(const QString &action)
 {
     if (action == QLatin1String("live-ledger"))
@@ -60,8 +60,9 @@ void QuaymereApp::runAction(const QString &action)
 bool QuaymereApp::event(QEvent *event)
 {
     if (event->type() == QEvent::Quit && m_appDelegate) {
-        // The session ends; only now, since one that asks for data to be saved may go on after all.
-        // Qt would close the windows and end the loop, with the node running on.
+        // The session is ending. A session that asks for data to be saved may still continue, so
+        // only this event counts. Qt would close the windows and end the event loop while the node
+        // keeps running.
         event->ignore();
         m_appDelegate->terminate();
         return true;

@@ -14,8 +14,9 @@
 
 namespace tidewick {
 
-/// The menu-bar application on a desktop. Whatever asks it to end, the menu, a signal, the session
-/// or another program, takes one way: the node stops first, then the event loop ends with 0.
+/// The menu-bar application on a desktop. Every request to quit, whether from the menu, a signal,
+/// the session or another program, takes the same path: the node stops first, then the event loop
+/// ends with 0.
 class QuaymereApp final : public QApplication
 {
     Q_OBJECT
@@ -24,7 +25,7 @@ public:
     QuaymereApp(int &argc, char **argv);
     ~QuaymereApp() override;
 
-    /// Runs until the user quits, as the one instance. The process's exit status.
+    /// Runs as the only instance until the user quits. Returns the exit status of the process.
     int run(SingleInstance &instance, const DeathWatch &deathWatch);
 
 protected:

@@ -13,8 +13,9 @@
 
 namespace tidewick {
 
-/// The application where there is no display: the node's rows on standard output, until a signal or
-/// the desktop entry's "quit" ends it. The node stops first, then the event loop ends with 0.
+/// The application without a display. Writes the node's rows to standard output until a signal or
+/// the desktop entry's "quit" action ends it. The node stops first, then the event loop ends with
+/// 0.
 class TerminalApp final : public QCoreApplication
 {
     Q_OBJECT
@@ -23,7 +24,7 @@ public:
     TerminalApp(int &argc, char **argv);
     ~TerminalApp() override;
 
-    /// Runs to the end, as the one instance. The process's exit status.
+    /// Runs as the only instance until it is asked to quit. Returns the exit status of the process.
     int run(SingleInstance &instance, const DeathWatch &deathWatch);
 
 private:
