@@ -73,7 +73,7 @@ AnyMode parseSnapshotAbout(Operands operands)
 struct Option
 {
     std::string_view name;
-    /// The mode for what follows the option.
+    /// Returns the mode for the elements after the option.
     AnyMode (*parse)(Operands operands);
 };
 

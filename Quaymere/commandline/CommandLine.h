@@ -11,9 +11,9 @@
 
 namespace tidewick {
 
-/// What the argument list asks for. Options are whole elements at any place in the list, the
-/// program's own name included; of one given twice the first counts, and what follows it directly
-/// is its operand, whatever it looks like. Operands are the bytes given.
+/// The modes that the argument list can select. An option is a whole element anywhere in the list,
+/// the program name included. If an option is repeated, the first occurrence counts. The elements
+/// right after it are its operands, whatever they look like. Operands keep their bytes unchanged.
 namespace Mode {
 
 /// Render the node's configuration into a folder, "-" standing for a new temporary one.
@@ -29,14 +29,14 @@ struct NodeVersion
     bool operator==(const NodeVersion &) const = default;
 };
 
-/// Describe the storage maintenance status that this JSON text holds.
+/// Describe the storage maintenance status in this JSON text.
 struct DescribeStorage
 {
     std::string json;
     bool operator==(const DescribeStorage &) const = default;
 };
 
-/// Start the node, ask it, stop it.
+/// Start the node, query it and stop it.
 struct Smoke
 {
     bool operator==(const Smoke &) const = default;
@@ -54,7 +54,7 @@ struct Snapshot
     bool operator==(const Snapshot &) const = default;
 };
 
-/// Say how an option is used.
+/// Print how to use an option.
 struct Usage
 {
     std::string_view message;
@@ -75,7 +75,7 @@ using AnyMode = std::variant<Mode::RenderConfig, Mode::NodeVersion, Mode::Descri
 inline constexpr std::string_view describeStorageUsage =
     "usage: Quaymere --describe-storage <json>\n";
 
-/// The mode for this argument list (element 0 is the program's name). Where several options are
+/// Returns the mode for this argument list (element 0 is the program name). If several options are
 /// given, a fixed order of precedence decides, not their order in the list.
 AnyMode parseCommandLine(std::span<const std::string> arguments);
 
