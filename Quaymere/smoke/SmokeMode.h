@@ -5,8 +5,8 @@
 
 namespace tidewick::SmokeMode {
 
-/// Runs the smoke test in a data folder of its own, printing the transcript to standard output. The
-/// process's exit status.
+/// Runs the smoke test in its own data folder and prints the transcript to standard output. Returns
+/// the exit status of the process.
 int run(int &argc, char **argv);
 
 } // namespace tidewick::SmokeMode

@@ -38,7 +38,7 @@ void SmokeTest::start()
 
 QCoro::Task<> SmokeTest::run(TaskToken token)
 {
-    // The folder's own bytes, for a script to use.
+    // The path's raw bytes, so that a script can use it.
     m_transcriptLost |= !m_print("smoke: data " + m_node.dataDirectory().string());
     m_node.start();
     co_await waitWhile(
@@ -105,7 +105,7 @@ QCoro::Task<> SmokeTest::stopInterrupted(int signalNumber, TaskToken token)
     co_await m_node.stopAndWait(QStringLiteral("smoke interrupted"));
     if (token.cancelled())
         co_return;
-    constexpr int signalStatus = 128; // as shells report an end by a signal
+    constexpr int signalStatus = 128; // the way shells report death by a signal
     finish(signalStatus + signalNumber);
 }
 
@@ -114,7 +114,7 @@ QString SmokeTest::detail() const
     return DisplayText::singleLine(m_node.status().detail);
 }
 
-/// An error brings along lines of the node's log.
+/// Prints a text without merging its lines: an error includes lines of the node's log.
 void SmokeTest::print(const QString &text)
 {
     QStringList lines = text.split(u'\n');

@@ -14,15 +14,15 @@
 
 namespace tidewick {
 
-/// Checks that the bundle's node can be configured, started, asked and stopped, by the same
-/// NodeController the application uses. Prints a transcript. Needs a running event loop; start it
-/// once.
+/// Checks that the bundle's node can be configured, started, queried and stopped with the same
+/// NodeController that the application uses. Prints a transcript. Needs a running event loop. Call
+/// start() only once.
 class SmokeTest final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Writes one line of the transcript; false when it is lost.
+    /// Writes one line of the transcript. Returns false if the line is lost.
     using Print = std::function<bool(const std::string &line)>;
 
     /// The node's data goes into `dataDirectory` and stays there.
@@ -31,12 +31,12 @@ public:
 
     void start();
 
-    /// Stops the node, then finishes with 128 + the signal's number. Once is enough: further calls
-    /// do nothing.
+    /// Stops the node, then finishes with 128 + the signal number. Further calls do nothing.
     void interrupt(int signalNumber);
 
 signals:
-    /// The exit status: 0 when every step passed, else 1. No node runs any more.
+    /// Carries the exit status: 0 if every step passed, 128 + the signal number after interrupt(),
+    /// otherwise 1. The node is no longer running.
     void finished(int status);
 
 private:
@@ -54,7 +54,7 @@ private:
     const Print m_print;
     NodeController m_node;
     bool m_interrupted = false;
-    /// A transcript that did not reach its reader is no proof of anything.
+    /// An incomplete transcript proves nothing, so losing a line fails the test.
     bool m_transcriptLost = false;
     TaskOwner m_task;
 };
