@@ -30,7 +30,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A variable of the environment, with another value for a while.
+/// Sets an environment variable and restores its previous value on destruction.
 class Variable
 {
 public:
@@ -55,34 +55,34 @@ private:
     QByteArray m_before;
 };
 
-/// For folders that are gone again at the end.
+/// The name template of folders that are removed at the end.
 QString scratchTemplate()
 {
     return Files::display(Folders::temporary() / "quaymere-scratch-XXXXXX");
 }
 
-/// The application that draws into memory, whatever desktop there is or is not.
+/// Creates an application that renders into memory, whether or not there is a desktop.
 std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
-    // Qt looks for a file in the runtime directory when it starts. Where that is missing it would
-    // make one, and leave it.
+    // Qt looks for a file in the runtime directory when it starts. If the directory is missing, Qt
+    // creates one and leaves it behind.
     const QTemporaryDir runtime(scratchTemplate());
     const Variable runtimeVariable("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
     const Variable platformVariable("QT_QPA_PLATFORM", "offscreen");
-    // It also tells what a display in memory cannot do, which is not for somebody who asked for a
-    // picture.
+    // The offscreen platform also warns about what it cannot do. That is of no interest to somebody
+    // who asked for a picture.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setWindowIcon(applicationIcon());
     return application;
 }
 
-/// A window with the time it takes until everything in it has come.
+/// A window and the time it needs until all of its content has arrived.
 struct Scene
 {
     std::unique_ptr<QWidget> window;
     std::chrono::milliseconds settling;
-    /// Files that the window works with.
+    /// The files that the window works with.
     std::unique_ptr<QTemporaryDir> files;
 };
 
@@ -93,7 +93,7 @@ std::unique_ptr<QWidget> inTheme(std::unique_ptr<Window> window, Mode::Snapshot:
     return window;
 }
 
-/// A form as large as it needs to be, whatever the screen.
+/// Gives a form its full size, whatever the size of the screen.
 template <typename Window>
 std::unique_ptr<QWidget> whole(std::unique_ptr<Window> window, Mode::Snapshot::Theme theme)
 {
@@ -101,8 +101,7 @@ std::unique_ptr<QWidget> whole(std::unique_ptr<Window> window, Mode::Snapshot::T
     return inTheme(std::move(window), theme);
 }
 
-/// With the user's settings as they are, in a file of its own: the window puts in order what it
-/// finds.
+/// Works on a copy of the user's settings file, because the window corrects the values it finds.
 Scene makeSettings(NodeController &node, Mode::Snapshot::Theme theme)
 {
     auto files = std::make_unique<QTemporaryDir>(scratchTemplate());
@@ -156,7 +155,8 @@ QByteArray picture(QWidget &window)
     return png;
 }
 
-/// Whole or not at all, except where the path names something else than a file, a pipe for one.
+/// Writes the file atomically, unless the path names something other than a regular file, such as a
+/// pipe.
 void write(const std::filesystem::path &path, const QByteArray &png)
 {
     if (!std::filesystem::exists(path) || std::filesystem::is_regular_file(path))
@@ -174,7 +174,7 @@ bool save(QWidget &window, const std::filesystem::path &path)
             write(path, png);
         return !png.isEmpty();
     } catch (const std::exception &) {
-        return false; // what is said of it is the same, whatever the reason
+        return false; // the message is the same, whatever the reason
     }
 }
 
@@ -186,7 +186,7 @@ try {
         return EXIT_FAILURE;
     int argc = 1; // the rest is not for Qt to read
     const auto application = makeApplication(argc, argv);
-    // It is never started, so nothing is written there.
+    // The node is never started, so nothing is written there.
     NodeController node(Folders::newTemporary("quaymere-snapshot-"));
     const Scene scene = makeScene(mode, node);
     scene.window->show();

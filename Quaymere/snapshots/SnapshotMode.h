@@ -7,8 +7,8 @@
 
 namespace tidewick::SnapshotMode {
 
-/// Renders one of the application's windows to a PNG file: in memory, in the theme asked for, with
-/// no node started and nothing else written. Returns the exit status of the process.
+/// Renders one of the application's windows to a PNG file, in memory and in the requested theme.
+/// Starts no node and writes nothing else. Returns the exit status of the process.
 int run(const Mode::Snapshot &mode, char **argv);
 
 } // namespace tidewick::SnapshotMode
