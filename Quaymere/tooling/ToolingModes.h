@@ -7,12 +7,13 @@
 
 #include <cstdlib>
 
-// The modes for scripts that draw nothing: results on standard output, everything else on standard
-// error. Each returns the exit status of the process. Only the smoke test needs an event loop.
+// The modes for scripts that render nothing. They write results to standard output and everything
+// else to standard error. Each returns the exit status of the process. None needs an event loop.
 
 namespace tidewick::ToolingModes {
 
-/// A status of its own for wrong use, apart from EXIT_FAILURE for an operation that failed.
+/// The exit status for incorrect usage, distinct from EXIT_FAILURE, which reports a failed
+/// operation.
 inline constexpr int exitUsage = 2;
 
 int run(const Mode::RenderConfig &mode);
