@@ -10,8 +10,8 @@ namespace tidewick {
 
 class Alerts;
 
-/// What the menu's commands take from a desktop: these windows and alerts, which outlive the
-/// commands, and its clipboard.
+/// Returns the menu's host on a desktop. It uses the clipboard and these windows and alerts, which
+/// must outlive the commands.
 MenuHost desktopMenuHost(Windows &windows, Alerts &alerts, Windows::OpenUrl openUrl);
 
 } // namespace tidewick

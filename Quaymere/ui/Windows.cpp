@@ -16,7 +16,7 @@ namespace tidewick {
 
 namespace {
 
-/// Lets a window look as the desktop does, now and later.
+/// Makes a window follow the desktop's appearance, now and whenever it changes.
 template <typename Window>
 Window *following(const Appearance &appearance, Window *window)
 {
@@ -39,7 +39,7 @@ Windows::Windows(NodeController &node, const Appearance &appearance, OpenUrl ope
     m_scenes[QStringLiteral("ledger")].make = [this, open = std::move(openUrl)] {
         return makeLedger(open);
     };
-    // As of now: an upgrade replaces the bundle's files under a program that goes on running.
+    // Read now: an upgrade may replace the bundle's files while the program keeps running.
     m_scenes[QStringLiteral("about")].make = [this, &node, version = Bundle::main().version()] {
         return following(m_appearance, new AboutWindow(node, version));
     };
@@ -64,7 +64,7 @@ QWidget *Windows::makeLedger(const OpenUrl &openUrl)
 void Windows::open(const QString &identifier)
 {
     Scene &scene = m_scenes.at(identifier);
-    // One that has just been closed is about to go.
+    // A window that has just been closed is about to be deleted.
     if (!scene.window || !scene.window->isVisible()) {
         scene.window = scene.make();
         scene.window->setObjectName(identifier);

@@ -17,8 +17,8 @@ namespace tidewick {
 class Appearance;
 class NodeController;
 
-/// The application's windows by identifier: each is made when it is first asked for, and there is
-/// one of each at most. Closing one destroys it. Main thread only.
+/// The application's windows by identifier. Each window is created when it is first requested, and
+/// there is at most one of each. Closing a window destroys it. Main thread only.
 class Windows final : public QObject
 {
     Q_OBJECT
@@ -26,16 +26,16 @@ class Windows final : public QObject
 public:
     using OpenUrl = std::function<bool(const QUrl &)>;
 
-    /// The windows show the node and look as the appearance says, also when that changes; both
-    /// outlive this. What they show by other programs goes through openUrl.
+    /// The windows show the node and follow the appearance when it changes; both must outlive this
+    /// object. The windows pass URLs for other programs to openUrl.
     Windows(NodeController &node, const Appearance &appearance, OpenUrl openUrl);
     ~Windows() override;
 
-    /// Opens the window of that identifier, or brings it forward where it is open already. One of
-    /// "settings", "ledger" and "about".
+    /// Opens the window with this identifier, or brings it forward if it is already open. The
+    /// identifier is "settings", "ledger" or "about".
     void open(const QString &identifier);
 
-    /// The open window of that identifier; null when it is not open.
+    /// Returns the open window with this identifier, or null if it is not open.
     QWidget *window(const QString &identifier) const;
 
 private:
