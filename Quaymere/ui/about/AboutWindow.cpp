@@ -33,8 +33,8 @@ constexpr int aboveDetails = 12;
 constexpr int cardMargin = 10;
 constexpr int nameWidth = 79;
 
-/// A line like the others of the build's description where the node trusts others than it was built
-/// for.
+/// Returns a line in the format of the build description if the user has a validators file, so that
+/// the node trusts other validators than those it was built for.
 QString ownValidators()
 {
     const std::filesystem::path file = ValidatorsFile::path();

@@ -12,15 +12,15 @@ class VerbatimText;
 class Disclosure;
 class TextLabel;
 
-/// The window "About Tidewick": what the application is, its version and the node's, what the node
-/// takes now, and how it was built. Owned by the application, which destroys it before the
-/// controller; main thread only.
+/// The "About Tidewick" window. Shows what the application is, its version and the node's, how much
+/// memory and storage the node uses now, and how it was built. Owned by the application, which
+/// destroys it before the controller; main thread only.
 class AboutWindow final : public CardWindow
 {
     Q_OBJECT
 
 public:
-    /// The version is that of the application, if it has one.
+    /// The version is the application's, if it has one.
     explicit AboutWindow(NodeController &node, const std::optional<QString> &version = std::nullopt,
                          QWidget *parent = nullptr);
 

@@ -9,8 +9,9 @@
 
 namespace tidewick {
 
-/// "Version 1.0.0 · node 2.3.0": the application's version, of a bundle that has one, and the
-/// node's where the build's description, lines of key=value, tells it, or else the node's path.
+/// Returns a line such as "Version 1.0.0 · node 2.3.0". The application's version comes from its
+/// bundle; without one the line says that it is a development build. The node's version comes from
+/// the build description, lines of key=value, or else the node's path takes its place.
 QString versionLine(const std::optional<QString> &applicationVersion, const QString &buildInfo);
 
 } // namespace tidewick
