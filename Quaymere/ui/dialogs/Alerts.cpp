@@ -22,7 +22,7 @@ Alerts::~Alerts()
 
 void Alerts::showError(const QString &text)
 {
-    // One that has just been closed is about to go.
+    // An alert that has just been closed is about to be deleted.
     if (!m_error || !m_error->isVisible())
         m_error = new ErrorAlert;
     m_error->setText(text);
@@ -45,7 +45,7 @@ QCoro::Task<bool> Alerts::confirm(Confirmation question)
     alert->setTextFormat(Qt::PlainText);
     alert->setText(question.title);
     alert->setInformativeText(question.text);
-    // The format set above is for the text alone; a path may well look like markup.
+    // The format set above applies only to the main text, and a path may well look like markup.
     if (auto *informative =
             alert->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel")))
         informative->setTextFormat(Qt::PlainText);
@@ -55,14 +55,14 @@ QCoro::Task<bool> Alerts::confirm(Confirmation question)
     alert->setEscapeButton(reject);
 
     OneShot<bool> answer;
-    // These connections end with the answer, the alert a little later. All others have to stay: by
-    // one of them Qt's accessibility learns that the alert is gone.
+    // These connections end with the answer, the alert a little later. The alert's other
+    // connections must stay: Qt's accessibility learns through one of them that the alert is gone.
     QObject asking;
     QObject::connect(alert, &QDialog::finished, &asking, [&answer, alert, accept] {
         answer.resolve(alert->clickedButton() == accept);
     });
     QObject::connect(alert, &QObject::destroyed, &asking, [this, &answer] {
-        m_question.clear(); // half of it is gone already
+        m_question.clear(); // already half destroyed
         answer.resolve(false);
     });
     bringForward(*alert);

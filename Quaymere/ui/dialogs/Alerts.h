@@ -13,23 +13,23 @@ namespace tidewick {
 
 class ErrorAlert;
 
-/// The alerts of the application. They run no event loop of their own; all texts in them are plain.
-/// Main thread only.
+/// The alerts of the application. They run no event loop themselves, and all of their text is
+/// plain. Main thread only.
 class Alerts
 {
 public:
     Alerts();
     Alerts(const Alerts &) = delete;
     Alerts &operator=(const Alerts &) = delete;
-    /// Closes what is open; a question is answered with no.
+    /// Closes all open alerts. An open question is answered with no.
     ~Alerts();
 
-    /// Shows the text of an error, however long, in place of the one shown before if that is open
-    /// still.
+    /// Shows the text of an error, however long. If an earlier error is still open, its text is
+    /// replaced.
     void showError(const QString &text);
 
-    /// Asks before something that cannot be undone, one question at a time. True only for the
-    /// button that says so, not for Escape, nor for closing the alert.
+    /// Asks before something that cannot be undone, one question at a time. Returns true only for
+    /// the accepting button, not for Escape or for closing the alert.
     QCoro::Task<bool> confirm(Confirmation question);
 
     /// Shows the open question, if there is one, in front of all other windows.

@@ -22,9 +22,9 @@ namespace {
 constexpr int leastColumns = 44;
 constexpr qsizetype mostColumns = 110;
 constexpr int leastLines = 3;
-/// The part of the screen that the text may take.
+/// The fraction of the screen that the text may occupy.
 constexpr double mostOfScreen = 0.6;
-/// What a text is laid out to; an error's text is shorter by far, unless it is a broken one.
+/// Longer texts are cut off here. An error's text is far shorter unless something is broken.
 constexpr qsizetype mostCharacters = 200'000;
 
 } // namespace
@@ -51,7 +51,7 @@ ErrorAlert::ErrorAlert(QWidget *parent) : QDialog(parent), m_text(new QPlainText
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->setAccessibleName(title->text());
-    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); // as fitToText() says
+    m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); // fitToText() sets the size
 
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -84,7 +84,7 @@ void ErrorAlert::fitToText(const QString &text)
         columns = std::max(columns, line.size());
         lines += 1 + line.size() / mostColumns;
     }
-    // A little more than is needed, lest a scroll bar come up that takes room itself.
+    // A little more than needed, so that no scroll bar appears and takes up room itself.
     columns += 2;
     lines += 1;
     const QFontMetrics metrics(m_text->font());

@@ -9,8 +9,8 @@ class QPlainTextEdit;
 
 namespace tidewick {
 
-/// Shows an error's whole text: as large as the text asks for and the screen allows, scrolling
-/// beyond that, for the user to read and copy.
+/// Shows the whole text of an error for the user to read and copy. The alert is as large as the
+/// text requires and the screen allows; a longer text scrolls.
 class ErrorAlert final : public QDialog
 {
     Q_OBJECT
