@@ -15,7 +15,7 @@ namespace tidewick {
 
 namespace {
 
-/// The smallest rectangle with everything that is drawn.
+/// Returns the smallest rectangle that contains every visible pixel.
 QRect drawnPart(const QImage &image)
 {
     QRect drawn;

@@ -8,12 +8,12 @@
 
 namespace tidewick {
 
-/// The icon that the application is to have: the one that is installed with the desktop's icons,
-/// else the one that the bundle carries.
+/// Returns the application's icon: the one installed with the desktop's icons, or else the one in
+/// the bundle.
 QIcon applicationIcon();
 
-/// The application's icon, 64 points square. Icons come with empty space around them, each with as
-/// much as it likes; that is left away, so that the icon begins where the texts below it begin.
+/// The application's icon, 64 points square. Icons come with empty margins of varying width. These
+/// are cropped, so that the icon lines up with the texts below it.
 class AppIcon final : public QWidget
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ class AppIcon final : public QWidget
 public:
     explicit AppIcon(QWidget *parent);
 
-    /// Whether the application has one.
+    /// Whether the application has an icon.
     static bool isThere();
 
 protected:
@@ -29,7 +29,7 @@ protected:
 
 private:
     QIcon m_icon;
-    /// The whole icon, where what is drawn of it fills this widget.
+    /// Where the whole icon is painted so that its visible part fills this widget.
     QRect m_place;
 };
 

@@ -12,7 +12,8 @@ namespace tidewick {
 
 namespace {
 
-/// What icon themes may call the image with a badge; names of ours, empty for other badges.
+/// Returns the name by which an icon theme may provide the image with a badge. The names are ours;
+/// empty for other badges.
 QString themeName(const QString &badge)
 {
     static const QHash<QString, QString> names{
@@ -29,7 +30,7 @@ QString themeName(const QString &badge)
     return names.value(badge);
 }
 
-/// Null where there is no drawing in the file.
+/// Returns null if the file contains no drawing.
 StatusImage::Drawing drawing(QFile &&file)
 {
     if (!file.open(QIODevice::ReadOnly))

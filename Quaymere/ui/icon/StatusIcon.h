@@ -12,9 +12,9 @@
 
 namespace tidewick {
 
-/// The images of the tray: the application's mark, and beside it a badge that tells the phase at a
-/// glance. Each is composed at most once, so that a change of phase costs one look-up. Owned by the
-/// application; main thread only.
+/// The images for the tray: the application's mark with a badge beside it that shows the phase at a
+/// glance. Each image is composed at most once, so a change of phase costs only a lookup. Owned by
+/// the application; main thread only.
 class StatusIcon
 {
 public:
@@ -24,21 +24,23 @@ public:
     static constexpr QColor onLightPanel() { return {28, 29, 33}; }
     static constexpr QColor onDarkPanel() { return {236, 232, 225}; }
 
-    /// Takes the mark "MenuBarIcon" from the bundle and symbols from a folder, by default the one
-    /// compiled in.
+    /// Loads the mark "MenuBarIcon" from the bundle and the symbols from a folder, by default the
+    /// one compiled in.
     explicit StatusIcon(Bundle bundle, QString symbols = QStringLiteral(":/symbols"));
 
-    /// The name of the phase's symbol; none for a node in sync, which the bare mark stands for.
+    /// Returns the name of the phase's symbol; none for a node in sync, which the bare mark stands
+    /// for.
     static Badge badge(Phase phase);
 
-    /// The image with that badge for a tray, a mask in the present colour. A badge that there is no
-    /// symbol for is left away; without any mark to draw the program ends.
+    /// Returns the tray image with this badge, as a mask in the current colour. A badge without a
+    /// symbol is left out. The program ends if there is no mark to draw.
     QIcon image(const Badge &badge);
 
-    /// The same image for whoever paints it at its own size and in a colour of its own.
+    /// Returns the same image for callers that paint it at its natural size and in a colour of
+    /// their choice.
     const StatusImage &composed(const Badge &badge);
 
-    /// The colour of the images asked for from now on; that of text on light panels at first.
+    /// Sets the colour of the images returned from now on, at first that of text on light panels.
     void setColor(const QColor &color);
 
 private:
@@ -56,7 +58,7 @@ private:
     Bundle m_bundle;
     QString m_symbols;
     QColor m_color = onLightPanel();
-    /// By the badge's name, empty for none. Never emptied: there are seven at most.
+    /// Keyed by the badge's name, empty for none. Never cleared, because there are at most seven.
     QHash<QString, Entry> m_cache;
 };
 

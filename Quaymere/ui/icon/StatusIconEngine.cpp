@@ -7,7 +7,7 @@
 #include <QPixmap>
 #include <QtPlugin>
 
-// Without it Qt may know of none of a theme's symbolic icons.
+// Without this plugin Qt may find none of a theme's symbolic icons.
 Q_IMPORT_PLUGIN(SvgIconPlugin)
 
 namespace tidewick {
@@ -33,7 +33,8 @@ QPixmap StatusIconEngine::pixmap(const QSize &size, QIcon::Mode, QIcon::State)
 
 QList<QSize> StatusIconEngine::availableSizes(QIcon::Mode, QIcon::State)
 {
-    // Those that trays show at ratio 1 and 2. Trays that are sent pixmaps choose among them.
+    // The sizes that trays use at device pixel ratios 1 and 2. Trays that receive pixmaps choose
+    // among them.
     return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}};
 }
 

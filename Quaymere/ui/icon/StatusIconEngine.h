@@ -9,12 +9,13 @@
 
 namespace tidewick {
 
-/// Gives a StatusImage in one colour to a QIcon, in any size and without a bitmap ever being
-/// scaled. Modes and states look the same: who shows the icon tints it.
+/// Provides a StatusImage in one colour to a QIcon, at any size and without ever scaling a bitmap.
+/// All modes and states look the same: tinting is left to the program that shows the icon.
 class StatusIconEngine : public QIconEngine
 {
 public:
-    /// `themeName` is what an icon theme may call this image; empty if it has no name there.
+    /// `themeName` is the name by which an icon theme may provide this image; empty if it has no
+    /// such name.
     StatusIconEngine(std::shared_ptr<const StatusImage> image, const QColor &color,
                      QString themeName);
 
@@ -25,8 +26,8 @@ public:
     QString key() const override;
     bool isNull() override;
 
-    /// The theme's name for the image where the theme has it, so that a tray may draw the theme's
-    /// own in its colours; else empty, and it draws the pixmaps.
+    /// Returns the theme's name for the image if the theme has it, so that a tray can draw the
+    /// theme's version in its own colours. Otherwise empty, and the tray draws the pixmaps.
     QString iconName() override;
 
 private:

@@ -16,15 +16,16 @@ namespace {
 /// Between mark and badge, in points.
 constexpr qreal gap = 2;
 
-/// What in a badge is to lie on whole pixels: its straight edges, which would otherwise be smeared
-/// over two pixels each. An element of the drawing may be marked so; else it is the whole.
+/// Returns the part of a badge that must align with whole pixels: its straight edges would
+/// otherwise be smeared over two pixels each. The drawing may mark an element with the id "edges";
+/// without one it is the whole drawing.
 QRectF edges(QSvgRenderer &badge)
 {
     const QString marked = QStringLiteral("edges");
     return badge.elementExists(marked) ? badge.boundsOnElement(marked) : badge.viewBoxF();
 }
 
-/// Of those that many whole pixels could stand for, the rectangle that comes nearest.
+/// Returns the nearest rectangle of whole pixels, with the size rounded to at least one pixel.
 QRectF onWholePixels(const QRectF &rect)
 {
     const qreal width = std::max(std::round(rect.width()), 1.0);
@@ -33,7 +34,7 @@ QRectF onWholePixels(const QRectF &rect)
             width, height};
 }
 
-/// Where `rect` comes to lie when `from` is moved and stretched to `to`.
+/// Returns `rect` mapped by the translation and scaling that turn `from` into `to`.
 QRectF carried(const QRectF &rect, const QRectF &from, const QRectF &to)
 {
     const qreal across = to.width() / from.width();

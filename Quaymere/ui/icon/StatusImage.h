@@ -16,31 +16,31 @@ class QSvgRenderer;
 
 namespace tidewick {
 
-/// The application's mark with a badge at its right, as a drawing without colours of its own: what
-/// counts is how much each point is covered. Drawn anew from its vectors at whatever size is asked
-/// for, so that its edges are always those of the screen. A value whose copies share the vectors.
-/// Main thread only.
+/// The application's mark with a badge to its right, as a drawing without colours: only the
+/// coverage of each pixel counts. It is rendered from its vectors at each requested size, so its
+/// edges always match the screen's pixels. A value type whose copies share the vectors. Main thread
+/// only.
 class StatusImage
 {
 public:
-    /// Drawings are shown as large as they say they are, in points; the mark is brought to
+    /// Drawings are shown at the size they declare, in points, except that the mark is scaled to
     /// height().
     using Drawing = std::shared_ptr<QSvgRenderer>;
 
-    /// The height of mark and canvas, in points: that of a menu bar's images.
+    /// The height of mark and canvas, in points, which is that of menu-bar images.
     static constexpr int height() { return 16; }
 
-    /// Composes the two; without a badge (null) it is the mark alone.
+    /// Composes mark and badge. A null badge leaves the mark alone.
     StatusImage(Drawing mark, Drawing badge);
 
-    /// The canvas, in points.
+    /// The size of the canvas, in points.
     QSize size() const { return m_size; }
 
-    /// The image in a picture of so many pixels: as large as fits, its aspect kept, centred to the
-    /// whole pixel, on nothing.
+    /// Renders the image into a picture of this size: as large as fits with its aspect ratio kept,
+    /// centred to the whole pixel, on a transparent background.
     QImage rendered(const QSize &pixels, const QColor &color) const;
 
-    /// Paints the image at its own size, one point being one unit of the painter.
+    /// Paints the image at its natural size, one point per unit of the painter.
     void paint(QPainter &painter, const QPointF &topLeft, const QColor &color) const;
 
 private:

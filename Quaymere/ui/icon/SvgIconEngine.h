@@ -12,7 +12,7 @@ class QSvgRenderer;
 
 namespace tidewick {
 
-/// Gives the drawing in an SVG file to a QIcon. Modes and states look the same.
+/// Provides the drawing in an SVG file to a QIcon. All modes and states look the same.
 class SvgIconEngine final : public QIconEngine
 {
 public:
@@ -22,15 +22,16 @@ public:
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override;
     QIconEngine *clone() const override;
     QString key() const override;
-    /// Also of a file without a drawing in it.
+    /// Also true of a file that contains no drawing.
     bool isNull() override;
 
 private:
     std::shared_ptr<QSvgRenderer> m_drawing;
 };
 
-/// Lets Qt read icons in SVG, of themes above all. It has a plugin for that itself, but not on
-/// every system: Debian 13, with Qt 6.8, has it in a package that only is recommended.
+/// Lets Qt read SVG icons, above all those of themes. Qt has a plugin for that itself, but not
+/// every system installs it: on Debian 13, with Qt 6.8, it is in a package that is only
+/// recommended.
 class SvgIconPlugin final : public QIconEnginePlugin
 {
     Q_OBJECT
