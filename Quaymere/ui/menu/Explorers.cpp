@@ -7,7 +7,7 @@ namespace tidewick::Explorers {
 
 std::optional<QUrl> page(const char *base, const char *folder, const QString &name)
 {
-    // Browsers go up a folder at these, percent-encoded or not.
+    // Browsers resolve these as relative path segments, percent-encoded or not.
     if (name.isEmpty() || name == u"." || name == u"..")
         return std::nullopt;
     const QUrl url = QUrl::fromEncoded(

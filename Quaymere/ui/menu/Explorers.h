@@ -7,7 +7,7 @@
 
 #include <optional>
 
-// The public XRP Ledger explorers that links lead to, each with the slash at its end.
+// The base URLs of the public XRP Ledger explorers that links open, each with a trailing slash.
 
 namespace tidewick::Explorers {
 
@@ -17,8 +17,8 @@ inline constexpr const char *menu = "https://xrpscan.com/";
 /// For the ledger window; "ledger/" and a ledger index follow, or "tx/" and a transaction's hash.
 inline constexpr const char *window = "https://xrplexplorer.com/";
 
-/// The page of something below an explorer's base. The name is whatever a node says, and stays one
-/// segment of the path; nothing for names that cannot be one.
+/// Returns the page of an item below an explorer's base URL. The name may be anything that a node
+/// reports and stays a single path segment; nothing for names that cannot be one.
 std::optional<QUrl> page(const char *base, const char *folder, const QString &name);
 
 } // namespace tidewick::Explorers

@@ -36,7 +36,7 @@ void MenuCommands::run(MenuCommand command)
         return m_node.stop();
     case MenuCommand::ClearStorage:
         m_node.clearStorage();
-        return m_host.bringQuestionForward(); // asked before, it may be hidden by now
+        return m_host.bringQuestionForward(); // one asked earlier may be hidden by now
     case MenuCommand::OpenDataFolder:
         return openPath(m_node.dataDirectory());
     case MenuCommand::OpenLog:

@@ -12,16 +12,16 @@
 
 namespace tidewick {
 
-/// What the commands take from the application around them.
+/// What the commands need from the application.
 struct MenuHost
 {
-    /// Shows a web page, a folder or a file with the program that the desktop has for it. False
-    /// when there is none.
+    /// Opens a web page, folder or file with the desktop's program for it. Returns false if there
+    /// is none.
     std::function<bool(const QUrl &)> openUrl;
     /// Opens a window by its identifier, or brings it forward.
     std::function<void(const QString &)> openWindow;
     std::function<void(const QString &text)> showError;
-    /// Shows a question that has been asked but may be hidden by now.
+    /// Brings forward a question that was asked earlier and may be hidden by now.
     std::function<void()> bringQuestionForward;
     std::function<void(const QString &text)> copy;
 };

@@ -9,7 +9,7 @@ namespace tidewick {
 
 namespace {
 
-/// Lists rows in the order in which it is told of them.
+/// Collects rows in the order in which they are added.
 class RowList
 {
 public:
@@ -98,7 +98,7 @@ void addOtherCommands(RowList &rows, const NodeStatus &status)
     rows.command(MenuPlace::Quit, QStringLiteral("Quit"), MenuCommand::Quit);
 }
 
-/// All that is below the header.
+/// Everything below the header.
 void addBody(RowList &rows, const NodeStatus &status)
 {
     addFigures(rows, status);

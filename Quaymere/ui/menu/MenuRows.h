@@ -28,7 +28,7 @@ enum class MenuCommand {
     InstallNode,
 };
 
-/// The places of the rows from top to bottom. A row keeps its place when others come and go.
+/// The positions of the rows from top to bottom. A row keeps its position when others come and go.
 enum class MenuPlace {
     Title,
     Detail,
@@ -59,7 +59,7 @@ enum class MenuPlace {
 
 inline constexpr int menuPlaceCount = int(MenuPlace::Quit) + 1;
 
-/// One row of the menu. Its text is plain, whole and unescaped, whatever the node put into it.
+/// One row of the menu. Its text is plain, complete and unescaped, whatever the node put into it.
 struct MenuRow
 {
     enum class Kind { Text, Separator, Command };
@@ -76,20 +76,20 @@ struct MenuRow
 /// The rows that every face of the application shows: tray menu, node panel, terminal.
 QList<MenuRow> menuRows(const NodeStatus &status);
 
-/// These rows with the advice below the detail, and the command that helps, where there is one: for
-/// faces that have room for a sentence.
+/// The same rows, with any advice below the detail and, if there is one, the command that helps.
+/// For faces that have room for a sentence.
 QList<MenuRow> rowsWithAdvice(const NodeStatus &status);
 
 /// The label of the command that shows how to install a node.
 QString installNodeLabel();
 
-/// What there is to say in one line: title, detail and advice.
+/// The status in one line: title, detail and advice.
 QString summary(const NodeStatus &status);
 
 /// The title row's text.
 QString phaseTitle(Phase phase);
 
-/// The public explorer's page on the validated ledger; nothing while none is known.
+/// The public explorer's page for the validated ledger; nothing while no ledger is known.
 std::optional<QUrl> ledgerLink(const NodeStatus &status);
 
 } // namespace tidewick
