@@ -10,7 +10,7 @@
 
 #include <functional>
 
-// What the settings window offers for each setting, and how it says it.
+// The values that the settings window offers for each setting, and their labels.
 
 namespace tidewick::SettingsChoices {
 
@@ -21,14 +21,15 @@ inline const QList<qint64> hardCapMinutes{0, 60, 240, 720, 1440, 10080};
 inline const QList<qint64> diskGuardGB{5, 10, 20, 50};
 inline const QList<qint64> roundGrowthMiB{512, 1024, 2048, 4096, 8192, 16384};
 
-/// The values with their labels; with the current one in its place among them where it is none of
-/// them, having come into the store by other means.
+/// Returns the values with their labels. A current value that is not among them, because it reached
+/// the store by other means, is sorted in.
 QList<Choice> choices(QList<qint64> values, qint64 current, const Label &label);
 
-/// "30 minutes", "1 hour", "2 days", "1 week": in the largest unit that divides it.
+/// Formats a duration in the largest unit that divides it: "30 minutes", "1 hour", "2 days", "1
+/// week".
 QString durationLabel(qint64 minutes);
 
-/// MiB as GB of 2^30 bytes: "2 GB", "0.5 GB".
+/// Formats MiB as GB of 2^30 bytes: "2 GB", "0.5 GB".
 QString gigabytes(qint64 mib);
 
 QString afterFullLabel(qint64 minutes);

@@ -24,7 +24,7 @@ namespace {
 constexpr int windowWidth = 520;
 constexpr int sideMargin = 20;
 constexpr int bottomMargin = 16;
-/// Footnotes are set in a little from the edge of their card.
+/// Footnotes are indented a little from the edge of their card.
 constexpr int footnoteInset = 4;
 constexpr int cardToFootnote = 6;
 constexpr int betweenSections = 19;
@@ -83,7 +83,7 @@ void SettingsWindow::makeDiskSpace()
 {
     using namespace SettingsChoices;
     Card *card = addCard(QStringLiteral("Disk space"), betweenSections);
-    // Another store is trimmed in its own way.
+    // Any other store is trimmed in its own way.
     const bool isAsked = BuildInfo::hasMossgrid(m_node.config().buildInfo());
     if (isAsked) {
         m_tidyPicker = ask(*card, QStringLiteral("Tidy up each time the store grows by"),
@@ -177,7 +177,7 @@ void SettingsWindow::followNode()
     m_storeNow->setWholeText(status.storeSize + QStringLiteral(" · ") + status.freeSpace);
     if (!m_tidyPicker)
         return;
-    // Qt would hand the focus on, and the next key press would fall to the neighbour.
+    // Qt would pass the focus on, and the next key press would go to the neighbouring control.
     if (status.hasProcess && m_tidyPicker->hasFocus())
         form()->setFocus();
     m_tidyPicker->setEnabled(!status.hasProcess);

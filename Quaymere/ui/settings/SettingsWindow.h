@@ -19,26 +19,26 @@ namespace tidewick {
 class Card;
 class Picker;
 
-/// What the settings window asks of the host. Real by default; a test puts its own in place.
+/// What the settings window needs from its host. The defaults are the real ones; tests substitute
+/// their own.
 struct SettingsHost
 {
     SettingsHost();
 
     Defaults defaults = Defaults::standard();
 
-    /// Shows a file or folder with the program that the desktop has for it. False when there is
-    /// none.
+    /// Opens a file or folder with the desktop's program for it. Returns false if there is none.
     std::function<bool(const QUrl &)> openUrl;
 
-    /// FileBrowser::reveal on the session's bus.
+    /// FileBrowser::reveal on the session bus.
     std::function<void(const std::filesystem::path &, QObject *context,
                        const std::function<void()> &otherwise)>
         reveal;
 };
 
-/// The window "Tidewick Settings". A choice is stored the moment it is picked and applies from the
-/// next start of the node; what others put into the store is shown as it comes. Owned by the
-/// application, which destroys it before the controller; main thread only.
+/// The "Tidewick Settings" window. A choice is stored as soon as it is picked and applies from the
+/// next start of the node. Changes that others make to the store are shown as they arrive. Owned by
+/// the application, which destroys it before the controller; main thread only.
 class SettingsWindow final : public CardWindow
 {
     Q_OBJECT
@@ -47,8 +47,8 @@ public:
     explicit SettingsWindow(NodeController &node, SettingsHost host = SettingsHost(),
                             QWidget *parent = nullptr);
 
-    /// Puts stored values that are out of their range in order, so that the pickers show what the
-    /// node will use. Done each time the window is shown.
+    /// Corrects stored values that are out of range, so that the pickers show what the node will
+    /// use. Called each time the window is shown.
     void showWhatApplies();
 
 protected:
@@ -80,7 +80,7 @@ private:
     SettingsHost m_host;
     DefaultsWatch m_watch;
     std::vector<Question> m_questions;
-    /// Null where the store is trimmed in another way.
+    /// Null if the store is trimmed in another way.
     Picker *m_tidyPicker = nullptr;
     TextLabel *m_tidyFootnote = nullptr;
     TextLabel *m_storeNow = nullptr;
