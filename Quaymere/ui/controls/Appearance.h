@@ -9,8 +9,8 @@
 
 namespace tidewick {
 
-/// How the desktop wants windows to look: dark or light, as its settings portal says or else as the
-/// palette's windows are, and with or without motion. Follows the portal as it changes. Main thread
+/// The desktop's preferences for windows: dark or light, from the settings portal or else from the
+/// palette's window colour, and with or without motion. Follows the portal's changes. Main thread
 /// only.
 class Appearance final : public QObject
 {
@@ -21,10 +21,10 @@ public:
 
     bool isDark() const { return m_dark; }
 
-    /// Nothing is to move by itself.
+    /// Whether nothing may move by itself.
     bool isStill() const { return m_still; }
 
-    /// To be called when the application's palette is another one.
+    /// Must be called when the application's palette has changed.
     void paletteChanged() { decide(); }
 
 signals:
@@ -37,7 +37,7 @@ private:
     void ask(const QString &group, const QString &key);
     void decide();
 
-    /// What the portal has said, by key: no key that counts here is in two groups.
+    /// The portal's answers by key: no key that counts here exists in two groups.
     QHash<QString, QVariant> m_settings;
     bool m_dark = false;
     bool m_still = false;

@@ -7,7 +7,7 @@ class QWidget;
 
 namespace tidewick {
 
-/// Shows a window in front of those of other programs, with the keyboard's focus.
+/// Shows a window in front of those of other programs and gives it the keyboard focus.
 void bringForward(QWidget &window);
 
 } // namespace tidewick

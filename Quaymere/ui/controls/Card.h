@@ -9,7 +9,7 @@ class QVBoxLayout;
 
 namespace tidewick {
 
-/// A card: rows one below the other, with a hairline around them and one between each two.
+/// A card: a column of rows with a hairline around them and one between neighbouring rows.
 class Card final : public QWidget
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ class Card final : public QWidget
 public:
     explicit Card(QWidget *parent);
 
-    /// Puts a row below the others.
+    /// Adds a row below the others.
     void add(QWidget *row);
 
 protected:

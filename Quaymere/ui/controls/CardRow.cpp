@@ -44,7 +44,7 @@ void CardRow::fit()
     const int margin = points(ControlMetrics::rowMargin);
     QMargins margins(points(ControlMetrics::rowPadding), margin, points(ControlMetrics::rowEnd),
                      margin);
-    // Layouts mirror what is in them, but not the space around it.
+    // Layouts mirror their content, but not their margins.
     if (layoutDirection() == Qt::RightToLeft)
         margins = {margins.right(), margin, margins.left(), margin};
     m_layout->setContentsMargins(margins);

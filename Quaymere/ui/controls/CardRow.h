@@ -11,14 +11,14 @@ namespace tidewick {
 
 class TextLabel;
 
-/// A row of a card: what it is about at its beginning and at its end a control, or a value. As high
-/// as what is in it; a label too long for its line goes on on the next.
+/// A row of a card: a label at its beginning and a control or a value at its end. It is as high as
+/// its content; a label too long for one line wraps.
 class CardRow final : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// A control, which gets the label as the name it is told by.
+    /// A row with a control, which takes the label as its accessible name.
     CardRow(const QString &label, QWidget *control, QWidget *parent);
     CardRow(const QString &label, TextLabel *value, QWidget *parent);
 

@@ -14,7 +14,7 @@ namespace tidewick {
 
 namespace {
 
-/// Headings are set in a little from the edge of their card.
+/// Headings are indented a little from the edge of their card.
 constexpr int headingInset = 2;
 constexpr int headingToCard = 7;
 

@@ -12,32 +12,33 @@ namespace tidewick {
 
 class Card;
 
-/// A window made of texts and cards, one below the other. Escape closes it. It is wider than asked
-/// for where the font is so large that rows would not fit on a line.
+/// A window with a column of texts and cards. Escape closes it. It becomes wider than requested if
+/// the font is so large that rows would not fit on a line.
 class CardWindow : public FittedWindow
 {
     Q_OBJECT
 
 public:
-    /// Dark or light, which it is at first.
+    /// Sets the dark or the light look; light is the default.
     void setDark(bool dark);
 
 protected:
     CardWindow(const QString &title, int width, QWidget *parent);
 
-    /// What texts and cards are put into, and what they are children of.
+    /// The layout that texts and cards go into, and the widget that is their parent.
     QVBoxLayout &column() const { return *m_column; }
     QWidget *form() const { return m_form; }
 
-    /// A measure for the font that the window begins with.
+    /// Scales a measure for the window's initial font.
     int points(int measure) const;
 
     void setMargins(int sides, int top, int bottom);
 
-    /// Puts a text below what is there, so many points from it and from both sides.
+    /// Adds a text below the existing content, with this much space above it and at both sides, in
+    /// points.
     TextLabel *addText(TextLabel::Look look, const QString &text, int spaceAbove, int inset = 0);
 
-    /// Puts an empty card with a heading below what is there.
+    /// Adds an empty card with a heading below the existing content.
     Card *addCard(const QString &heading, int spaceAbove);
 
     int wantedWidth() const override;

@@ -3,8 +3,8 @@
 
 #pragma once
 
-/// The measures of the windows made of cards, in points, for text of 10 points; with larger text
-/// they grow as TextScale::scaled has it.
+/// The measures of card windows, in points, for text of 10 points. With larger text they grow as
+/// TextScale::scaled() defines.
 namespace tidewick::ControlMetrics {
 
 inline constexpr int cardRadius = 10;
@@ -12,14 +12,14 @@ inline constexpr int controlRadius = 6;
 inline constexpr int controlHeight = 26;
 /// From a control's edge to its text.
 inline constexpr int controlPadding = 12;
-/// Between a card's edge and the texts in it, and the controls in it.
+/// Between a card's edge and the texts and controls in it.
 inline constexpr int rowPadding = 15;
 inline constexpr int rowEnd = 11;
 inline constexpr int rowGap = 12;
-/// Above and below what is in a row.
+/// Above and below the content of a row.
 inline constexpr int rowMargin = 7;
 inline constexpr int pickerWidth = 150;
-/// The arrows of a picker, and the sign of what opens and closes.
+/// The arrows of a picker and the indicator of a disclosure.
 inline constexpr int signWidth = 8;
 inline constexpr int signMargin = 9;
 

@@ -8,30 +8,32 @@
 
 class QWidget;
 
-// What the widgets of the windows made of cards have in common, drawn by ourselves: styles differ
-// in what they take from a palette.
+// Painting shared by the widgets of card windows. We paint them ourselves, because styles differ in
+// what they take from a palette.
 
 namespace tidewick::ControlPaint {
 
-/// A rounded rectangle with a hairline as its border, sharp at every ratio of the screen.
+/// Paints a rounded rectangle with a hairline border, sharp at every device pixel ratio.
 void box(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
          const QColor &border);
 
-/// The ground of a button or picker, with what shows that it is under the pointer, is pressed, or
-/// has the focus of somebody who uses the keyboard.
+/// Paints the background of a button or picker, and marks it when it is under the pointer, pressed,
+/// or has keyboard focus.
 void control(QPainter &painter, const QWidget &widget, bool down);
 
-/// The line just within the edge of what has the focus, in the widget's own colour for it.
+/// Paints the focus ring just inside the widget's edge, in the colour that the widget's palette has
+/// for it.
 void outline(QPainter &painter, const QWidget &widget, qreal radius);
 
-/// That line where somebody uses the keyboard.
+/// Paints the focus ring if the widget has the focus and the keyboard is in use.
 void ring(QPainter &painter, const QWidget &widget, qreal radius);
 
-/// An arrow head of two lines: its point at the first place, its ends at the other two.
+/// Paints an arrow head of two lines that meet at `point`.
 void arrow(QPainter &painter, const QPointF &point, const QPointF &oneEnd, const QPointF &otherEnd,
            const QColor &color, qreal thickness);
 
-/// A text on one line of a rectangle, beginning that far from where the interface begins.
+/// Paints a text on one line of a rectangle, indented by `start` from the side where text begins in
+/// this layout direction.
 void line(QPainter &painter, const QRect &rect, int start, Qt::LayoutDirection direction,
           const QString &text);
 

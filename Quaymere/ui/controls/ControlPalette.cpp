@@ -56,7 +56,7 @@ constexpr Colors dark{
     .advice = {34, 49, 88},
 };
 
-/// A disabled control: visible, but visibly not for choosing.
+/// The colour for a disabled control: readable, but visibly not available.
 QColor faded(QColor color)
 {
     color.setAlphaF(0.45F);
@@ -68,7 +68,7 @@ QColor faded(QColor color)
 QPalette controlPalette(bool isDark)
 {
     const Colors &colors = isDark ? dark : light;
-    // From these two Qt derives the shades that scroll bars are drawn with.
+    // Qt derives the shades of scroll bars from these two colours.
     QPalette palette(colors.ground, colors.ground);
     for (const auto role : {QPalette::WindowText, QPalette::ButtonText}) {
         palette.setColor(role, colors.ink);

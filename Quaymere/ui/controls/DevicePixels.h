@@ -7,15 +7,16 @@
 
 class QPainter;
 
-// Points and the pixels of the screen: at a ratio of 1.5, lines of one point that begin between two
-// pixels would differ in thickness.
+// Maps points to pixels of the screen. At a device pixel ratio of 1.5, lines of one point that
+// begin between two pixels would otherwise differ in thickness.
 
 namespace tidewick::DevicePixels {
 
-/// The rectangle with its edges moved to the nearest edges of pixels.
+/// Returns the rectangle with its edges moved to the nearest pixel edges.
 QRectF snapped(const QPainter &painter, const QRectF &rect);
 
-/// The thickness in points of a line of one point, held to whole pixels.
+/// Returns the thickness, in points, of a line of one point rounded down to whole pixels, but at
+/// least one.
 qreal hairline(const QPainter &painter);
 
 } // namespace tidewick::DevicePixels

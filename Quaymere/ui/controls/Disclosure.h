@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// A line that opens and closes what is below it; checked while that is open.
+/// A line of text that expands and collapses the content below it; checked while expanded.
 class Disclosure final : public PushButton
 {
     Q_OBJECT

@@ -13,7 +13,7 @@ namespace tidewick {
 
 namespace {
 
-/// What a title bar takes, as far as is known before the window has one.
+/// The height of a title bar, assumed until the window has one.
 constexpr int usualFrame = 40;
 
 } // namespace
@@ -27,7 +27,7 @@ FittedWindow::FittedWindow(QWidget *content, QWidget *parent)
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_area->setWidget(content);
     content->setAutoFillBackground(false);
-    // Not on one of the controls: a keystroke meant for another window must not be theirs.
+    // Not on a control: none may receive a keystroke meant for another window.
     content->setFocus();
 }
 
@@ -93,7 +93,8 @@ void FittedWindow::fit()
     fillWindow();
 }
 
-/// Window managers that tile give other sizes than asked for.
+/// Lays out the content for the actual size: tiling window managers assign other sizes than
+/// requested.
 void FittedWindow::fillWindow()
 {
     m_area->setGeometry(rect());

@@ -9,30 +9,31 @@ class QScrollArea;
 
 namespace tidewick {
 
-/// A window as large as its content, which scrolls where the screen is too low for it. The content
-/// says its height by heightForWidth(). Main thread only.
+/// A window as large as its content, which scrolls if the screen is too low for it. The content
+/// reports its height through heightForWidth(). Main thread only.
 class FittedWindow : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// As it is at first, the window is no larger than its screen. A picture of it may be.
+    /// Bound, as by default, the window is no larger than its screen. A window that is only
+    /// rendered to a picture may be larger.
     void setBoundByScreen(bool bound);
 
 protected:
-    /// Whoever derives from it calls fit() when the content is there.
+    /// Subclasses call fit() once the content is complete.
     FittedWindow(QWidget *content, QWidget *parent);
 
-    /// To be called when the size of the content may have changed.
+    /// Must be called when the size of the content may have changed.
     void fit();
 
-    /// Scrolls to where this part of the content can be seen.
+    /// Scrolls until this part of the content is visible.
     void ensureVisible(QWidget *part);
 
-    /// The width in which the content is shown, where the screen is that wide.
+    /// The width for the content, if the screen is that wide.
     virtual int wantedWidth() const = 0;
 
-    /// Gives the content that width, and the height that it takes in it.
+    /// Resizes the content to this width and to the height that it needs for it.
     virtual void fitContent(int width);
 
     void showEvent(QShowEvent *event) override;

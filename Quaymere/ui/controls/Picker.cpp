@@ -83,7 +83,7 @@ void Picker::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange)
         updateGeometry();
     else if (event->type() == QEvent::EnabledChange && !isEnabled())
-        hidePopup(); // what is in it must not be picked any more
+        hidePopup(); // its entries must no longer be picked
     QComboBox::changeEvent(event);
 }
 

@@ -16,8 +16,9 @@ struct Choice
     bool operator==(const Choice &) const = default;
 };
 
-/// A picker in a card: one value out of a list, by mouse, arrow keys or the first letters. The
-/// wheel passes over it, lest scrolling change what it comes across.
+/// A picker in a card: the user picks one value from a list with the mouse, the arrow keys or by
+/// typing its first characters. It ignores the wheel, so that scrolling a window changes no
+/// setting.
 class Picker final : public QComboBox
 {
     Q_OBJECT
@@ -25,7 +26,8 @@ class Picker final : public QComboBox
 public:
     explicit Picker(QWidget *parent);
 
-    /// Offers these, with the current one picked. Nothing changes where they are the same.
+    /// Offers these choices with the current one picked. Keeps the list if the choices are the
+    /// same.
     void offer(const QList<Choice> &choices, qint64 current);
 
     QSize sizeHint() const override;

@@ -15,7 +15,7 @@ namespace tidewick {
 
 namespace {
 
-/// Draws the entries.
+/// Paints the entries.
 class EntryDelegate final : public QStyledItemDelegate
 {
 public:

@@ -7,7 +7,7 @@ class QComboBox;
 
 namespace tidewick {
 
-/// Gives a picker a list to open that is drawn in the picker's colours whatever the style, with a
+/// Gives a picker a popup list that is painted in the picker's colours, whatever the style, with a
 /// tick at the current entry.
 void makePickerList(QComboBox &picker);
 

@@ -40,7 +40,7 @@ void PushButton::keyPressEvent(QKeyEvent *event)
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isEnter)
         return QAbstractButton::keyPressEvent(event);
-    // A key held down must not press again and again.
+    // A key held down must not click repeatedly.
     if (!event->isAutoRepeat())
         click();
 }

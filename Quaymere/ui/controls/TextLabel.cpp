@@ -14,23 +14,23 @@ namespace tidewick {
 
 namespace {
 
-/// Lines shorter than this are tiresome to read.
+/// In characters. Shorter lines are tiresome to read.
 constexpr int readableLetters = 44;
 constexpr int fewLetters = 4;
 
 struct TextStyle
 {
     QPalette::ColorRole color;
-    /// Of the window's font.
+    /// Relative to the window's font.
     qreal size = 1;
     QFont::Weight weight = QFont::Normal;
     qreal lineHeight = 1;
-    /// Runs over several lines as a matter of course and asks for no more than so many letters on
-    /// each; 0 for a text that asks to be on one line.
+    /// The preferred line length, in characters, of a text that normally wraps; 0 for a text that
+    /// asks for a single line.
     int letters = 0;
 };
 
-/// In the order of the looks.
+/// In the order of TextLabel::Look.
 constexpr std::array<TextStyle, 11> styles{{
     {QPalette::WindowText, 1.45, QFont::Bold},
     {QPalette::PlaceholderText, 1, QFont::Normal, 1, fewLetters},
@@ -60,7 +60,7 @@ TextLabel::TextLabel(Look look, const QString &text, QWidget *parent)
     m_text.setLineHeight(styleOf(look).lineHeight);
     m_text.setAlignedToEnd(look == Look::Value);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    setWordWrap(true); // or QLabel says that its height does not depend on its width
+    setWordWrap(true); // otherwise QLabel reports no height for width
     takeFont();
     setWholeText(text);
 }

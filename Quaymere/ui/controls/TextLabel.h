@@ -9,9 +9,8 @@
 
 namespace tidewick {
 
-/// A text of a window made of cards: plain, on as many lines as its width takes, in one of the
-/// looks that such windows have. Its font follows its window's; its contents margins are the space
-/// around it.
+/// A text in a card window: plain, wrapped to its width, in one of the looks of such windows. Its
+/// font follows the window's. Its contents margins are the space around it.
 class TextLabel final : public QLabel
 {
     Q_OBJECT
@@ -19,14 +18,14 @@ class TextLabel final : public QLabel
 public:
     enum class Look {
         Title,     ///< the application's name
-        Subtitle,  ///< what stands below it
+        Subtitle,  ///< below the title
         Headline,  ///< above paragraphs
         Heading,   ///< above a card
-        Paragraph, ///< to be read
+        Paragraph, ///< running text
         Footnote,  ///< below a card
-        Alarm,     ///< what went wrong
-        Label,     ///< what a row is about
-        Name,      ///< what a figure is about
+        Alarm,     ///< an error
+        Label,     ///< the label of a row
+        Name,      ///< the label of a figure
         Figure,    ///< beside a name
         Value,     ///< at the end of a row
     };

@@ -57,7 +57,8 @@ int fontHeight(const QFont &font)
 
 int overhang(const QFont &font)
 {
-    // Outlines take long, and windows ask for the same few fonts at every step of a resize.
+    // Outlines are slow to compute, and windows ask for the same few fonts at every step of a
+    // resize.
     static QHash<QFont, int> known;
     if (const auto found = known.constFind(font); found != known.constEnd())
         return *found;

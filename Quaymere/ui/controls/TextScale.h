@@ -5,25 +5,25 @@
 
 #include <QFont>
 
-/// Measures are given in points for text of 10 points; with larger text they grow.
+/// Measures are given in points for text of 10 points and grow with larger text.
 namespace tidewick::TextScale {
 
-/// A measure for that font, in pixels of a screen of ratio 1.
+/// Returns a measure scaled for this font, in pixels at device pixel ratio 1.
 int scaled(const QFont &font, int points);
 
-/// The font in another size, however its own is given.
+/// Returns the font scaled by a factor, whether its size is set in points or pixels.
 QFont resized(const QFont &font, qreal factor);
 
-/// The height of a line as the font says, in whole pixels: the same on screens of any ratio, also
-/// with Qt 6.8, which rounds the metrics of hinted fonts at ratio 1.
+/// Returns the font's line height in whole pixels. The result is the same at every device pixel
+/// ratio, even with Qt 6.8, which rounds the metrics of hinted fonts at ratio 1.
 int fontHeight(const QFont &font);
 
-/// How far letters without accents, and apostrophes, reach beyond a line of that font, above or
-/// below, in pixels: 0 for most fonts, but some say of their lines that they are lower than their
-/// letters. Main thread only.
+/// Returns how far apostrophes and characters without accents extend beyond a line of this font,
+/// above or below, in pixels. This is 0 for most fonts, but some report lines lower than their
+/// glyphs. Main thread only.
 int overhang(const QFont &font);
 
-/// The height that a line of such letters takes where it is centred.
+/// Returns the height of a line with room for that overhang both above and below.
 int lineHeight(const QFont &font);
 
 } // namespace tidewick::TextScale

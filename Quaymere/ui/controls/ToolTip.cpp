@@ -11,11 +11,11 @@ namespace tidewick::ToolTip {
 
 namespace {
 
-/// A tool tip that fills the screen is none.
+/// A tooltip that fills the screen is of no use.
 constexpr qsizetype mostCharacters = 4000;
 constexpr qsizetype mostLines = 40;
 
-/// With places where words that are longer than a tool tip is wide can be broken.
+/// Inserts break opportunities into words that are too long for the width of a tooltip.
 QString breakable(const QString &line)
 {
     constexpr int longWord = 60;

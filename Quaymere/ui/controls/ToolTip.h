@@ -7,8 +7,9 @@
 
 namespace tidewick::ToolTip {
 
-/// A text for Qt's tool tips, which take what looks like markup for markup: as markup that shows
-/// the text as it is, with places to break long words, and cut before it would fill the screen.
+/// Returns a text for use as a Qt tooltip. Tooltips interpret as markup whatever looks like it, so
+/// the result is markup that shows the text verbatim. Long words get break opportunities, and the
+/// text is cut before it would fill the screen.
 QString plain(const QString &text);
 
 } // namespace tidewick::ToolTip

@@ -31,7 +31,7 @@ VerbatimText::VerbatimText(const QString &name, const QString &text, QWidget *pa
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     takeFont();
-    // The end of the last line is not the beginning of another.
+    // A trailing line break does not begin another line.
     setPlainText(text.endsWith(u'\n') ? text.chopped(1) : text);
 }
 
@@ -65,8 +65,8 @@ void VerbatimText::changeEvent(QEvent *event)
         takeFont();
 }
 
-/// Not by setFont(): as large as the window's text it remains only while its own font is the
-/// window's.
+/// Does not use setFont(): the text follows the size of the window's font only while the widget has
+/// no font set.
 void VerbatimText::takeFont()
 {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);

@@ -7,8 +7,8 @@
 
 namespace tidewick {
 
-/// A text as it stands, in letters of one width, on a card: to be read, selected with mouse or
-/// keyboard, and copied. As high as its lines, which are broken where they are too long.
+/// A verbatim text in a fixed-width font on a card, which can be read, selected with mouse or
+/// keyboard, and copied. It is as high as its lines; long lines wrap.
 class VerbatimText final : public QTextEdit
 {
     Q_OBJECT

@@ -23,10 +23,10 @@ namespace {
 
 constexpr qsizetype shownCharacters = 2000;
 
-/// The part of a pixel that is too little to be seen.
+/// The fraction of a pixel that is too small to be seen.
 constexpr qreal unseen = 0.05;
 
-/// So many pixels that nothing beyond them is seen.
+/// Rounds up to whole pixels, so that nothing visible lies beyond them.
 int whole(qreal reach)
 {
     return std::max(0, int(std::ceil(reach - unseen)));
@@ -39,9 +39,9 @@ QRectF outlineOf(const QFont &font, const QString &text)
     return letters.boundingRect();
 }
 
-/// How far the letters of a line reach beyond it and its width, in whole pixels. To be asked while
-/// the text is laid out. By outlines, which are the same on screens of any ratio; the hinting of
-/// letters that reach up to the line's edge takes another pixel there.
+/// Returns how far the glyphs of a line extend beyond its height and width, in whole pixels. Call
+/// this during layout. It measures outlines, which are the same at every device pixel ratio.
+/// Hinting may add another pixel to glyphs that reach the line's top edge.
 QMargins reachOf(const QTextLine &line)
 {
     constexpr qreal hinting = 0.5;
@@ -52,7 +52,8 @@ QMargins reachOf(const QTextLine &line)
         const QList<quint32> letters = run.glyphIndexes();
         const QList<QPointF> places = run.positions();
         for (qsizetype i = 0; i < letters.size(); ++i) {
-            // Hinted, which is known already. Outlines take far longer, and few letters need them.
+            // The hinted rectangle is already known. Outlines take far longer to compute, and few
+            // glyphs need them.
             const QRectF hinted = font.boundingRect(letters[i]).translated(places[i]);
             if (!hinted.isEmpty() && !room.contains(hinted))
                 ink |= font.pathForGlyph(letters[i]).boundingRect().translated(places[i]);
@@ -103,7 +104,7 @@ int WrappedText::naturalWidth() const
     const QRectF last = outlineOf(font, text.right(1));
     const int lean =
         whole(-first.left()) + whole(last.right() - metrics.horizontalAdvance(text.right(1)));
-    // Layouts need a little more than metrics say where letters lean.
+    // Layouts need slightly more than the metrics report if glyphs lean.
     return metrics.horizontalAdvance(text) + 1 + lean + 2 * TextScale::scaled(font, m_sideMargin);
 }
 
@@ -150,7 +151,7 @@ void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
     m_width = width;
     m_direction = direction;
     const int side = TextScale::scaled(m_layout.font(), m_sideMargin);
-    // The text runs in its own direction; it begins where the interface begins.
+    // The text keeps its own direction, but is aligned to the side where the interface begins.
     const Qt::Alignment anchor = m_alignedToEnd ? Qt::AlignRight : Qt::AlignLeft;
     QTextOption option(QStyle::visualAlignment(direction, anchor) | Qt::AlignAbsolute);
     option.setTextDirection(m_layout.text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
@@ -165,7 +166,7 @@ void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
     m_topLeft = QPoint(sides.left(), TextScale::scaled(m_layout.font(), m_padding) / 2);
 }
 
-/// Gives how far letters reach beyond the width.
+/// Lays out the lines and returns how far glyphs extend beyond the width.
 QMargins WrappedText::placeLines(int width) const
 {
     const int usual = TextScale::overhang(m_layout.font());
@@ -176,7 +177,7 @@ QMargins WrappedText::placeLines(int width) const
     for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
         line.setLineWidth(std::max(1, width));
         const QMargins reach = reachOf(line);
-        // Letters that the font does not have come from another one, which may be higher.
+        // Characters missing in the font come from another one, whose lines may be higher.
         const qreal height = std::max(leastHeight, line.height());
         const qreal space = height * (m_lineHeight - 1) / 2;
         const qreal above = std::max({space, qreal(usual), qreal(reach.top())});

@@ -10,10 +10,9 @@ class QPainter;
 
 namespace tidewick {
 
-/// A plain text on as many lines as its width takes, broken within a word where a word is longer
-/// than a line, as paths are. A text without end is cut where nobody reads on, so that laying it
-/// out stays quick. There is room for every letter, also where a font has letters that are higher
-/// or wider than it says.
+/// A plain text wrapped to its width. A word longer than a line, such as a path, is broken within.
+/// An endless text is cut where nobody would read on, so that layout stays fast. Every glyph has
+/// enough room, even if the font has glyphs that are higher or wider than its metrics report.
 class WrappedText
 {
 public:
@@ -26,7 +25,7 @@ public:
         bool operator==(const Range &) const = default;
     };
 
-    /// With that much space at its sides and, above and below together, around it, in points.
+    /// Takes the space at each side, and the space above and below together, in points.
     WrappedText(int sideMargin, int padding) : m_sideMargin(sideMargin), m_padding(padding) {}
 
     void set(const QString &text);
@@ -34,30 +33,30 @@ public:
 
     QFont font() const { return m_layout.font(); }
 
-    /// Lines this much higher than the font asks for; 1 at first.
+    /// Sets the line height relative to the font's; 1 by default.
     void setLineHeight(qreal factor);
 
-    /// Begins at the side where the interface begins, as at first, or ends where it ends.
+    /// Aligns the text to the side where the interface begins, as by default, or to the side where
+    /// it ends.
     void setAlignedToEnd(bool toEnd);
 
-    /// What is shown.
+    /// The text shown, which may be cut.
     QString text() const { return m_layout.text(); }
 
-    /// More of the text than is shown, as a tool tip that shows it as it is; empty where all of it
-    /// is shown.
+    /// A tooltip with more of the text than is shown, verbatim; empty if the whole text is shown.
     QString toolTip() const { return m_toolTip; }
 
-    /// The height, space included, when all of it is as wide as that.
+    /// The height of the whole text at this width, space included.
     int height(int width) const;
 
-    /// The width, space included, of all of it on one line.
+    /// The width of the whole text on one line, space included.
     int naturalWidth() const;
 
-    /// Draws it in that width, beginning at the side where the interface does.
+    /// Draws the text at this width, aligned for the layout direction.
     void draw(QPainter &painter, int width, Qt::LayoutDirection direction,
               const QList<QTextLayout::FormatRange> &formats = {}) const;
 
-    /// The place in the text that is nearest to a point.
+    /// The text position nearest to a point.
     int positionAt(const QPointF &point) const;
 
     Range wordAt(int position) const;
@@ -71,7 +70,7 @@ private:
     qreal m_lineHeight = 1;
     bool m_alignedToEnd = false;
     QString m_toolTip;
-    /// Laid out when it is needed, for the width and direction below.
+    /// Laid out on demand, for the width and direction below.
     mutable QTextLayout m_layout;
     mutable QPointF m_topLeft;
     mutable int m_width = -1;

@@ -26,7 +26,8 @@ constexpr QLatin1String schemeKey("color-scheme");
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
 
-/// Less motion: for all desktops (1 asks for it), GNOME's (false does) and KDE's (a factor, "0").
+/// Less motion. The keys are the one for all desktops (1 requests it), GNOME's (false requests it)
+/// and KDE's (a factor; 0 requests it).
 constexpr QLatin1String motionKey("reduced-motion");
 constexpr QLatin1String gnomeAnimationsKey("enable-animations");
 constexpr QLatin1String kdeDurationKey("AnimationDurationFactor");
@@ -44,7 +45,7 @@ constexpr std::array<Setting, 4> settings{{
     {QLatin1String("org.kde.kdeglobals.KDE"), kdeDurationKey},
 }};
 
-/// The portal's answer to "Read" is wrapped once more than its signal.
+/// The portal wraps the value once more in the reply to "Read" than in its signal.
 QVariant unwrapped(QVariant value)
 {
     while (value.userType() == qMetaTypeId<QDBusVariant>())
