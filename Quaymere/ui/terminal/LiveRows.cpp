@@ -11,17 +11,17 @@ namespace tidewick {
 
 namespace {
 
-// Control sequences that every terminal since the VT102 knows.
+// Control sequences understood by every terminal since the VT102.
 constexpr char clearBelow[] = "\x1b[J";
 constexpr char clearRestOfLine[] = "\x1b[K";
 constexpr char dim[] = "\x1b[2m";
 constexpr char plain[] = "\x1b[m";
 constexpr char nextLine[] = "\r\n";
-// The last word on wrapping, should the terminal find a character wider than it was counted.
+// Prevents wrapping if the terminal draws a character wider than our count.
 constexpr char wrapOff[] = "\x1b[?7l";
 constexpr char wrapOn[] = "\x1b[?7h";
 
-/// As the size has room for them, one line being left for the cursor.
+/// Reduces the rows to those that fit, leaving one line for the cursor.
 QList<LiveRow> fitting(QList<LiveRow> rows, TerminalSize size)
 {
     const qsizetype most = std::max(1, size.rows - 1);
@@ -39,7 +39,7 @@ QByteArray drawn(const LiveRow &row, int columns)
     QByteArray bytes = row.text.toUtf8();
     if (row.dim)
         bytes = dim + bytes + plain;
-    // After a row as wide as the terminal, the cursor stands on its last character.
+    // After a row as wide as the terminal, the cursor is still on its last character.
     return TerminalText::columns(row.text) < columns ? bytes + clearRestOfLine + nextLine
                                                      : clearRestOfLine + bytes + nextLine;
 }
@@ -70,7 +70,7 @@ QByteArray LiveRows::finish()
     if (m_drawn.isEmpty())
         return {};
     m_drawn.clear();
-    // Keys pressed, Ctrl-C above all, have left their mark beside the cursor.
+    // Keys pressed, above all Ctrl-C, have left their echo beside the cursor.
     return QByteArray("\r") + clearBelow + wrapOn;
 }
 

@@ -26,20 +26,21 @@ struct LiveRow
     bool operator==(const LiveRow &) const = default;
 };
 
-/// Rows of text that stay at their place on a terminal while they change: what stands there, and
-/// the bytes that make it something else. The cursor rests on the line below the rows.
+/// Rows of text that stay in place on a terminal while they change. Keeps track of the rows on the
+/// screen and produces the bytes that update them. The cursor rests on the line below the rows.
 ///
-/// No row wraps, and there are never more of them than the terminal shows: blank ones go first,
-/// then those at the end. When the terminal became narrower, the rows are taken to have wrapped, as
-/// most terminals do it; on one that cuts instead, lines above the rows are overwritten.
+/// No row wraps, and there are never more rows than the terminal shows: blank ones are dropped
+/// first, then those at the end. When the terminal becomes narrower, the rows are assumed to have
+/// wrapped, as on most terminals. On a terminal that cuts them instead, lines above the rows are
+/// overwritten.
 class LiveRows
 {
 public:
-    /// Turns what stands there into these rows; nothing where that is no change. The lines `above`
-    /// scroll by over the rows, as long as they are.
+    /// Returns the bytes that replace the current rows with these; empty if nothing changes. The
+    /// lines `above` are printed over the rows at their full length and scroll away.
     QByteArray redraw(const QList<LiveRow> &rows, const QList<QString> &above, TerminalSize size);
 
-    /// Leaves the rows where they are and the cursor on a fresh line.
+    /// Returns the bytes that leave the rows in place and the cursor on a fresh line.
     QByteArray finish();
 
 private:

@@ -18,7 +18,7 @@ namespace {
 
 constexpr qsizetype longestLine = 1000;
 constexpr qsizetype mostErrorLines = 500;
-// What an empty pipe takes at once.
+// The capacity of an empty pipe.
 constexpr qsizetype largestError = 65536;
 
 QString lineOf(const QString &text)
@@ -44,8 +44,8 @@ QList<QString> errorLines(const QString &text)
     return lines;
 }
 
-/// Title, detail, advice and figures, without the commands that follow them in a menu. A sentence
-/// takes the lines it needs, where figures are cut.
+/// Title, detail, advice and figures, without the commands that follow them in a menu. Advice wraps
+/// over as many lines as it needs, whereas figures are cut.
 QList<LiveRow> liveRows(const NodeStatus &status, int columns)
 {
     QList<LiveRow> rows;
@@ -63,8 +63,8 @@ QList<LiveRow> liveRows(const NodeStatus &status, int columns)
     return rows;
 }
 
-/// The line for a journal, and what of it makes for a new one. Of an advice the cause counts: the
-/// figures in its text may change every few seconds.
+/// A line for a journal, and the part of it that makes it worth a new line. Advice counts only by
+/// its cause: the figures in its text may change every few seconds.
 struct JournalLine
 {
     explicit JournalLine(const NodeStatus &status)
@@ -120,7 +120,7 @@ void TerminalFace::show(const NodeStatus &status)
         m_toldError = status.errorText;
 }
 
-/// A program in the background leaves the terminal to the one in front, and to its reader.
+/// In the background, this program leaves the terminal to the foreground program and its user.
 bool TerminalFace::isLive() const
 {
     if (!m_movesCursor)
@@ -132,7 +132,7 @@ bool TerminalFace::isLive() const
 TerminalSize TerminalFace::size() const
 {
     winsize size{};
-    // Serial lines know no size and say 0.
+    // Serial lines have no size and report 0.
     if (::ioctl(m_descriptor, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0)
         return {80, 24};
     return {size.ws_col, size.ws_row};

@@ -15,8 +15,8 @@ namespace tidewick::TerminalText {
 
 namespace {
 
-/// The C library knows the widths in a UTF-8 locale only; the program itself may run in any. While
-/// it lives, this thread runs in one.
+/// Runs the current thread in a UTF-8 locale for the lifetime of this object: only there does the C
+/// library know character widths, and the program may run in any locale.
 class WidthLocale
 {
 public:
@@ -26,8 +26,8 @@ public:
     ~WidthLocale() { ::uselocale(m_before); }
 
 private:
-    /// Loaded once. Where the system has none, the null locale changes nothing, and all that is
-    /// not ASCII counts as wide.
+    /// Loaded once. If the system has no such locale, the null locale changes nothing, and every
+    /// character outside ASCII counts as wide.
     static locale_t utf8()
     {
         static const locale_t loaded = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -37,18 +37,18 @@ private:
     locale_t m_before;
 };
 
-/// Of what a person takes for one character; WidthLocale has to be there.
+/// Returns the columns of one user-perceived character. A WidthLocale must exist.
 int clusterColumns(QStringView cluster)
 {
     int sum = 0;
     for (const char32_t codePoint : cluster.toUcs4()) {
-        // Asks for the colourful form of a character, which is wide.
+        // Selects the emoji form of a character, which is wide.
         if (codePoint == U'\ufe0f' && sum == 1) {
             sum = 2;
             continue;
         }
         const int width = ::wcwidth(wchar_t(codePoint));
-        // Characters newer than the C library are emoji more often than not.
+        // Characters newer than the C library are mostly emoji.
         sum += width < 0 ? 2 : width;
     }
     return sum;
@@ -86,7 +86,7 @@ QString elided(const QString &text, int columns)
     int used = 0;
     qsizetype cut = 0;
     visitClusters(text, [&](qsizetype start, int width) {
-        // Where the ellipsis would stand, should one be needed.
+        // The position of the ellipsis, should one be needed.
         if (used < columns)
             cut = start;
         used += width;

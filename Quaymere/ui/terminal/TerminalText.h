@@ -6,22 +6,22 @@
 #include <QList>
 #include <QString>
 
-// How much room one line of text takes on a terminal. Terminals differ in new emoji and in joined
-// ones; counted are the parts, which is the most that any of them takes.
+// Measures the room that a line of text takes on a terminal. Terminals differ in the width of new
+// and joined emoji. We add up the parts, which is the most that any terminal takes.
 
 namespace tidewick::TerminalText {
 
 /// Width in columns.
 int columns(const QString &text);
 
-/// The text, or as much of it as fits with "…" at its end. No character is cut.
+/// Returns the text, or as much of it as fits followed by "…". Never splits a character.
 QString elided(const QString &text, int columns);
 
-/// The text on lines of at most that width, broken between words and, where a word is longer than
-/// a line, within it.
+/// Wraps the text to lines of at most this width. Lines break between words, or within a word that
+/// is longer than a line.
 QList<QString> wrapped(const QString &text, int columns);
 
-/// How many lines of the screen the text takes where lines that are too long go on below.
+/// Returns how many screen lines the text takes if the terminal wraps lines that are too long.
 int wrappedLines(const QString &text, int columns);
 
 } // namespace tidewick::TerminalText
