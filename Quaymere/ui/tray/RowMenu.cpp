@@ -12,7 +12,7 @@ namespace tidewick {
 
 namespace {
 
-/// A longer row makes a menu wider than is of use.
+/// Longer rows would make the menu impractically wide.
 constexpr qsizetype mostCharacters = 120;
 
 } // namespace
@@ -48,7 +48,7 @@ void RowMenu::setRows(const QList<MenuRow> &rows)
     }
 }
 
-/// The setters of QAction tell nobody where nothing changes.
+/// Changes the action to match the row. QAction's setters send no notification if nothing changes.
 void RowMenu::setRow(QAction &action, const MenuRow &row) const
 {
     const QString line = DisplayText::singleLine(row.text);
@@ -60,8 +60,9 @@ void RowMenu::setRow(QAction &action, const MenuRow &row) const
     action.setVisible(true);
 }
 
-/// An ampersand marks the next character as the key to press. On the bus an underscore does; Qt
-/// writes one for the first ampersand and leaves all else as it is.
+/// Escapes the mnemonic markers of a text. Qt marks a mnemonic with an ampersand, the bus with an
+/// underscore; Qt writes an underscore for the first ampersand and leaves everything else
+/// unchanged.
 QString RowMenu::escaped(QString text) const
 {
     if (m_drawing == Drawing::ByUs)

@@ -11,9 +11,8 @@
 
 namespace tidewick {
 
-/// A menu of the rows. One fixed set of actions, of which only what differs is changed, so that an
-/// open menu stays as it is under the pointer, and the bus carries no more than the news. Main
-/// thread only.
+/// A menu of the rows. It has a fixed set of actions and changes only those that differ, so that an
+/// open menu stays still under the pointer and the bus carries only the changes. Main thread only.
 class RowMenu final : public QMenu
 {
     Q_OBJECT
@@ -21,7 +20,7 @@ class RowMenu final : public QMenu
 public:
     /// Who draws the menu, and therefore how its texts are escaped.
     enum class Drawing {
-        ByHost, ///< A tray host that gets it over the bus.
+        ByHost, ///< A tray host that receives the menu over D-Bus.
         ByUs,   ///< Qt.
     };
 

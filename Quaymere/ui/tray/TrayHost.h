@@ -9,8 +9,9 @@
 
 namespace tidewick {
 
-/// Whether anything on this desktop shows tray items. To be asked before a tray item is made: one
-/// made too early is not shown by a StatusNotifier host that comes later. Main thread only.
+/// Detects whether anything on this desktop shows tray items. Check this before creating a tray
+/// item: a StatusNotifier host that starts later does not show an item created too early. Main
+/// thread only.
 class TrayHost final : public QObject
 {
     Q_OBJECT
@@ -18,17 +19,17 @@ class TrayHost final : public QObject
 public:
     enum class Kind {
         None,
-        StatusNotifier, ///< Over D-Bus: menu and icon are the host's to draw.
-        XEmbed,         ///< An X11 window of ours inside the panel.
+        StatusNotifier, ///< Over D-Bus: the host draws menu and icon.
+        XEmbed,         ///< An X11 window of ours embedded in the panel.
     };
 
     explicit TrayHost(QObject *parent = nullptr);
     ~TrayHost() override;
 
-    /// None until the desktop has been asked. A desktop with both kinds counts as StatusNotifier.
+    /// None until the desktop has answered. A desktop with both kinds counts as StatusNotifier.
     Kind kind() const;
 
-    /// Whether there is a host of that kind, whatever else there is.
+    /// Whether a host of this kind exists, whatever else exists.
     bool has(Kind kind) const;
 
 signals:

@@ -20,7 +20,7 @@ TrayItem::TrayItem(RowMenu::Drawing drawing, const QIcon &icon, const QList<Menu
     connect(&m_icon, &QSystemTrayIcon::activated, this, &TrayItem::activate);
     setRows(rows);
     setToolTip(toolTip);
-    // A host reads the menu when the item appears.
+    // A host reads the menu as soon as the item appears.
     m_icon.setContextMenu(&m_menu);
     m_icon.show();
 }
@@ -47,8 +47,8 @@ void TrayItem::setToolTip(const QString &text)
         m_icon.setToolTip(shown);
 }
 
-/// Hosts open the menu on the other button only; the one that is pressed first opens it as well. On
-/// Wayland it cannot: there, a menu needs a window of ours to belong to.
+/// Opens the menu on the primary button, because hosts open it only on the secondary one. On
+/// Wayland this is not possible: there a menu needs one of our windows as its parent.
 void TrayItem::activate(QSystemTrayIcon::ActivationReason reason)
 {
     if (reason == QSystemTrayIcon::Trigger

@@ -9,8 +9,8 @@
 
 namespace tidewick {
 
-/// The tray's face of the application: an icon with the menu's rows. Make it once a tray host is
-/// there. Main thread only.
+/// The application's face in the tray: an icon with the menu's rows. Create it only once a tray
+/// host exists. Main thread only.
 class TrayItem final : public QObject
 {
     Q_OBJECT
@@ -32,9 +32,9 @@ private:
     void activate(QSystemTrayIcon::ActivationReason reason);
 
     RowMenu::Drawing m_drawing;
-    /// What a host reads, or what we open where none does.
+    /// The menu that a host reads, or that we open if no host does.
     RowMenu m_menu;
-    /// What we open ourselves, under the pointer.
+    /// The menu that we open ourselves, under the pointer.
     RowMenu m_popup{RowMenu::Drawing::ByUs};
     QSystemTrayIcon m_icon;
 };

@@ -21,7 +21,8 @@ constexpr QLatin1String watcherPath("/StatusNotifierWatcher");
 
 } // namespace
 
-/// Asks the StatusNotifier watcher, whenever one comes or speaks up, whether a host is with it.
+/// Asks the StatusNotifier watcher whether it has a host, whenever a watcher appears or sends a
+/// signal.
 class TrayHost::Private final : public QObject
 {
     Q_OBJECT
@@ -36,7 +37,7 @@ public:
         for (const char *signal :
              {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
             m_bus.connect(watcher, watcherPath, watcher, QLatin1String(signal), this, SLOT(ask()));
-        // A bus that dies takes its hosts with it, and says nothing of them.
+        // A bus that goes down takes its hosts with it, without signals about them.
         m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                       QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
                       this, SLOT(forget()));
@@ -70,7 +71,7 @@ private slots:
     void take(QDBusPendingCallWatcher *call)
     {
         call->deleteLater();
-        // What an earlier watcher said does not count.
+        // Answers from an earlier watcher do not count.
         if (call != m_latest)
             return;
         const QDBusPendingReply<QDBusVariant> answer = *call;

@@ -43,14 +43,14 @@ XEmbedTray::~XEmbedTray()
 
 void XEmbedTray::watch()
 {
-    // Qt opens one screen, the first.
+    // Qt uses only one screen, the first.
     m_selection = atom(m_connection, "_NET_SYSTEM_TRAY_S0");
     const xcb_query_extension_reply_t *extension =
         xcb_get_extension_data(m_connection, &xcb_xfixes_id);
     if (!extension || !extension->present)
         return;
     m_firstEvent = extension->first_event;
-    // The extension answers nobody who has not asked for its version.
+    // The extension serves only clients that have asked for its version.
     const auto cookie = xcb_xfixes_query_version(m_connection, 1, 0);
     const XcbReply<xcb_xfixes_query_version_reply_t> version(
         xcb_xfixes_query_version_reply(m_connection, cookie, nullptr));

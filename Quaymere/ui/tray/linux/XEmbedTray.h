@@ -11,8 +11,8 @@
 
 namespace tidewick {
 
-/// Watches who owns the selection that stands for an XEmbed tray on the X11 screen. On other window
-/// systems there is none.
+/// Watches the owner of the selection that represents an XEmbed tray on the X11 screen. On other
+/// window systems there is no such tray.
 class XEmbedTray final : public QAbstractNativeEventFilter
 {
 public:
@@ -31,7 +31,7 @@ private:
 
     xcb_connection_t *m_connection = nullptr;
     xcb_atom_t m_selection = XCB_ATOM_NONE;
-    /// Number of the first event of the extension that tells of selections.
+    /// The number of the first event of the extension that reports selection changes.
     int m_firstEvent = -1;
     bool m_exists = false;
     std::function<void()> m_changed;

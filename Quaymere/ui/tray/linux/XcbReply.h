@@ -13,7 +13,7 @@ struct FreeReply
     void operator()(void *reply) const { std::free(reply); }
 };
 
-/// A reply of the X server, which is the caller's to free.
+/// A reply of the X server, which the caller must free.
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeReply>;
 
