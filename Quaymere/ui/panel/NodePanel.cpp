@@ -49,7 +49,8 @@ void NodePanel::setDark(bool dark)
 
 void NodePanel::closeEvent(QCloseEvent *event)
 {
-    // An ignored event would also keep QApplication::quit() from ending the program.
+    // Ignoring the event of a close() call would also keep QApplication::quit() from ending the
+    // program.
     if (!event->spontaneous())
         return;
     event->ignore();
@@ -61,7 +62,7 @@ int NodePanel::wantedWidth() const
     return TextScale::scaled(font(), PanelMetrics::width);
 }
 
-/// At once, also where the size stays the same: rows may have changed places.
+/// Lays out the rows immediately, even if the size stays the same: rows may have changed position.
 void NodePanel::fitContent(int width)
 {
     m_rows->fit(width);

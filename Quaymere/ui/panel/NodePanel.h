@@ -13,11 +13,12 @@ namespace tidewick {
 class PanelRows;
 
 /// The menu's rows as a small window, for desktops without a tray. Owned by the application; main
-/// thread only. It is as wide as its font asks for and as high as its rows, which scroll where the
-/// screen is lower than that.
+/// thread only. Its width follows its font and its height its rows, which scroll if the screen is
+/// too low for them.
 ///
-/// A user who closes it minimises it, since without a tray it is all there is of the application;
-/// close() and QApplication::quit() do close it, hide() takes it away for a tray.
+/// If the user closes it, it is minimised instead, because without a tray it is the application's
+/// only face. close() and QApplication::quit() do close it, and hide() removes it once a tray has
+/// appeared.
 class NodePanel final : public FittedWindow
 {
     Q_OBJECT
@@ -25,16 +26,16 @@ class NodePanel final : public FittedWindow
 public:
     explicit NodePanel(QWidget *parent = nullptr);
 
-    /// What differs from the rows before changes in place; equal rows cost a comparison.
+    /// Updates the rows that differ, in place. Equal rows cost only a comparison.
     void setRows(const QList<MenuRow> &rows);
 
-    /// The phase's icon. Its shape counts: it is shown in the colour of the texts.
+    /// Sets the phase's icon. Only its shape counts: it is shown in the colour of the texts.
     void setIcon(const QIcon &icon);
 
-    /// One line on what to install to get a tray; empty: none.
+    /// Sets a line about what to install to get a tray; none if empty.
     void setHint(const QString &hint);
 
-    /// Dark or light, which it is at first.
+    /// Sets the dark or the light look; light is the default.
     void setDark(bool dark);
 
 signals:

@@ -25,7 +25,7 @@ PanelButton::PanelButton(QWidget *parent)
 void PanelButton::setWholeText(const QString &text)
 {
     m_text.set(text);
-    // Not the button's own text, where an ampersand would make a shortcut.
+    // Not as the button's text, in which an ampersand would mark a mnemonic.
     setAccessibleName(m_text.text());
     setToolTip(m_text.toolTip());
     update();
@@ -89,7 +89,7 @@ void PanelButton::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        // A key held down must not choose again and again.
+        // A key held down must not click repeatedly.
         if (!event->isAutoRepeat())
             click();
         return;
@@ -97,7 +97,7 @@ void PanelButton::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Down:
     case Qt::Key_Left:
     case Qt::Key_Right:
-        // Which command is next is for the panel to say.
+        // The panel decides which command is next.
         event->ignore();
         return;
     default:

@@ -9,9 +9,10 @@
 
 namespace tidewick {
 
-/// A command of the node panel. A button to keyboard, mouse and assistive software, but for this:
-/// it does not take the focus when it is clicked, so that the fill stays where the keyboard is, and
-/// of a double click the second half does nothing, since by then it may stand for another command.
+/// A command of the node panel. It acts as a button for keyboard, mouse and screen readers, with
+/// two exceptions. A click does not give it the focus, so that the fill stays at the keyboard's
+/// command. The second click of a double click does nothing, because the button may stand for
+/// another command by then.
 class PanelButton final : public QAbstractButton
 {
     Q_OBJECT
@@ -22,7 +23,8 @@ public:
     void setWholeText(const QString &text);
     void setChoosable(bool choosable);
 
-    /// Shown as having the focus, which disabled widgets cannot have.
+    /// Shows the button as focused, although it may be disabled and therefore unable to have the
+    /// focus.
     void setHeld(bool held);
 
     int heightForWidth(int width) const override;

@@ -14,7 +14,7 @@ namespace tidewick {
 
 namespace {
 
-/// The columns that something is drawn in; null where there are none.
+/// Returns the span of columns with visible pixels; empty if there are none.
 QRect drawnColumns(const QImage &image)
 {
     const auto isEmpty = [&image](int column) {

@@ -8,8 +8,8 @@
 
 namespace tidewick {
 
-/// The status icon at the head of the node panel, in the colour of the texts whatever its own is,
-/// as small as what is drawn of it: icons for trays come centred in a square.
+/// The status icon at the head of the node panel, in the colour of the texts, whatever its own
+/// colour. It is cropped to its visible columns, because tray icons come centred in a square.
 class PanelIcon final : public QWidget
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
 
     void setIcon(const QIcon &icon);
 
-    /// The drawn part's width, at the icon height of the panel's metrics.
+    /// The width of the visible part, at the icon height in PanelMetrics.
     int drawnWidth() const;
 
 protected:

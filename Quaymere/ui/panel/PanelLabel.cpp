@@ -19,7 +19,7 @@ PanelLabel::PanelLabel(QPalette::ColorRole color, int sideMargin, int padding, Q
 {
     setForegroundRole(color);
     setCursor(Qt::IBeamCursor);
-    // Reading needs no focus, copying does; no key moves it here.
+    // Reading needs no focus, but copying does. No key moves the focus here.
     setFocusPolicy(Qt::ClickFocus);
     m_text.setFont(font());
 }
@@ -115,7 +115,8 @@ void PanelLabel::keyPressEvent(QKeyEvent *event)
 
 void PanelLabel::focusOutEvent(QFocusEvent *event)
 {
-    // What its own menu copies stays selected meanwhile, and what is pasted in another window.
+    // The selection survives while the label's own menu is open, and while the user pastes it in
+    // another window.
     if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
         select({});
     QLabel::focusOutEvent(event);

@@ -9,18 +9,19 @@
 
 namespace tidewick {
 
-/// A text of the node panel that is read, not chosen; its words can be selected and copied. A label
-/// to assistive software; as a QLabel alone it would break lines between words only.
+/// A text of the node panel that is for reading, not choosing. Its words can be selected and
+/// copied. Screen readers see a label. It lays out its text itself, because a QLabel breaks lines
+/// only between words.
 class PanelLabel final : public QLabel
 {
     Q_OBJECT
 
 public:
-    /// Drawn in the palette's colour of that role, with the text's margin and padding.
+    /// The text is drawn in the palette's colour for this role, with this margin and padding.
     PanelLabel(QPalette::ColorRole color, int sideMargin, int padding, QWidget *parent);
 
-    /// With a ground of its own around the text, in the palette's ToolTipBase, and set wider, since
-    /// it holds sentences.
+    /// Gives the text a background, in the palette's ToolTipBase, and wider line spacing for
+    /// sentences.
     void setFramed();
 
     void setWholeText(const QString &text);

@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// A hairline between groups of rows, as thin as the screen can draw one evenly.
+/// A hairline between groups of rows, as thin as the screen can draw evenly.
 class PanelLine final : public QFrame
 {
     Q_OBJECT

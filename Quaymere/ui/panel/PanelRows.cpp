@@ -83,7 +83,7 @@ void PanelRows::setRow(int place, const std::optional<MenuRow> &row)
     Slot &slot = m_slots[size_t(place)];
     QWidget *before = slot.shown();
     slot.row = row;
-    // A widget with the focus that is hidden or disabled would give it to whichever comes next.
+    // Hiding or disabling the focused widget would pass the focus on to the next one.
     if (before && before == window()->focusWidget()
         && (!row || !row->enabled || slot.shown() != before))
         setFocus(Qt::OtherFocusReason);
@@ -122,7 +122,7 @@ PanelLabel *PanelRows::makeLabel(MenuPlace place)
         label->setFramed();
         break;
     case MenuPlace::Ledger:
-        // As high as the command that it becomes, so that nothing below it moves then.
+        // As high as the command that it becomes, so that nothing below it moves when it does.
         label = new PanelLabel(QPalette::Text, textMargin - fillMargin, commandPadding, this);
         break;
     default:

@@ -16,13 +16,13 @@ class PanelIcon;
 class PanelLabel;
 class PanelLine;
 
-/// What the node panel shows: the icon, the menu's rows one below the other, and the hint. Each
-/// place of the menu has its own widgets, made when it first needs them, which change in place and
-/// only when their row does. Main thread only.
+/// The content of the node panel: the icon, a column of the menu's rows, and the hint. Each
+/// position in the menu has its own widgets. They are created when first needed, and change in
+/// place and only when their row does. Main thread only.
 ///
-/// The focus is on a command or, until the keyboard is used, on this widget, so that a panel which
-/// opens by itself takes no keystroke meant for another window as a command. A command that has it
-/// keeps its place while it is disabled, too: the next Enter must not fall to its neighbour.
+/// The focus is on a command or, until the keyboard is used, on this widget, so that a panel that
+/// opens by itself takes no keystroke meant for another window as a command. A focused command
+/// keeps its position even while it is disabled: the next Enter must not go to its neighbour.
 class PanelRows final : public QWidget
 {
     Q_OBJECT
@@ -36,14 +36,14 @@ public:
 
     int heightForWidth(int width) const override;
 
-    /// Takes that width, and the height that the rows take in it.
+    /// Resizes to this width and to the height that the rows need for it.
     void fit(int width);
 
 signals:
     void commandChosen(tidewick::MenuCommand command);
-    /// The height for the same width may be another.
+    /// The height for the same width may have changed.
     void heightChanged();
-    /// A command got the focus from the keyboard.
+    /// The keyboard moved the focus to a command.
     void focusMoved(QWidget *button);
 
 protected:
@@ -53,14 +53,16 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    /// A place of the menu and the widgets made for it, of which one is shown while it has a row.
+    /// A position in the menu and the widgets created for it. One of them is shown while there is a
+    /// row.
     struct Slot
     {
         std::optional<MenuRow> row;
         PanelLabel *label = nullptr;
         PanelButton *button = nullptr;
         PanelLine *line = nullptr;
-        /// What is meant is what was there when the mouse was pressed, not what came since.
+        /// The command when the mouse was pressed: this is what the user meant, whatever has
+        /// replaced it since.
         MenuCommand pressed = MenuCommand::None;
 
         QWidget *shown() const;
@@ -91,7 +93,7 @@ private:
     PanelLabel *m_hint;
     QString m_hintText;
     qint64 m_iconKey = 0;
-    /// The disabled command that the focus waits at.
+    /// The disabled command that holds the focus.
     Place m_held;
 };
 

@@ -6,7 +6,7 @@
 
 #include <QKeyEvent>
 
-// Where the keyboard is in the panel's rows.
+// The keyboard focus in the panel's rows.
 
 namespace tidewick {
 
@@ -38,13 +38,13 @@ void PanelRows::keyPressEvent(QKeyEvent *event)
 
 void PanelRows::focusOutEvent(QFocusEvent *event)
 {
-    // Back from another window it is where it was.
+    // When the user returns from another window, the focus is where it was.
     if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
         hold({});
     QWidget::focusOutEvent(event);
 }
 
-/// The place of the widget in focus, in an inactive window too.
+/// Returns the position of the focused widget, even in an inactive window.
 PanelRows::Place PanelRows::focusedPlace() const
 {
     const QWidget *focused = window()->focusWidget();
@@ -79,8 +79,9 @@ void PanelRows::hold(Place place)
     m_held = place;
 }
 
-/// After the rows have changed: the place that had the focus before has it again, or holds it while
-/// it is disabled; if it is gone, the nearest below it, else above it.
+/// Restores the focus after the rows have changed. The position that was focused before is focused
+/// again, or holds the focus while it is disabled. If it is gone, the focus goes to the nearest
+/// command below it, or else above it.
 void PanelRows::restoreFocus(Place place)
 {
     const Slot &slot = m_slots[size_t(*place)];
@@ -96,7 +97,8 @@ void PanelRows::restoreFocus(Place place)
     focus(*place, -1);
 }
 
-/// Moves the focus to the next command that can be chosen, round the ends; false where none can.
+/// Moves the focus to the next enabled command, wrapping around at the ends. Returns false if there
+/// is none.
 bool PanelRows::focus(int from, int step)
 {
     int place = from;

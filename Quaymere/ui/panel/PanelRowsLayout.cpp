@@ -11,8 +11,8 @@
 #include <QEvent>
 #include <QStyle>
 
-// Where the panel's rows are. By hand, at once when a row has changed: a layout would do it an
-// event later, when the row has been seen where it is not.
+// The layout of the panel's rows. It is done by hand, as soon as a row has changed: a QLayout would
+// do it one event later, after the row has been visible in the wrong position.
 
 namespace tidewick {
 
@@ -73,8 +73,8 @@ int PanelRows::arrange(int width, bool place) const
     return y + points(PanelMetrics::bottom);
 }
 
-/// The icon beside title and detail. As high without a detail as with one of one line, so that the
-/// commands below stay where they are when it comes and goes.
+/// Arranges the icon beside title and detail. The header is as high without a detail as with a
+/// one-line detail, so that the commands below stay in place when a detail comes and goes.
 int PanelRows::arrangeHeader(int width, bool place) const
 {
     const auto points = [this](int measure) { return TextScale::scaled(font(), measure); };
