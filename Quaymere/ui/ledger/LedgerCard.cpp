@@ -15,7 +15,7 @@ LedgerCard::LedgerCard(const LedgerLook &look, const QString &title, QWidget *pa
     : QWidget(parent), m_look(look), m_title(title)
 {
     setAccessibleName(title);
-    // The card paints its ground itself, so that the window's is not painted below it as well.
+    // The card paints its whole background, so that the window's is not painted below it as well.
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
@@ -27,7 +27,7 @@ void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
         painter.fillRect(area, colors().surface);
     } else {
         painter.fillRect(area, colors().bg);
-        // Two fills take a fraction of the time that a translucent line around takes.
+        // Two fills take a fraction of the time that a translucent outline takes.
         const double line = DevicePixels::hairline(painter);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);

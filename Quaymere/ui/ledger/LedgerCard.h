@@ -9,17 +9,17 @@
 
 namespace tidewick {
 
-/// A part of the ledger window on a card of its own: a surface with round corners and a hairline
-/// around it, and with a title where it has one.
+/// A part of the ledger window on its own card: a surface with rounded corners, a hairline border
+/// and an optional title.
 class LedgerCard : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// The look outlives the card.
+    /// The look must outlive the card.
     LedgerCard(const LedgerLook &look, const QString &title, QWidget *parent);
 
-    /// The look is another one.
+    /// Called when the look has changed.
     virtual void lookChanged() { update(); }
 
 protected:
@@ -27,16 +27,16 @@ protected:
     const LedgerMetrics &metrics() const { return m_look.metrics; }
     bool isStill() const { return m_look.still; }
 
-    /// Covers all of the area: ground, card and title.
+    /// Paints the whole area: background, card and title.
     void paintCard(QPainter &painter, const QRect &area) const;
 
-    /// Where the title stands, over the whole width of what the card holds.
+    /// The line of the title, over the whole width of the card's content.
     QRect titleRect() const;
 
-    /// To the right of the title.
+    /// The space to the right of the title.
     QRect besideTitle() const;
 
-    /// Below the title.
+    /// The space below the title.
     QRect content() const;
 
 private:

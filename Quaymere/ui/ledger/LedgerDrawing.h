@@ -13,20 +13,20 @@ namespace tidewick {
 
 class LedgerMetrics;
 
-/// What several parts of the ledger window draw.
+/// Drawing shared by several parts of the ledger window.
 namespace LedgerDrawing {
 
-/// One line of text in the middle of the rectangle's height, cut to its width.
+/// Draws one line of text, vertically centred in the rectangle and elided to its width.
 void line(QPainter &painter, const QRect &rect, Qt::Alignment alignment, const QFont &font,
           const QColor &color, const QString &text);
 
-/// The square in a transaction type's colour, at the left of its row.
+/// Draws the square in a transaction type's colour, at the left of its row.
 void mark(QPainter &painter, const QRect &row, const LedgerMetrics &metrics, const QColor &color);
 
-/// The colour so far of the way to another.
+/// Returns the colour at this fraction of the way between two colours.
 QColor mixed(const QColor &from, const QColor &to, float part);
 
-/// What is seen of a translucent colour on that ground.
+/// Returns the look of a translucent colour on this background.
 QColor over(const QColor &color, const QColor &ground);
 
 } // namespace LedgerDrawing

@@ -62,7 +62,7 @@ void LedgerHeader::paintEvent(QPaintEvent *event)
     paintStatus(painter);
 }
 
-/// Its text with a dot before it, in a field that is round at the ends.
+/// The area of the status text and the dot before it, a field with rounded ends.
 QRect LedgerHeader::status() const
 {
     const QFontMetrics font(metrics().caption);

@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// The head of the ledger window: the newest ledger, and whether the stream flows.
+/// The header of the ledger window: the newest ledger, and whether the stream is connected.
 class LedgerHeader final : public LedgerCard
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ class LedgerHeader final : public LedgerCard
 public:
     LedgerHeader(const LedgerLook &look, QWidget *parent);
 
-    /// The newest ledger's index, or what stands for it.
+    /// Sets the index of the newest ledger, or its placeholder.
     void setLedger(const QString &index);
     void setConnected(bool connected);
 

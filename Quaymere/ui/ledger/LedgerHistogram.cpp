@@ -22,10 +22,11 @@ constexpr int moveMilliseconds = 150;
 
 /// Between two bars, in pixels; a sixth of a bar's column at the usual width.
 constexpr int barGap = 2;
-/// Also of a ledger without transactions.
+/// The least height of a bar, even for a ledger without transactions.
 constexpr int leastBar = 2;
 constexpr double barRadius = 3;
-/// What the ring takes around a bar, and a pixel for screens of fractional ratio.
+/// The room for the focus ring around a bar, plus a pixel for screens with a fractional device
+/// pixel ratio.
 constexpr QMargins ringMargins(3, 3, 3, 3);
 
 double largest(const QList<LedgerFeed::Ledger> &ledgers)
@@ -34,8 +35,9 @@ double largest(const QList<LedgerFeed::Ledger> &ledgers)
     return busiest ? double(busiest->txns) : 0;
 }
 
-/// Round at the top and square at the bottom. Only the round part is drawn as a path, which takes
-/// far longer than a rectangle; it reaches a little into the other, so that no seam is seen.
+/// Paints a bar that is round at the top and square at the bottom. Only the round part is drawn as
+/// a path, which takes far longer than a rectangle. It overlaps the rectangle a little, so that no
+/// seam is visible.
 void paintBar(QPainter &painter, const QRectF &bar, const QColor &color)
 {
     const double round = std::min({barRadius, bar.height(), bar.width() / 2});
@@ -83,7 +85,8 @@ void LedgerHistogram::setLedgers(const QList<LedgerFeed::Ledger> &ledgers)
     update();
 }
 
-/// The bars are where they stay, or on their way there, and another may be below the pointer.
+/// Updates the hovered bar once the bars have moved or begun to move: the pointer may be over
+/// another one.
 void LedgerHistogram::settle()
 {
     hover(m_pointer ? ledgerAt(*m_pointer) : std::nullopt);
@@ -104,7 +107,7 @@ QRect LedgerHistogram::chart() const
 
 QRect LedgerHistogram::column(qsizetype position) const
 {
-    // The last bar ends at the chart's edge, so that the gap beside it falls outside.
+    // The last bar ends at the chart's edge, so the gap beside it falls outside.
     const double pitch = double(chart().width() + barGap) / LedgerFeed::mostLedgers;
     const double moved =
         m_move.state() == QAbstractAnimation::Running ? 1 - m_move.currentValue().toDouble() : 0;
@@ -157,7 +160,7 @@ void LedgerHistogram::hover(Index ledger)
         unsetCursor();
 }
 
-/// Its label as well.
+/// Repaints a bar and the label.
 void LedgerHistogram::updateBar(qsizetype position)
 {
     update(titleRect());
@@ -165,7 +168,7 @@ void LedgerHistogram::updateBar(qsizetype position)
         update(column(position) + ringMargins);
 }
 
-/// With the ring around a bar.
+/// Repaints the chart, including the focus ring around a bar.
 void LedgerHistogram::updateChart()
 {
     update(chart() + ringMargins);
@@ -196,8 +199,8 @@ void LedgerHistogram::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    // The bars may have moved since the press. What was pressed is what is meant, where it was and
-    // where it is.
+    // The bars may have moved since the press. A release chooses the pressed ledger both where its
+    // bar was then and where it is now.
     const QPoint point = event->position().toPoint();
     const Index pressed = std::exchange(m_pressedLedger, {});
     if (pressed && (m_pressedTarget.contains(point) || pressed == ledgerAt(point)))
@@ -276,7 +279,7 @@ void LedgerHistogram::paintBars(QPainter &painter, const QRect &area) const
         scale = m_largestBefore + (scale - m_largestBefore) * m_move.currentValue().toDouble();
     const QColor calm = LedgerDrawing::mixed(colors().surface, colors().accent, 0.55F);
     painter.save();
-    // While they move, the newest comes in from behind the edge.
+    // While the bars move, the newest slides in from behind the edge.
     painter.setClipRect(chart().adjusted(-barGap, 0, barGap, 0));
     painter.setRenderHint(QPainter::Antialiasing);
     for (qsizetype i = 0; i < m_ledgers.size(); ++i) {

@@ -10,9 +10,9 @@
 
 namespace tidewick {
 
-/// A bar for each closed ledger, the newest at the right edge, and a line at their average. The
-/// ledger pointed at or, with the keyboard, stepped to is told of above the bars; a click or Enter
-/// chooses it. Assistive software meets the bars as the items of a list.
+/// Shows a bar for each closed ledger, the newest at the right edge, and a line at their average. A
+/// label above the bars describes the ledger under the pointer or, with the keyboard, the focused
+/// one. A click, Enter or Space chooses it. Screen readers see the bars as the items of a list.
 class LedgerHistogram final : public LedgerCard
 {
     Q_OBJECT
@@ -20,14 +20,15 @@ class LedgerHistogram final : public LedgerCard
 public:
     LedgerHistogram(const LedgerLook &look, QWidget *parent);
 
-    /// Oldest first. When the newest is one more than before, the bars move up for it.
+    /// Sets the ledgers, oldest first. If exactly one newer ledger was added, the bars move along
+    /// to make room for it.
     void setLedgers(const QList<LedgerFeed::Ledger> &ledgers);
     const QList<LedgerFeed::Ledger> &ledgers() const { return m_ledgers; }
 
     /// The bar's column, over the whole height of the chart.
     QRect column(qsizetype position) const;
 
-    /// The bar that the keyboard is at; -1 when it is at none.
+    /// The position of the bar with the keyboard focus; -1 if there is none.
     qsizetype current() const;
 
     void choose(qsizetype position);
@@ -70,14 +71,14 @@ private:
     QList<LedgerFeed::Ledger> m_ledgers;
     Index m_hoveredLedger;
     Index m_pressedLedger;
-    /// What took the press, where that was at the time.
+    /// The area of the pressed bar at the time of the press.
     QRect m_pressedTarget;
-    /// The place that the keyboard is or was at; -1 before it came.
+    /// The position that has or last had the keyboard focus; -1 before there was one.
     qsizetype m_current = -1;
-    /// Where the pointer is, if it is here.
+    /// The position of the pointer while it is over this widget.
     std::optional<QPoint> m_pointer;
 
-    /// From the bars as they were, at 0, to the bars as they are, at 1.
+    /// The animation from the previous bars, at 0, to the current ones, at 1.
     QVariantAnimation m_move;
     double m_largestBefore = 0;
 };

@@ -15,7 +15,7 @@ namespace tidewick::LedgerHistogramAccess {
 
 namespace {
 
-/// The bar at a place of the histogram, whichever ledger stands there.
+/// The bar at a position of the histogram, whichever ledger it shows.
 class Bar final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
@@ -135,7 +135,7 @@ public:
 
 private:
     LedgerHistogram &m_histogram;
-    /// Made when they are asked for; known to Qt by their ids.
+    /// Created on demand; Qt knows them by their ids.
     mutable std::map<int, QAccessible::Id> m_bars;
 };
 

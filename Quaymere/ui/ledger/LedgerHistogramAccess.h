@@ -7,13 +7,13 @@ namespace tidewick {
 
 class LedgerHistogram;
 
-/// The histogram as assistive software meets it: a list with an item for each bar.
+/// The histogram as screen readers see it: a list with an item for each bar.
 namespace LedgerHistogramAccess {
 
-/// Makes histograms known to it. Once is enough; more does no harm.
+/// Registers accessible interfaces for histograms. Repeated calls are harmless.
 void install();
 
-/// The keyboard is at another bar.
+/// Reports that the keyboard focus is at another bar.
 void tellFocus(LedgerHistogram &histogram);
 
 } // namespace LedgerHistogramAccess

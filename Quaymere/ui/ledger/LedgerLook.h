@@ -8,12 +8,12 @@
 
 namespace tidewick {
 
-/// How the ledger window looks at present; its parts take it from the window that owns it.
+/// The current look of the ledger window, which owns it and shares it with its parts.
 struct LedgerLook
 {
     Palette colors;
     LedgerMetrics metrics;
-    /// Nothing moves by itself.
+    /// Whether nothing may move by itself.
     bool still = false;
 };
 

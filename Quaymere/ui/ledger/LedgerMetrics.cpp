@@ -16,7 +16,7 @@ namespace tidewick {
 
 namespace {
 
-/// So many transactions are in sight in a low window, and in one that need not save space.
+/// The number of transactions visible in a low window, and in one that need not save space.
 constexpr double fewTransactions = 2;
 constexpr double usualTransactions = 3.5;
 
@@ -68,7 +68,7 @@ LedgerMetrics::LedgerMetrics(const QFont &base, double loose)
     typeRow = std::max(between(16, 22), TextScale::lineHeight(body) + between(1, 3));
     txRow = std::max(between(22, 28), TextScale::lineHeight(body) + 6);
     listMargin = radius / 3 + 1;
-    // In a narrow window it takes two lines.
+    // In a narrow window the footnote takes two lines.
     footnote = 2 * TextScale::lineHeight(caption);
 
     mark = between(9, 9);

@@ -7,25 +7,25 @@
 
 namespace tidewick {
 
-/// The ledger window's measures, in pixels of a screen of ratio 1. They follow the window's font,
-/// and in a low window they draw together so that everything keeps its place.
+/// The ledger window's measures, in pixels at device pixel ratio 1. They follow the window's font,
+/// and become tighter in a low window so that everything still fits.
 class LedgerMetrics
 {
 public:
-    /// For a window of that height.
+    /// Computes the measures for a window of this height.
     LedgerMetrics(const QFont &base, int windowHeight);
 
-    /// The least width in which texts have room beside each other.
+    /// The least width at which texts fit beside each other.
     static int leastWidth(const QFont &base);
 
-    /// The least height that shows everything, with two transactions.
+    /// The least height that shows everything, including two transactions.
     static int leastHeight(const QFont &base);
 
     /// "LIVE LEDGER"
     QFont eyebrow;
     QFont heading;
     QFont headingNumber;
-    /// What stands around figures, and the footnote.
+    /// The texts around figures, and the footnote.
     QFont caption;
     QFont figure;
     QFont cardTitle;
@@ -44,7 +44,7 @@ public:
     /// From a card's edge to its text.
     int cardSide;
     int cardTop;
-    /// Between a card's title and what is below it.
+    /// Between a card's title and its content.
     int titleGap;
 
     int header;
@@ -56,7 +56,8 @@ public:
     int chart;
     int typeRow;
     int txRow;
-    /// From a card's edge to the list in it, so that its corners stay within the card's round ones.
+    /// From a card's edge to the list in it, so that the list's corners stay within the card's
+    /// rounded ones.
     int listMargin;
     int footnote;
 
@@ -64,15 +65,15 @@ public:
     int mark;
     int markGap;
     int markRadius;
-    /// From a row's mark to what follows the type's name.
+    /// From the start of a row's mark to the content after the type's name.
     int nameColumn;
-    /// Wide enough for accounts that are not shortened, and for those that are.
+    /// Wide enough for accounts, whether shortened or short enough to stay whole.
     int accountColumn;
 
     int cardHeight(int content) const;
 
 private:
-    /// Loose: 1, drawn together: 0.
+    /// `loose` is 1 for the usual spacing and 0 for the tightest.
     LedgerMetrics(const QFont &base, double loose);
 
     int windowHeight(double transactions) const;

@@ -24,7 +24,7 @@ QString whereToGo()
         .arg(QUrl(QLatin1String(Explorers::window)).host());
 }
 
-/// The average without its fraction. Counts can be anything, and their sum more than fits.
+/// Returns the integer part of the average. Counts may be arbitrary, so their sum could overflow.
 qint64 wholeAverage(const Ledgers &ledgers)
 {
     qint64 whole = 0;

@@ -7,59 +7,60 @@
 
 #include <QString>
 
-/// What the ledger window says, and what it derives from the feed's lists.
+/// The texts of the ledger window, and the values that it derives from the feed's lists.
 namespace tidewick::LedgerTexts {
 
 using Ledgers = QList<LedgerFeed::Ledger>;
 
-/// At most so many types have a row.
+/// The largest number of types that get a row.
 inline constexpr qsizetype mostTypes = 6;
 
-/// The newest ledger; null where there is none.
+/// The newest ledger; null if there is none.
 const LedgerFeed::Ledger *latest(const Ledgers &ledgers);
 
-/// The one with the most transactions, of several the earliest; null where there is none.
+/// The ledger with the most transactions, or the earliest of several; null if there is none.
 const LedgerFeed::Ledger *busiest(const Ledgers &ledgers);
 
-/// Transactions per ledger; 0 where there is none.
+/// The average number of transactions per ledger; 0 without ledgers.
 double average(const Ledgers &ledgers);
 
-/// The index of the newest ledger, or what is shown instead.
+/// The index of the newest ledger, or a placeholder.
 QString latestIndex(const Ledgers &ledgers);
 
-/// What a tile shows for a number.
+/// A tile's text for a number or rate; a dash if there is none.
 QString figure(std::optional<qint64> number);
 QString rate(std::optional<double> perSecond);
 
 QString status(bool connected);
 
-/// Beneath the figure of the tile that names the busiest ledger; empty where there is none.
+/// The text below the figure of the busiest ledger's tile; empty without ledgers.
 QString busiestIndex(const Ledgers &ledgers);
 
-/// As wide as what is there with any index of the next decades.
+/// A text as wide as busiestIndex() for any ledger index of the next decades.
 QString longestTileText();
 
-/// Above the bars while one is pointed at, and while none is; empty where there are none.
+/// The label above the bars for the bar under the pointer or the keyboard focus, and otherwise for
+/// all of them; empty without bars.
 QString bar(const LedgerFeed::Ledger &ledger);
 QString summary(const Ledgers &ledgers);
 
-/// The bar's name to assistive software.
+/// The accessible name of a bar.
 QString barName(const LedgerFeed::Ledger &ledger);
 
-/// Where types or transactions will be.
+/// The placeholder for types or transactions.
 QString waiting();
 
-/// The line that stands for the types without a row; empty when all have one.
+/// The line that stands for the types without a row; empty if all types have one.
 QString moreTypes(qsizetype types);
 
-/// The account, shortened in the middle when it is long.
+/// The account, elided in the middle if it is long.
 QString account(const QString &account);
 
-/// The row's name to assistive software, with the whole account.
+/// The accessible name of a transaction's row, with the whole account.
 QString rowName(const LedgerFeed::Tx &tx);
 
 QString footnote();
-/// The same, a sentence to each line.
+/// The same text with one sentence per line.
 QString footnoteOnTwoLines();
 
 } // namespace tidewick::LedgerTexts

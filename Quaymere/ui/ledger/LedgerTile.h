@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// A figure of the ledger window with its title and, beneath, its unit.
+/// A figure of the ledger window with its label above and its unit below.
 class LedgerTile final : public LedgerCard
 {
     Q_OBJECT

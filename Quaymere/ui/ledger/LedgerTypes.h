@@ -8,7 +8,7 @@
 
 namespace tidewick {
 
-/// The transaction types seen live in the ledgers in view, each with its share.
+/// The transaction types seen live in the ledgers on display, each with its share.
 class LedgerTypes final : public LedgerCard
 {
     Q_OBJECT
@@ -16,14 +16,14 @@ class LedgerTypes final : public LedgerCard
 public:
     LedgerTypes(const LedgerLook &look, QWidget *parent);
 
-    /// In the order in which they are shown.
+    /// Sets the types, in display order.
     void setTypes(const QList<LedgerFeed::TypeCount> &types);
 
-    /// The height that shows the most lines there have been; what stands below has its place.
+    /// The height for the largest number of lines so far, so that the content below stays in place.
     int wantedHeight() const;
 
 signals:
-    /// More height is wanted.
+    /// The wanted height has grown.
     void grown();
 
 protected:
@@ -33,7 +33,7 @@ private:
     void paintRow(QPainter &painter, const QRect &row, const LedgerFeed::TypeCount &type) const;
 
     QList<LedgerFeed::TypeCount> m_rows;
-    /// Stands below the rows, or in their place.
+    /// The line below the rows, or in their place.
     QString m_remark;
     int m_lines = 1;
 };

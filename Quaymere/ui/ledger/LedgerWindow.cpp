@@ -43,8 +43,8 @@ LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent
 {
     setWindowTitle(QStringLiteral("Live Ledger"));
     setAttribute(Qt::WA_OpaquePaintEvent);
-    // At first the keyboard is at nothing: a window that has just come may get an Enter that was
-    // meant for another.
+    // No control has the focus at first: a window that has just opened may receive an Enter meant
+    // for another window.
     setFocusPolicy(Qt::ClickFocus);
     setFocus();
     m_footnote->setTextFormat(Qt::PlainText);
@@ -72,7 +72,7 @@ LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent
 
 LedgerWindow::~LedgerWindow()
 {
-    // Its parts hear of it while the look that they draw in is there.
+    // Hides the parts while the look that they paint with still exists.
     hide();
 }
 
@@ -126,7 +126,8 @@ void LedgerWindow::open(const char *folder, const QString &name) const
 void LedgerWindow::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // A window that comes back from being minimised has not gone on without its stream.
+    // The stream keeps running while the window is minimised, so restoring it need not start the
+    // stream.
     if (!event->spontaneous())
         m_feed.start();
 }
@@ -155,7 +156,7 @@ void LedgerWindow::paintEvent(QPaintEvent *event)
     QPainter(this).fillRect(event->rect(), m_look.colors.bg);
 }
 
-/// Takes its measures from font and height, and shows everything in them.
+/// Computes the measures from font and height and lays everything out with them.
 void LedgerWindow::fit()
 {
     setMinimumSize(leastSize.expandedTo(

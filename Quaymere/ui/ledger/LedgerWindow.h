@@ -18,7 +18,7 @@ class LedgerTile;
 class LedgerTypes;
 class TransactionCard;
 
-/// The node's ledgers and transactions, live. It has a feed of its own, which runs while the window
+/// Shows the node's ledgers and transactions live. It has its own feed, which runs while the window
 /// is shown. Main thread only.
 class LedgerWindow final : public QWidget
 {
@@ -27,14 +27,14 @@ class LedgerWindow final : public QWidget
 public:
     using OpenUrl = std::function<bool(const QUrl &)>;
 
-    /// Pages of the explorer are shown through openUrl.
+    /// Opens pages of the explorer through openUrl.
     explicit LedgerWindow(OpenUrl openUrl, LedgerFeedHost host = {}, QWidget *parent = nullptr);
     ~LedgerWindow() override;
 
-    /// Dark or light, which it is at first.
+    /// Sets the dark or the light look; light is the default.
     void setDark(bool dark);
 
-    /// Nothing is to move by itself.
+    /// Sets whether nothing may move by itself.
     void setStill(bool still);
 
 protected:

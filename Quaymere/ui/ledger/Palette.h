@@ -12,7 +12,7 @@ struct Palette
 {
     explicit Palette(bool dark);
 
-    /// The window's ground.
+    /// The window's background.
     QColor bg;
     /// The fill of cards.
     QColor surface;
@@ -25,7 +25,7 @@ struct Palette
     /// The highlight and its translucent fill.
     QColor accent;
     QColor accentSoft;
-    /// Text to be clicked.
+    /// Clickable text.
     QColor link;
     /// The warm second accent.
     QColor thread;

@@ -15,10 +15,10 @@ class TransactionCard final : public LedgerCard
 public:
     TransactionCard(const LedgerLook &look, QWidget *parent);
 
-    /// From the list's edges to its rows, which stand in line with the other cards' texts.
+    /// From the list's edges to its rows, which line up with the texts of the other cards.
     static int rowMargin(const LedgerMetrics &metrics);
 
-    /// The list, of which so many at the front are new.
+    /// Shows these transactions, of which the first `arrived` are new.
     void setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetype arrived);
 
     void lookChanged() override;

@@ -39,7 +39,8 @@ void TransactionDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     const LedgerMetrics &metrics = m_look.metrics;
     const TransactionModel::Row &tx = m_list->row(index);
 
-    // Reckoned from the list's own width, so that rows stay in line when the list begins to scroll.
+    // Computed from the list's width rather than its viewport's, so that rows stay in line when the
+    // scroll bar appears.
     const QRect row(TransactionCard::rowMargin(metrics), option.rect.top(),
                     m_list->width() - 2 * TransactionCard::rowMargin(metrics),
                     option.rect.height());
@@ -74,14 +75,14 @@ void TransactionDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
         painter->drawPixmap(row.right() + 1 - size.width(),
                             row.top() + (row.height() - size.height()) / 2, mark);
     } else {
-        // The warm accent alone is too pale for small text on a light ground.
+        // The warm accent alone is too pale for small text on a light background.
         LedgerDrawing::line(*painter, part(accountEnd + metrics.markGap, row.right() + 1),
                             Qt::AlignRight, metrics.code,
                             LedgerDrawing::mixed(colors.thread, colors.ink, 0.3F), tx.result);
     }
 }
 
-/// A disc with a tick cut out of it.
+/// Returns a disc with a tick cut out of it.
 QPixmap TransactionDelegate::checkmark(double ratio) const
 {
     if (!m_checkmark.isNull() && m_checkmark.devicePixelRatio() == ratio)

@@ -12,7 +12,7 @@ namespace tidewick {
 
 class TransactionList;
 
-/// Draws a row of the transaction list.
+/// Paints a row of the transaction list.
 class TransactionDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private:
 
     const LedgerLook &m_look;
     TransactionList *m_list;
-    /// Drawn when it is first needed.
+    /// Drawn on demand.
     mutable QPixmap m_checkmark;
 };
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int moveMilliseconds = 160;
 
-/// A slim bar without arrows, in the colours of the window whatever the desktop's style.
+/// A slim scroll bar without arrows, in the window's colours, whatever the desktop's style.
 QString scrollBarStyle(const QColor &handle)
 {
     return QStringLiteral("QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }"
@@ -41,7 +41,8 @@ TransactionList::TransactionList(const LedgerLook &look, QWidget *parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSelectionMode(NoSelection);
     setEditTriggers(NoEditTriggers);
-    // It would bring a row that is clicked at the edge wholly into sight, away from the pointer.
+    // Otherwise a click on a row at the edge would scroll it fully into view, away from the
+    // pointer.
     setAutoScroll(false);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);
@@ -63,7 +64,7 @@ void TransactionList::lookChanged()
 {
     const QString style =
         scrollBarStyle(LedgerDrawing::mixed(m_look.colors.surface, m_look.colors.ink3, 0.45F));
-    // Taking one up takes long, and the look is another one at every step of a resize.
+    // Applying a style sheet is slow, and the look changes at every step of a resize.
     if (style != verticalScrollBar()->styleSheet())
         verticalScrollBar()->setStyleSheet(style);
     if (m_look.still)
@@ -85,7 +86,7 @@ void TransactionList::setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetyp
     else if (before + added < viewport()->height())
         moveToTop(before + added);
     else
-        verticalScrollBar()->setValue(0); // nothing that was in sight stays in sight
+        verticalScrollBar()->setValue(0); // no visible row stays visible
     hoverAnew();
     if (hasFocus() && !currentIndex().isValid())
         setCurrentIndex(indexAt({0, 0}));
@@ -96,7 +97,7 @@ bool TransactionList::isHeld() const
     return m_hovered.isValid() || shownCurrent().isValid();
 }
 
-/// Comes before the value is set, and for what a hand does only.
+/// Runs before the scroll bar's value changes, and only for the user's own actions.
 void TransactionList::scrolledByHand()
 {
     m_move.stop();
@@ -114,7 +115,7 @@ void TransactionList::moveToTop(int from)
     m_move.start();
 }
 
-/// At once, where it is under way.
+/// Skips to the end of a running move.
 void TransactionList::endMove()
 {
     if (m_move.state() != QAbstractAnimation::Running)
@@ -204,14 +205,15 @@ void TransactionList::keyPressEvent(QKeyEvent *event)
 
 void TransactionList::focusInEvent(QFocusEvent *event)
 {
-    // The mouse does not bring it; with the window it comes back as it was.
+    // The mouse does not give the focus to the list. When the focus returns with the window,
+    // nothing changes.
     const bool isBack =
         event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
     if (!isBack) {
         m_usesKeyboard = true;
         if (!viewport()->rect().intersects(visualRect(currentIndex())))
             setCurrentIndex(indexAt({0, 0}));
-        // Of the row at the edge there may be a pixel only.
+        // The row at the edge may be visible by just a pixel.
         scrollTo(currentIndex());
     }
     QListView::focusInEvent(event);

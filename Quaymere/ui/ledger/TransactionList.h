@@ -13,20 +13,20 @@ namespace tidewick {
 
 class TransactionDelegate;
 
-/// The rows of the latest transactions. A click or Enter chooses one.
+/// The rows of the latest transactions. A click, Enter or Space chooses one.
 ///
-/// New ones come in at the top, and the list moves down for them. Where the user has scrolled down,
-/// points at a row or has the keyboard on one, the rows in sight stay where they are instead; a
-/// list that nobody scrolled goes back to the top afterwards.
+/// New rows arrive at the top, and the list moves down for them. If the user has scrolled down,
+/// points at a row or has the keyboard focus on one, the visible rows stay in place instead. A list
+/// that was not scrolled returns to the top afterwards.
 class TransactionList final : public QListView
 {
     Q_OBJECT
 
 public:
-    /// The look outlives the list.
+    /// The look must outlive the list.
     TransactionList(const LedgerLook &look, QWidget *parent);
 
-    /// The list, of which so many at the front are new.
+    /// Shows these transactions, of which the first `arrived` are new.
     void setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetype arrived);
 
     void lookChanged();
@@ -36,7 +36,7 @@ public:
     /// The row under the pointer.
     QModelIndex hoveredRow() const { return m_hovered; }
 
-    /// The row that the keyboard is at, while that is to be seen.
+    /// The current row, if the list has the focus and the keyboard is in use.
     QModelIndex shownCurrent() const;
 
 signals:
@@ -61,12 +61,12 @@ private:
     const LedgerLook &m_look;
     TransactionModel *m_model;
     TransactionDelegate *m_delegate;
-    /// Where the pointer is, if it is here.
+    /// The position of the pointer while it is over the list.
     std::optional<QPoint> m_pointer;
     QPersistentModelIndex m_hovered;
-    /// The keyboard brought the focus, or moved it since.
+    /// Whether the keyboard brought the focus or has moved it since.
     bool m_usesKeyboard = false;
-    /// Nobody has scrolled away from the newest.
+    /// Whether the user has not scrolled away from the newest row.
     bool m_followsNewest = true;
     QVariantAnimation m_move;
 };

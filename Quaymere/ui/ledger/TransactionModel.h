@@ -15,7 +15,7 @@ class TransactionModel final : public QAbstractListModel
     Q_OBJECT
 
 public:
-    /// What a row shows, fit to be shown on one line.
+    /// The content of a row, ready to be shown on one line.
     struct Row
     {
         QString hash;
@@ -28,13 +28,13 @@ public:
 
     using QAbstractListModel::QAbstractListModel;
 
-    /// The list, of which so many at the front are new.
+    /// Takes these transactions, of which the first `arrived` are new.
     void setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetype arrived);
 
     const Row &row(const QModelIndex &index) const { return m_rows.at(index.row()); }
 
     int rowCount(const QModelIndex &parent = {}) const override;
-    /// The row's name to assistive software; what is seen is drawn from row().
+    /// Returns the row's accessible name. The visible content is drawn from row().
     QVariant data(const QModelIndex &index, int role) const override;
 
 private:
