@@ -46,7 +46,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::startWhenAlone()
 {
-    // A request to quit may have been faster.
+    // A request to quit may have come first.
     if (m_terminating)
         return;
     if (!m_deathWatch.isAlone() && !m_waited.hasExpired(longestWait.count())) {

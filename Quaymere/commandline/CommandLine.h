@@ -16,7 +16,7 @@ namespace tidewick {
 /// right after it are its operands, whatever they look like. Operands keep their bytes unchanged.
 namespace Mode {
 
-/// Render the node's configuration into a folder, "-" standing for a new temporary one.
+/// Render the node's configuration into a folder; "-" means a new temporary one.
 struct RenderConfig
 {
     std::string directory;

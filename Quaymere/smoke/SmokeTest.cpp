@@ -114,7 +114,7 @@ QString SmokeTest::detail() const
     return DisplayText::singleLine(m_node.status().detail);
 }
 
-/// Prints a text without merging its lines: an error includes lines of the node's log.
+/// Prints a text and keeps its line breaks, because an error includes lines of the node's log.
 void SmokeTest::print(const QString &text)
 {
     QStringList lines = text.split(u'\n');

@@ -35,7 +35,7 @@ public:
     void interrupt(int signalNumber);
 
 signals:
-    /// Carries the exit status: 0 if every step passed, 128 + the signal number after interrupt(),
+    /// Reports the exit status: 0 if every step passed, 128 + the signal number after interrupt(),
     /// otherwise 1. The node is no longer running.
     void finished(int status);
 

@@ -69,8 +69,8 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
     const QTemporaryDir runtime(scratchTemplate());
     const Variable runtimeVariable("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
     const Variable platformVariable("QT_QPA_PLATFORM", "offscreen");
-    // The offscreen platform also warns about what it cannot do. That is of no interest to somebody
-    // who asked for a picture.
+    // The offscreen platform also warns about features it lacks, which is of no interest to
+    // somebody who asked for a picture.
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false"));
     auto application = std::make_unique<QApplication>(argc, argv);
     QApplication::setWindowIcon(applicationIcon());
@@ -184,7 +184,7 @@ int run(const Mode::Snapshot &mode, char **argv)
 try {
     if (!Descriptors::suffice())
         return EXIT_FAILURE;
-    int argc = 1; // the rest is not for Qt to read
+    int argc = 1; // Qt must not parse the other arguments
     const auto application = makeApplication(argc, argv);
     // The node is never started, so nothing is written there.
     NodeController node(Folders::newTemporary("quaymere-snapshot-"));

@@ -55,7 +55,7 @@ int run(const Mode::DescribeStorage &mode)
     const auto object = JsonRead::parseObject(QByteArray::fromStdString(mode.json));
     if (!object)
         return run(Mode::Usage{describeStorageUsage});
-    // A separate store, so that a script's trials do not affect what the application has learned.
+    // A separate store, so that a script's trials do not change the application's own records.
     const auto suite = Defaults::suite(QStringLiteral("quaymere-describe-storage"));
     StorageStatus status(suite ? *suite : Defaults::standard());
     return printResult(status.describe(*object, WallClock::now()).toStdString());
