@@ -7,7 +7,7 @@ class QWidget;
 
 namespace tidewick {
 
-/// Shows a window in front of those of other programs and gives it the keyboard focus.
+/// Brings a window to the front, above other programs' windows, and gives it the keyboard focus.
 void bringForward(QWidget &window);
 
 } // namespace tidewick

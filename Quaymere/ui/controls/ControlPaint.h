@@ -8,8 +8,8 @@
 
 class QWidget;
 
-// Painting shared by the widgets of card windows. We paint them ourselves, because styles differ in
-// what they take from a palette.
+// Painting shared by the widgets of card windows. They paint themselves, because styles differ in
+// their use of the palette.
 
 namespace tidewick::ControlPaint {
 
@@ -32,8 +32,8 @@ void ring(QPainter &painter, const QWidget &widget, qreal radius);
 void arrow(QPainter &painter, const QPointF &point, const QPointF &oneEnd, const QPointF &otherEnd,
            const QColor &color, qreal thickness);
 
-/// Paints a text on one line of a rectangle, indented by `start` from the side where text begins in
-/// this layout direction.
+/// Paints a text on one line of a rectangle, indented by `start` from the left edge, or from the
+/// right edge in a right-to-left layout.
 void line(QPainter &painter, const QRect &rect, int start, Qt::LayoutDirection direction,
           const QString &text);
 

@@ -151,7 +151,7 @@ void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
     m_width = width;
     m_direction = direction;
     const int side = TextScale::scaled(m_layout.font(), m_sideMargin);
-    // The text keeps its own direction, but is aligned to the side where the interface begins.
+    // The text keeps its own direction, but its alignment follows the direction of the interface.
     const Qt::Alignment anchor = m_alignedToEnd ? Qt::AlignRight : Qt::AlignLeft;
     QTextOption option(QStyle::visualAlignment(direction, anchor) | Qt::AlignAbsolute);
     option.setTextDirection(m_layout.text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);

@@ -10,9 +10,10 @@ class QPainter;
 
 namespace tidewick {
 
-/// A plain text wrapped to its width. A word longer than a line, such as a path, is broken within.
-/// An endless text is cut where nobody would read on, so that layout stays fast. Every glyph has
-/// enough room, even if the font has glyphs that are higher or wider than its metrics report.
+/// A plain text wrapped to its width. A word longer than a line, such as a path, is broken
+/// anywhere. An endless text is cut beyond any reader's patience, so that layout stays fast. Every
+/// glyph has enough room, even if the font has glyphs that are higher or wider than its metrics
+/// report.
 class WrappedText
 {
 public:
@@ -36,8 +37,8 @@ public:
     /// Sets the line height relative to the font's; 1 by default.
     void setLineHeight(qreal factor);
 
-    /// Aligns the text to the side where the interface begins, as by default, or to the side where
-    /// it ends.
+    /// Aligns the text to the end of the line instead of its start, the default. The direction of
+    /// the interface decides which side that is.
     void setAlignedToEnd(bool toEnd);
 
     /// The text shown, which may be cut.
@@ -46,10 +47,10 @@ public:
     /// A tooltip with more of the text than is shown, verbatim; empty if the whole text is shown.
     QString toolTip() const { return m_toolTip; }
 
-    /// The height of the whole text at this width, space included.
+    /// The height of the shown text at this width, space included.
     int height(int width) const;
 
-    /// The width of the whole text on one line, space included.
+    /// The width of the shown text on one line, space included.
     int naturalWidth() const;
 
     /// Draws the text at this width, aligned for the layout direction.

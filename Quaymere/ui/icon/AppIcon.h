@@ -29,7 +29,7 @@ protected:
 
 private:
     QIcon m_icon;
-    /// Where the whole icon is painted so that its visible part fills this widget.
+    /// The rectangle for the whole icon that makes its visible part fill this widget.
     QRect m_place;
 };
 

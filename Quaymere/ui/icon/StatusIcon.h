@@ -40,7 +40,7 @@ public:
     /// their choice.
     const StatusImage &composed(const Badge &badge);
 
-    /// Sets the colour of the images returned from now on, at first that of text on light panels.
+    /// Sets the colour of the images returned from now on; onLightPanel() by default.
     void setColor(const QColor &color);
 
 private:

@@ -26,8 +26,8 @@ public:
     QString key() const override;
     bool isNull() override;
 
-    /// Returns the theme's name for the image if the theme has it, so that a tray can draw the
-    /// theme's version in its own colours. Otherwise empty, and the tray draws the pixmaps.
+    /// Returns the image's name in the icon theme if the theme provides it, so that a tray can draw
+    /// the theme's version in its own colours. Otherwise empty, and the tray draws the pixmaps.
     QString iconName() override;
 
 private:

@@ -27,7 +27,7 @@ public:
     /// height().
     using Drawing = std::shared_ptr<QSvgRenderer>;
 
-    /// The height of mark and canvas, in points, which is that of menu-bar images.
+    /// The height of mark and canvas, in points; the usual height of menu-bar images.
     static constexpr int height() { return 16; }
 
     /// Composes mark and badge. A null badge leaves the mark alone.

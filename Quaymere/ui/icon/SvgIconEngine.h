@@ -29,7 +29,7 @@ private:
     std::shared_ptr<QSvgRenderer> m_drawing;
 };
 
-/// Lets Qt read SVG icons, above all those of themes. Qt has a plugin for that itself, but not
+/// Lets Qt read SVG icons, above all from icon themes. Qt has a plugin for that itself, but not
 /// every system installs it: on Debian 13, with Qt 6.8, it is in a package that is only
 /// recommended.
 class SvgIconPlugin final : public QIconEnginePlugin

@@ -45,7 +45,7 @@ constexpr std::array<Setting, 4> settings{{
     {QLatin1String("org.kde.kdeglobals.KDE"), kdeDurationKey},
 }};
 
-/// The portal wraps the value once more in the reply to "Read" than in its signal.
+/// The reply to "Read" has one more layer of variants around the value than the signal.
 QVariant unwrapped(QVariant value)
 {
     while (value.userType() == qMetaTypeId<QDBusVariant>())
