@@ -12,9 +12,9 @@ class VerbatimText;
 class Disclosure;
 class TextLabel;
 
-/// The "About Tidewick" window. Shows what the application is, its version and the node's, how much
-/// memory and storage the node uses now, and how it was built. Owned by the application, which
-/// destroys it before the controller; main thread only.
+/// The "About Tidewick" window. It describes the application and shows its version and the node's,
+/// the node's current memory and storage use, and the details of the build. Owned by the
+/// application, which destroys it before the controller; main thread only.
 class AboutWindow final : public CardWindow
 {
     Q_OBJECT

@@ -36,7 +36,7 @@ QString status(bool connected);
 /// The text below the figure of the busiest ledger's tile; empty without ledgers.
 QString busiestIndex(const Ledgers &ledgers);
 
-/// A text as wide as busiestIndex() for any ledger index of the next decades.
+/// A text as wide as busiestIndex() for any ledger index for decades to come.
 QString longestTileText();
 
 /// The label above the bars for the bar under the pointer or the keyboard focus, and otherwise for

@@ -33,7 +33,7 @@ private:
     void paintRow(QPainter &painter, const QRect &row, const LedgerFeed::TypeCount &type) const;
 
     QList<LedgerFeed::TypeCount> m_rows;
-    /// The line below the rows, or in their place.
+    /// The line below the rows, or the only line if there are no rows.
     QString m_remark;
     int m_lines = 1;
 };

@@ -12,7 +12,7 @@
 
 namespace tidewick {
 
-/// What the commands need from the application.
+/// The services that the commands need from the application.
 struct MenuHost
 {
     /// Opens a web page, folder or file with the desktop's program for it. Returns false if there
@@ -26,8 +26,8 @@ struct MenuHost
     std::function<void(const QString &text)> copy;
 };
 
-/// Carries out the menu's commands for every face. Logs those that the desktop cannot carry out.
-/// Main thread only.
+/// Carries out the menu's commands for every face. Logs a warning if nothing on the desktop opens
+/// an item. Main thread only.
 class MenuCommands final : public QObject
 {
     Q_OBJECT

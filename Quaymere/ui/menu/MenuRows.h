@@ -10,7 +10,7 @@
 
 namespace tidewick {
 
-/// What a row of the menu does when it is chosen.
+/// The command that a menu row triggers when it is chosen.
 enum class MenuCommand {
     None,
     OpenLedger,

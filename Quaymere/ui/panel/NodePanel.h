@@ -32,7 +32,7 @@ public:
     /// Sets the phase's icon. Only its shape counts: it is shown in the colour of the texts.
     void setIcon(const QIcon &icon);
 
-    /// Sets a line about what to install to get a tray; none if empty.
+    /// Sets a line that says what to install to get a tray; an empty text removes it.
     void setHint(const QString &hint);
 
     /// Sets the dark or the light look; light is the default.

@@ -61,8 +61,8 @@ private:
         PanelLabel *label = nullptr;
         PanelButton *button = nullptr;
         PanelLine *line = nullptr;
-        /// The command when the mouse was pressed: this is what the user meant, whatever has
-        /// replaced it since.
+        /// The command at the time of the mouse press: the user meant this one, even if another has
+        /// replaced it.
         MenuCommand pressed = MenuCommand::None;
 
         QWidget *shown() const;

@@ -38,7 +38,7 @@ void PanelRows::keyPressEvent(QKeyEvent *event)
 
 void PanelRows::focusOutEvent(QFocusEvent *event)
 {
-    // When the user returns from another window, the focus is where it was.
+    // The focus stays in place while another window is active.
     if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
         hold({});
     QWidget::focusOutEvent(event);

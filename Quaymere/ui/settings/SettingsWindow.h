@@ -19,8 +19,8 @@ namespace tidewick {
 class Card;
 class Picker;
 
-/// What the settings window needs from its host. The defaults are the real ones; tests substitute
-/// their own.
+/// The services that the settings window needs from its host. The defaults are the real ones; tests
+/// substitute their own.
 struct SettingsHost
 {
     SettingsHost();
@@ -47,8 +47,8 @@ public:
     explicit SettingsWindow(NodeController &node, SettingsHost host = SettingsHost(),
                             QWidget *parent = nullptr);
 
-    /// Corrects stored values that are out of range, so that the pickers show what the node will
-    /// use. Called each time the window is shown.
+    /// Corrects stored values that are out of range, so that the pickers show the values that the
+    /// node will use. Called each time the window is shown.
     void showWhatApplies();
 
 protected:

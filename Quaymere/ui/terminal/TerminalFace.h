@@ -22,7 +22,7 @@ namespace tidewick {
 /// detail, cause of advice or storage line changes, followed by the whole text of a new error. The
 /// size of the terminal is queried at each show().
 ///
-/// A slow or departed reader costs nothing. Output that does not fit is dropped, and the latest
+/// A reader that is slow or gone costs nothing. Output that does not fit is dropped, and the latest
 /// status is shown again when there is room or at the next show(), whichever comes first. A dropped
 /// error is shown then too, unless it has been resolved. A line has at most 1,000 characters, an
 /// error text 500 lines and 64 KiB.

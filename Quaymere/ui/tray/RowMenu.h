@@ -18,7 +18,7 @@ class RowMenu final : public QMenu
     Q_OBJECT
 
 public:
-    /// Who draws the menu, and therefore how its texts are escaped.
+    /// Selects who draws the menu, and therefore how its texts are escaped.
     enum class Drawing {
         ByHost, ///< A tray host that receives the menu over D-Bus.
         ByUs,   ///< Qt.
