@@ -22,7 +22,7 @@ constexpr int moveMilliseconds = 150;
 
 /// Between two bars, in pixels; a sixth of a bar's column at the usual width.
 constexpr int barGap = 2;
-/// The least height of a bar, even for a ledger without transactions.
+/// The minimum height of a bar, even for a ledger without transactions.
 constexpr int leastBar = 2;
 constexpr double barRadius = 3;
 /// The room for the focus ring around a bar, plus a pixel for screens with a fractional device

@@ -16,7 +16,7 @@ namespace tidewick {
 
 namespace {
 
-/// The number of transactions visible in a low window, and in one that need not save space.
+/// The number of transactions visible in a low window and in one with room to spare.
 constexpr double fewTransactions = 2;
 constexpr double usualTransactions = 3.5;
 

@@ -15,10 +15,10 @@ public:
     /// Computes the measures for a window of this height.
     LedgerMetrics(const QFont &base, int windowHeight);
 
-    /// The least width at which texts fit beside each other.
+    /// The minimum width at which texts fit beside each other.
     static int leastWidth(const QFont &base);
 
-    /// The least height that shows everything, including two transactions.
+    /// The minimum height that shows everything, including two transactions.
     static int leastHeight(const QFont &base);
 
     /// "LIVE LEDGER"
