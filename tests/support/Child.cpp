@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// A program for tests to start as a child. Its first argument says what it does:
-//   exit N       ends with status N
-//   signal N     ends by signal N
-//   report       prints what it was given, a line each, and ends
-//   wait         prints "ready" and runs until it is ended
-//   ignore-terminate   the same, and SIGTERM does not end it
-//   count-terminate    prints "ready", then how often it gets SIGTERM: it waits half a second for
-//                      another one before it ends
-// Nothing is linked to it, so that it sees what it was given and not what a library made of it.
+// A program that tests start as a child process. Its first argument selects what it does:
+//   exit N       exits with status N
+//   signal N     is terminated by signal N
+//   report       prints what it inherited, one item per line, and exits
+//   wait         prints "ready" and runs until it is terminated
+//   ignore-terminate   the same, but ignores SIGTERM
+//   count-terminate    prints "ready", then how many SIGTERMs it received; exits when no
+//                      more have arrived for half a second
+// It links no libraries, so that it reports exactly what it inherited, unchanged by a library.
 
 #include <csignal>
 #include <cstdlib>

@@ -10,7 +10,7 @@
 
 namespace tidewick {
 
-/// What the action throws, as text.
+/// The text of the exception that the action throws.
 template <typename Action>
 QString failureOf(Action action)
 {
@@ -22,7 +22,7 @@ QString failureOf(Action action)
     return QStringLiteral("no failure");
 }
 
-/// The text of a failure with a file: its name and the reason.
+/// The text of a failure that concerns a file: the file's path and the reason.
 inline QString failureWith(const std::filesystem::path &path, const char *reason)
 {
     return QString::fromStdString(path.string()) + QLatin1String(": ") + QLatin1String(reason);

@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// One alarm's place among those set; gone once it has rung.
+/// An alarm's entry among those set, removed once the alarm has rung.
 class FakeClock::Entry final : public Alarm
 {
 public:

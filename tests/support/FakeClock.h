@@ -9,7 +9,7 @@
 
 namespace tidewick {
 
-/// Time that passes when a test says so.
+/// A clock that advances only when a test tells it to.
 class FakeClock final : public Clock
 {
 public:
@@ -19,13 +19,13 @@ public:
     std::unique_ptr<Alarm> alarm(ContinuousClock::time_point when,
                                  std::function<void()> due) override;
 
-    /// Lets time pass, calling what is due on the way, each at its moment.
+    /// Advances all clocks, ringing each alarm that falls due at its own time.
     void advance(std::chrono::nanoseconds time);
 
-    /// Lets the machine sleep: the suspending clock stands still, and alarms ring on waking.
+    /// Simulates system sleep: the suspending clock stands still, and due alarms ring on waking.
     void sleep(std::chrono::nanoseconds time);
 
-    /// How many alarms are set.
+    /// The number of alarms set.
     std::size_t alarms() const { return m_alarms.size(); }
 
 private:
@@ -34,7 +34,7 @@ private:
 
     void ringUntil(ContinuousClock::time_point end);
 
-    // Not zero, so that a moment never set is not taken for one.
+    // Nonzero, so that a time point that was never set cannot be mistaken for a real one.
     SuspendingClock::time_point m_suspending{std::chrono::hours(1)};
     ContinuousClock::time_point m_continuous{std::chrono::hours(2)};
     WallClock::time_point m_wall{std::chrono::hours(24 * 365 * 50)};

@@ -10,7 +10,7 @@
 
 namespace tidewick {
 
-/// What a desktop's file browser offers to other programs.
+/// A stand-in for the desktop's file browser, as other programs see it on the bus.
 class FileManagerService : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
         connection.registerObject(QStringLiteral("/org/freedesktop/FileManager1"), this,
                                   QDBusConnection::ExportAllSlots);
         if (!connection.registerService(QStringLiteral("org.freedesktop.FileManager1")))
-            qFatal("There is a file browser already");
+            qFatal("A file browser is already on the bus");
     }
     ~FileManagerService() override { QDBusConnection::disconnectFromBus(connection.name()); }
 
@@ -31,7 +31,7 @@ public:
     QDBusConnection connection;
 
 public slots:
-    // The name and types are the ones on the bus.
+    // The name and the types are those of the D-Bus interface.
     void ShowItems(const QStringList &urls, const QString &)
     {
         shown.append(urls);

@@ -1,21 +1,21 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// Part of builds with the thread sanitizer only. QProcess makes its child share this process's
-// memory until it runs the other program, which the runtime of clang 14's sanitizer does not
-// survive; here the child gets a copy.
+// Used only in builds with the thread sanitizer. QProcess makes its child share this process's
+// memory until it executes the other program, which crashes the sanitizer runtime of clang 14. This
+// replacement gives the child a copy instead.
 
 #include <cstdarg>
 
 #include <sched.h>
 #include <sys/types.h>
 
-/// The sanitizer's own, under the name it has.
+/// The sanitizer's own implementation, under its actual name.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" int __interceptor_clone(int (*function)(void *), void *stack, int flags, void *argument,
                                    pid_t *parentsId, void *threadStorage, pid_t *childsId);
 
-/// In place of the C library's and of the sanitizer's.
+/// Replaces both the C library's and the sanitizer's clone().
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its names are reserved ones
 extern "C" int clone(int (*function)(void *), void *stack, int flags, void *argument, ...) noexcept
 {

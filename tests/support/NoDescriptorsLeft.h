@@ -12,7 +12,7 @@
 
 namespace tidewick {
 
-/// While it lives, this process has no file descriptor left to open anything with.
+/// Uses up all file descriptors of this process for as long as the object exists.
 class NoDescriptorsLeft
 {
 public:
@@ -32,7 +32,7 @@ public:
     NoDescriptorsLeft &operator=(const NoDescriptorsLeft &) = delete;
     ~NoDescriptorsLeft() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
 
-    /// Leaves one more after all.
+    /// Frees one descriptor.
     void giveBackOne() { m_taken.pop_back(); }
 
 private:

@@ -30,7 +30,7 @@ NodeRig::NodeRig() : m_portInUse([](quint16 port) { return Probe::portInUse(port
 NodeRig::~NodeRig()
 {
     m_node.reset();
-    // Children of this process stay its zombies until they are collected, so no number is reused.
+    // Our children remain zombies until they are reaped, so their ids are not reused.
     for (const pid_t child : m_children) {
         if (::waitpid(child, nullptr, WNOHANG) == 0) {
             ::kill(child, SIGKILL);
@@ -62,8 +62,8 @@ std::unique_ptr<ChildProcess> NodeRig::spawn(const ChildSpec &spec)
     return child;
 }
 
-/// Between two questions the controller waits for the clock. An alarm of a stopping one is the
-/// limit that its node is killed at.
+/// Between two requests the controller waits for the clock. While it is stopping, its alarm is the
+/// time limit after which it kills the node.
 bool NodeRig::awaitsTheClock() const
 {
     return m_clock->alarms() > 0 && !(m_node && status().phase == Phase::Stopping);
@@ -107,7 +107,7 @@ bool NodeRig::startUntil(Phase phase)
            && waitForPhase(phase);
 }
 
-/// How many nodes so far have said that they run. The child that stands in for one prints it.
+/// How many nodes have reported so far that they are running. A stand-in child prints "ready".
 qsizetype NodeRig::timesUp() const
 {
     return m_otherNode ? log().count("ready\n") : noted("Application starting");

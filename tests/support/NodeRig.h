@@ -13,9 +13,9 @@
 
 namespace tidewick {
 
-/// A controller with surroundings that a test can turn: clocks, free space, bundle, data folder and
-/// the scenario of the simulated node it runs. Children and HTTP are real. Whatever is left of its
-/// children at the end is killed.
+/// A node controller in surroundings that a test controls: clocks, free space, bundle, data folder,
+/// and the scenario of the simulated node it runs. Child processes and HTTP are real. Kills any
+/// children left over when it is destroyed.
 class NodeRig
 {
 public:
@@ -32,9 +32,10 @@ public:
     const NodeHost &host() const { return m_host; }
     std::filesystem::path data() const { return m_folder.path() / "Tidewick"; }
 
-    /// What the node is to do, as TIDEWICK_SIMNODE says it; for the next start.
+    /// Sets the scenario of the simulated node, in the syntax of TIDEWICK_SIMNODE. Takes effect at
+    /// the next start.
     void setScenario(const QByteArray &scenario) { m_scenario = scenario; }
-    /// Runs this program with these arguments as the node; for the next start.
+    /// Runs this program with these arguments as the node. Takes effect at the next start.
     void setNode(std::filesystem::path executable, std::vector<std::string> arguments);
     void setFreeGB(std::optional<double> freeGB) { m_freeGB = freeGB; }
     void setPortInUse(std::function<bool(quint16)> portInUse)
@@ -43,25 +44,26 @@ public:
     }
     void setSandboxed();
 
-    /// What was started so far, as the controller asked for it.
+    /// The children started so far, as the controller requested them.
     const std::vector<ChildSpec> &spawned() const { return m_spawned; }
     pid_t lastChild() const { return m_children.back(); }
 
-    /// Lets fake time pass, forty times as fast as real time, until the condition holds. False when
-    /// it does not within a real time that is ample. While a question to the node is open or the
-    /// node is stopping, the clocks stand still: real delays do not become fake minutes.
+    /// Advances fake time, forty times as fast as real time, until the condition holds. Returns
+    /// false if it does not hold within a generous real time. The clocks stand still while a
+    /// request to the node is pending or the node is stopping, so that real delays do not become
+    /// fake minutes.
     [[nodiscard]] bool runUntil(const std::function<bool()> &condition);
-    /// The same with the fake clocks standing still.
+    /// Like runUntil(), but with the fake clocks standing still.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition);
     [[nodiscard]] bool waitForPhase(Phase phase);
 
-    /// Starts the node, waits with the clocks standing still until it has come up, and lets time
-    /// pass until it is in this phase.
+    /// Starts the node, waits with the clocks standing still until it has come up, and then
+    /// advances time until it reaches this phase.
     [[nodiscard]] bool startUntil(Phase phase);
 
     QByteArray log() const;
     QByteArray debugLog() const;
-    /// How often the node has noted this event in its own log.
+    /// How often the node has logged this event in its debug log.
     qsizetype noted(const QByteArray &event) const { return debugLog().count(event); }
 
 private:

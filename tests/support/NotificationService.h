@@ -11,7 +11,7 @@
 
 namespace tidewick {
 
-/// What a desktop offers, with the faults that it may have.
+/// A stand-in for the desktop's notification service that can also fail in various ways.
 class NotificationService : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -25,11 +25,11 @@ public:
         connection.registerObject(QStringLiteral("/org/freedesktop/Notifications"), this,
                                   QDBusConnection::ExportAllSlots);
         if (!connection.registerService(QStringLiteral("org.freedesktop.Notifications")))
-            qFatal("There is a notification service already");
+            qFatal("A notification service is already on the bus");
     }
     ~NotificationService() override { QDBusConnection::disconnectFromBus(connection.name()); }
 
-    /// Tells everybody that an action of a notification was chosen.
+    /// Signals that the user chose an action of a notification.
     void choose(quint32 id, const QString &key) const
     {
         QDBusMessage signal = QDBusMessage::createSignal(
@@ -55,7 +55,7 @@ public slots:
         return capabilities;
     }
 
-    // The names and types are the ones on the bus.
+    // The names and the types are those of the D-Bus interface.
     uint Notify(const QString &, uint, const QString &, const QString &, const QString &,
                 const QStringList &, const QVariantMap &, int)
     {

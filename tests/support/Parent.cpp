@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// A program that starts the child named by its first argument, with the second for an argument,
-// writes its process id to the file named by the third, and waits to be killed. With a fourth
-// argument, a file to lock, it has a watch over its child, and threads.
+// Starts the child named by its first argument, passing the second as the child's argument, writes
+// the child's process id to the file named by the third, and waits to be killed. With a fourth
+// argument, a lock file, it also starts a watchdog process for the child, and several threads.
 
 #include "platform/process/ChildProcess.h"
 #include "platform/process/DeathWatch.h"

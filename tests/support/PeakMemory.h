@@ -12,7 +12,7 @@
 
 namespace tidewick {
 
-/// How far the memory of this process rises above where it was when this object was made.
+/// Measures how far the memory use of this process rises above its level at construction.
 class PeakMemory
 {
 public:
@@ -24,18 +24,18 @@ public:
 
     PeakMemory()
     {
-        writeFile("/proc/self/clear_refs", "5"); // the largest footprint is counted anew
+        writeFile("/proc/self/clear_refs", "5"); // resets the peak footprint
         m_before = ProcessMemory::of(::getpid())->footprint;
     }
 
-    /// The most so far, in bytes.
+    /// The highest rise so far, in bytes.
     qint64 grown() const
     {
         return ProcessMemory::of(::getpid())->peakFootprint - m_before;
     }
 
-    /// Whether that is below a limit. A sanitizer keeps what was freed for a while, hundreds of MB
-    /// of it, so that under one there is nothing to be told.
+    /// Whether the rise is below a limit. Always true under a sanitizer, which keeps hundreds of
+    /// megabytes of freed memory for a while and makes the measurement meaningless.
     bool isBelow(qint64 limit) const
     {
         if (hasSanitizer || grown() < limit)

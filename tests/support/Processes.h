@@ -17,19 +17,20 @@
 
 namespace tidewick {
 
-/// Whether the process runs. One that has ended keeps its number until its parent collects it;
-/// where that parent is the first process of the system, not every one does.
+/// Whether the process is running. A process that has ended keeps its id until its parent reaps it;
+/// if that parent is init, it may never do so, as not every init reaps its children.
 inline bool runs(pid_t process)
 {
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string line;
     std::getline(file, line);
-    // The state follows the name, which may contain anything, in parentheses.
+    // The state follows the name, which is in parentheses and may contain any character.
     const std::size_t name = line.rfind(") ");
     return name != std::string::npos && line.at(name + 2) != 'Z' && line.at(name + 2) != 'X';
 }
 
-/// Returns when the process, anybody's, has ended, or after so much time. Does not collect it.
+/// Returns when the process has ended, or when the limit has passed. Does not reap the process,
+/// which need not be a child of this one.
 inline void waitForEnd(pid_t process, std::chrono::milliseconds limit)
 {
     const UniqueDescriptor descriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0U)));
@@ -39,8 +40,8 @@ inline void waitForEnd(pid_t process, std::chrono::milliseconds limit)
     ::poll(&entry, 1, static_cast<int>(limit.count()));
 }
 
-/// For how long so far the process, its first thread, was ready to go on while others had the
-/// processors. Zero where the kernel does not tell.
+/// The total time that the process's main thread has been runnable but waiting for a processor.
+/// Zero if the kernel does not report it.
 inline std::chrono::nanoseconds keptWaiting(pid_t process)
 {
     std::ifstream file("/proc/" + std::to_string(process) + "/schedstat");

@@ -19,10 +19,10 @@ PseudoTerminal::PseudoTerminal(int columns, int rows)
     std::array<char, 64> name{};
     if (!m_window || ::grantpt(m_window.get()) != 0 || ::unlockpt(m_window.get()) != 0
         || ::ptsname_r(m_window.get(), name.data(), name.size()) != 0)
-        qFatal("No pseudo-terminal");
+        qFatal("Cannot create a pseudo-terminal");
     m_program = UniqueDescriptor(::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (!m_program)
-        qFatal("The pseudo-terminal cannot be opened");
+        qFatal("Cannot open the pseudo-terminal");
     setSize(columns, rows);
 }
 
@@ -44,7 +44,7 @@ void PseudoTerminal::setSize(int columns, int rows) const
 void PseudoTerminal::write(const QByteArray &text) const
 {
     if (!Files::writeAll(m_program.get(), text.constData(), std::size_t(text.size())))
-        qFatal("The pseudo-terminal takes nothing");
+        qFatal("Cannot write to the pseudo-terminal");
 }
 
 const ScreenModel &PseudoTerminal::screen()
@@ -59,8 +59,8 @@ qsizetype PseudoTerminal::received()
     return m_received;
 }
 
-/// The system hands the bytes over in its own time; a mark written behind them tells when all of
-/// them are here.
+/// The kernel passes the bytes on asynchronously, so a mark is written after them; once it arrives,
+/// all bytes before it have arrived too.
 void PseudoTerminal::receive()
 {
     constexpr char mark = '\x05';
@@ -70,10 +70,10 @@ void PseudoTerminal::receive()
         pollfd ready{m_window.get(), POLLIN, 0};
         std::array<char, 4096> buffer{};
         if (::poll(&ready, 1, 10'000) != 1)
-            qFatal("The pseudo-terminal is silent");
+            qFatal("Timed out reading from the pseudo-terminal");
         const ssize_t count = ::read(m_window.get(), buffer.data(), buffer.size());
         if (count <= 0)
-            qFatal("The pseudo-terminal cannot be read");
+            qFatal("Cannot read from the pseudo-terminal");
         bytes.append(buffer.data(), count);
     }
     bytes.chop(1);

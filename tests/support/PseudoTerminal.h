@@ -8,23 +8,24 @@
 
 namespace tidewick {
 
-/// A terminal for a program under test to write to, and what a person sees on it.
+/// A terminal that a program under test writes to, and a model of what the user sees on it.
 class PseudoTerminal
 {
 public:
     PseudoTerminal(int columns, int rows);
 
-    /// The program's end.
+    /// The end that the program writes to.
     int descriptor() const { return m_program.get(); }
 
     void resize(int columns, int rows);
-    /// As the shell before the program and after it, or the echo of a key.
+    /// Writes to the terminal as the shell would before or after the program runs, or as the echo
+    /// of a key would.
     void write(const QByteArray &text) const;
-    /// What stands there once all that has been written has arrived.
+    /// The screen after everything written so far has arrived.
     const ScreenModel &screen();
-    /// How many bytes have arrived until now.
+    /// The number of bytes received so far.
     qsizetype received();
-    /// The window is closed.
+    /// Closes the terminal window.
     void hangUp() { m_window.reset(); }
 
 private:

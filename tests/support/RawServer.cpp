@@ -9,7 +9,7 @@ namespace tidewick {
 
 namespace {
 
-/// The length of the request the bytes begin with; 0 while it is not complete.
+/// The length of the request at the start of the bytes, or 0 if it is not yet complete.
 qsizetype requestLength(const QByteArray &bytes)
 {
     const qsizetype headersEnd = bytes.indexOf("\r\n\r\n");

@@ -12,33 +12,35 @@ class QTcpSocket;
 
 namespace tidewick {
 
-/// A server on loopback that answers HTTP requests with the bytes a test says, right or wrong.
+/// A loopback server that answers HTTP requests with exactly the bytes a test specifies, valid or
+/// not.
 class RawServer final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Called with the connection once a request is there whole.
+    /// Called with the connection when a complete request has arrived.
     using Answer = std::function<void(QTcpSocket *connection)>;
 
-    /// Port 0: any that is free.
+    /// Port 0 selects any free port.
     explicit RawServer(Answer answer, quint16 port = 0);
 
     quint16 port() const { return m_server.serverPort(); }
 
-    /// Gives the port back; connections stay.
+    /// Releases the port; existing connections stay open.
     void stopListening() { m_server.close(); }
 
-    /// The requests so far, with their headers.
+    /// The requests so far, including their headers.
     const QByteArrayList &requests() const { return m_requests; }
 
     /// Connections accepted so far.
     int connections() const { return m_connections; }
 
-    /// What the kernel took for the client, in bytes, of all that was written.
+    /// The number of bytes, of all those written, that the kernel has accepted for sending to
+    /// clients.
     qint64 sent() const { return m_sent; }
 
-    /// A whole answer with this body.
+    /// A complete response with this body.
     static QByteArray http(const QByteArray &body, const QByteArray &status = "200 OK",
                            const QByteArray &extraHeaders = {});
 

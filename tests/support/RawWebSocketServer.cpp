@@ -12,7 +12,7 @@ namespace tidewick {
 
 namespace {
 
-/// The value of a header of a request or answer.
+/// The value of a header in a request or response.
 QByteArray header(const QByteArray &head, const QByteArray &name)
 {
     const qsizetype at = head.toLower().indexOf("\r\n" + name.toLower() + ':');
@@ -81,7 +81,7 @@ void RawWebSocketServer::shakeHands()
     m_open = true;
 }
 
-/// Clients mask their frames.
+/// Expects masked frames, as clients send them.
 bool RawWebSocketServer::takeFrame()
 {
     if (m_unread.size() < 6)

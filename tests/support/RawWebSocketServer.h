@@ -15,14 +15,14 @@
 
 namespace tidewick {
 
-/// A server on the node's stream port that shakes hands and then sends the bytes a test says, right
-/// or wrong.
+/// A server on the node's stream port that completes the handshake and then sends exactly the bytes
+/// a test specifies, valid or not.
 class RawWebSocketServer final : public QObject, public sim::WebSocketFrames
 {
     Q_OBJECT
 
 public:
-    /// A frame of the client, unmasked. The first byte is its final bit and its opcode.
+    /// A frame from the client, after unmasking. The first byte holds the FIN bit and the opcode.
     struct Frame
     {
         quint8 firstByte;
@@ -31,7 +31,7 @@ public:
         bool operator==(const Frame &) const = default;
     };
 
-    /// Called with the connection in place of shaking hands, once its request is there whole.
+    /// Called with the connection when its request is complete, in place of the handshake.
     using Answer = std::function<void(QTcpSocket *connection)>;
 
     explicit RawWebSocketServer(Answer answer = {});
@@ -39,15 +39,15 @@ public:
     /// Connections accepted so far.
     int connections() const { return m_connections; }
 
-    /// The latest connection has shaken hands and is open.
+    /// Whether the latest connection has completed its handshake and is open.
     bool isOpen() const { return m_open && m_connection; }
 
-    // Of the latest connection:
+    // The following refer to the latest connection.
 
     QTcpSocket *connection() const { return m_connection; }
     const QByteArray &request() const { return m_request; }
     const QList<Frame> &frames() const { return m_frames; }
-    /// What came behind the request and makes no whole frame.
+    /// The bytes received after the request that do not yet form a complete frame.
     const QByteArray &unread() const { return m_unread; }
 
     void send(const QByteArray &bytes) const { m_connection->write(bytes); }
@@ -56,7 +56,7 @@ public:
         send(frame(firstByte, payload));
     }
 
-    /// From now on the client's bytes pile up on its side.
+    /// Stops reading, so that the client's data piles up on its own side.
     void stopReading();
 
 private:

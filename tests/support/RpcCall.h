@@ -12,7 +12,7 @@
 
 namespace tidewick {
 
-/// The outcome of one call over JSON-RPC: none while it is under way.
+/// The outcome of a single JSON-RPC call; empty while the call is pending.
 class RpcCall
 {
 public:
@@ -33,7 +33,7 @@ private:
     std::chrono::milliseconds m_elapsed{0};
 };
 
-/// Calls the method at this port of loopback, waits for the end of the call and gives its result.
+/// Calls the method on this loopback port, waits for the call to finish, and returns its result.
 std::optional<QJsonObject> rpcResult(quint16 port,
                                      const QString &method = QStringLiteral("server_info"));
 

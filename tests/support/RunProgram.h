@@ -9,7 +9,7 @@
 
 namespace tidewick {
 
-/// What a program left behind.
+/// The output and exit status of a program.
 struct Outcome
 {
     QByteArray output;
@@ -20,7 +20,7 @@ struct Outcome
     bool operator==(const Outcome &) const = default;
 };
 
-/// Runs a program to its end, its standard input being empty.
+/// Runs a program until it exits, with empty standard input.
 Outcome runProgram(ChildSpec spec);
 
 } // namespace tidewick

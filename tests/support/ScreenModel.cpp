@@ -73,7 +73,7 @@ void ScreenModel::sequence(char32_t last)
     if (last == U'A') {
         m_line = std::max(m_top, m_line - std::max(1, parameter.toInt()));
     } else if (last == U'K' && parameter.isEmpty()) {
-        // After the last column, the cursor stands on it.
+        // After a character in the last column, the cursor stays on that column.
         const int from = std::min(m_column, m_columns - 1);
         if (line().cells.size() > from)
             line().cells.resize(from);

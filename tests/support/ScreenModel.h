@@ -10,12 +10,12 @@
 
 namespace tidewick {
 
-/// What a person sees of the bytes that a terminal is sent: a small interpreter of the control
-/// sequences that the application uses. Characters take the columns that the C library says, and
-/// parts of a joined character stand side by side, as on terminals that do not join them.
+/// Models what a user sees of the bytes sent to a terminal, by interpreting the control sequences
+/// that the application uses. Character widths are those of the C library. The parts of a joined
+/// character stand side by side, as on terminals that do not join them.
 ///
-/// When the width changes, lines are wrapped anew as most of today's terminals do it; what does not
-/// fit the height moves into the history, and comes back from it.
+/// When the width changes, lines are wrapped again the way most current terminals do it. Lines that
+/// do not fit the height move into the history and return from it.
 class ScreenModel
 {
 public:
@@ -24,21 +24,21 @@ public:
     void feed(const QByteArray &bytes);
     void resize(int columns, int rows);
 
-    /// The lines on the screen, top to bottom, down to the last one that is not blank.
+    /// The lines on the screen, from the top down to the last one that is not blank.
     QList<QString> screen() const;
-    /// Those, and all that have scrolled out before them.
+    /// The lines on the screen and all lines that have scrolled off before them.
     QList<QString> everything() const;
-    /// Line and column of the cursor, counted from the top of the screen.
+    /// The line and column of the cursor, counted from the top of the screen.
     QPair<qsizetype, int> cursor() const { return {m_line - m_top, m_column}; }
-    /// The dim part of what everything() has.
+    /// The dim text in everything().
     QList<QString> dimTexts() const;
-    /// Whether a line too long goes on below, as a shell expects to find it.
+    /// Whether long lines wrap, as a shell expects.
     bool wraps() const { return m_wraps; }
-    /// Control characters and sequences that are not for this application to send.
+    /// Control characters and sequences that this application must not send.
     QList<QString> strangeSequences() const { return m_strange; }
 
 private:
-    /// A column. Where a wide character goes on, the text is null.
+    /// One column of a line. The text is null in the second column of a wide character.
     struct Cell
     {
         QString text;
@@ -61,7 +61,7 @@ private:
 
     int m_columns;
     int m_rows;
-    /// The history and the screen, which begins at m_top.
+    /// The history followed by the screen, which begins at m_top.
     QList<Line> m_lines{Line{}};
     qsizetype m_top = 0;
     qsizetype m_line = 0;
@@ -70,7 +70,7 @@ private:
     bool m_dim = false;
 
     QStringDecoder m_decoder{QStringDecoder::Utf8};
-    /// Since the escape character, where a sequence has begun.
+    /// The current control sequence, from its escape character on; empty outside a sequence.
     QString m_sequence;
     QList<QString> m_strange;
 };

@@ -13,27 +13,28 @@
 
 namespace tidewick {
 
-/// A node whose answers a test writes itself: a process that only waits, and a server in this one.
+/// A node whose answers come from the test: an idle child process and a server in this process.
 class ScriptedNode
 {
 public:
     explicit ScriptedNode(NodeRig &rig);
 
-    /// The object "info" that server_info is answered with.
+    /// Sets the "info" object returned by server_info.
     void setInfo(const QByteArray &info) { m_info = info; }
-    /// The result that get_counts is answered with; nothing: a refusal without any.
+    /// Sets the result returned by get_counts; without a value the node refuses the request.
     void setCounts(const std::optional<QByteArray> &counts) { m_counts = counts; }
 
-    /// Leaves questions open until released; only those for this method, if one is given.
+    /// Holds back the answers until they are released; if a method is given, only those to that
+    /// method.
     void hold(const QByteArray &method = {});
-    /// Answers the oldest question that is open, as things are now; later ones stay open.
+    /// Answers the oldest pending request with the current data; later ones stay pending.
     void releaseOne();
-    /// Answers all that are open, and all later ones at once.
+    /// Answers all pending requests, and all later ones at once.
     void release();
-    /// How many questions are open.
+    /// The number of pending requests.
     qsizetype held() const { return m_held.size(); }
 
-    /// The methods asked for so far.
+    /// The methods requested so far.
     QByteArrayList methods() const;
 
 private:
@@ -49,7 +50,7 @@ private:
 
     QByteArray m_info = R"({"server_state":"full"})";
     std::optional<QByteArray> m_counts = "{}";
-    /// Which questions are left open: all for the empty name.
+    /// The method whose answers are held back; an empty name means all methods.
     std::optional<QByteArray> m_holding;
     QList<Question> m_held;
     RawServer m_server;

@@ -10,42 +10,42 @@
 
 namespace tidewick {
 
-/// The node's side of a feed's connections, in a test's hands, and the time the feed lives by.
+/// The node's side of a feed's connections, and the feed's clock, both under a test's control.
 class ScriptedStream
 {
 public:
     ScriptedStream();
 
-    /// For the feed under test, which may outlive this.
+    /// The host for the feed under test, which may outlive this object.
     LedgerFeedHost host() const;
 
     FakeClock &clock() const;
 
-    /// Attempts to connect so far.
+    /// The number of connection attempts so far.
     int connections() const;
 
-    /// A connection stands, or is being made.
+    /// Whether a connection is open or being established.
     bool isOpen() const;
 
-    /// What the feed sent on its latest connection.
+    /// The messages that the feed has sent on its latest connection.
     QStringList sent() const;
 
-    /// The feed took its leave from the latest connection.
+    /// Whether the feed has closed its latest connection in an orderly way.
     bool wentAway() const;
 
     /// Sends a message on the current connection.
     void say(const QString &text) const;
 
-    /// The same, with a ledger that closes `seconds` after 2000.
+    /// Sends a message announcing a ledger that closed `seconds` after 2000-01-01.
     void close(qint64 index, qint64 txns, qint64 seconds) const;
 
-    /// The same, with a transaction.
+    /// Sends a message announcing a transaction.
     void
     transact(const QString &hash, const QString &type, qint64 ledger,
              const QString &result = QStringLiteral("tesSUCCESS"),
              const QString &account = QStringLiteral("rHb9CJAWyB4rj91VRWn96DkukG4bwdtyTh")) const;
 
-    /// Ends the current connection.
+    /// Makes the current connection fail.
     void fail() const;
 
 private:

@@ -20,8 +20,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char *listening = "0A";          // the state of a TCP socket
-constexpr const char *unconnected = "07";        // that of a UDP socket
-constexpr unsigned acceptsConnections = 1 << 16; // the flag of a local one
+constexpr const char *unconnected = "07";        // the state of a UDP socket
+constexpr unsigned acceptsConnections = 1 << 16; // a flag of a Unix socket
 
 std::set<QByteArray> socketsOf(pid_t process)
 {
@@ -42,11 +42,12 @@ QList<QByteArrayList> rowsOf(const QByteArray &table)
     QList<QByteArrayList> rows;
     for (const QByteArray &line : contentOf("/proc/self/net/" + table.toStdString()).split('\n'))
         rows += line.simplified().split(' ');
-    rows.removeFirst(); // the names of the columns
+    rows.removeFirst(); // the column headers
     return rows;
 }
 
-/// "0100007F:3A9D" as "127.0.0.1:15005". An address is in words as they lie in memory.
+/// Converts "0100007F:3A9D" to "127.0.0.1:15005". The address consists of words in memory byte
+/// order.
 QByteArray addressOf(const QByteArray &text)
 {
     const QByteArray bytes = QByteArray::fromHex(text.split(':').at(0));
@@ -112,7 +113,8 @@ std::vector<pid_t> familyOf(pid_t process, pid_t without)
 
 qint64 networkCounter(const char *name)
 {
-    // One table has a counter a line, the other a line of names above a line of figures.
+    // The first table has one counter per line; the second has lines of names above lines of
+    // values.
     std::map<QByteArray, qint64> counters;
     for (const QByteArray &line : contentOf("/proc/self/net/snmp6").split('\n'))
         counters[line.simplified().split(' ').constFirst()] =
@@ -127,7 +129,7 @@ qint64 networkCounter(const char *name)
         names = words;
     }
     if (!counters.contains(name))
-        qFatal("The network does not count %s", name);
+        qFatal("There is no network counter %s", name);
     return counters[name];
 }
 

@@ -13,32 +13,33 @@
 
 namespace tidewick {
 
-/// What a process has open towards others, as the kernel tells it. All of it is of the network of
-/// this process.
+/// The open sockets of a process, as reported by the kernel. Only sockets in this process's network
+/// namespace are included.
 struct Sockets
 {
-    /// Local addresses at which others may connect or send something, file names among them. A
-    /// nameless end of a connection is none.
+    /// The local addresses at which other processes may connect or send data, including file names.
+    /// Unnamed ends of connections are not included.
     QByteArrayList open;
 
-    /// The other ends of its connections over IP, also of those that are only being tried.
+    /// The remote addresses of its IP connections, including those still being established.
     std::set<QByteArray> peers;
 
-    /// How many connections over IP there are.
+    /// The number of IP connections.
     int connections = 0;
 
     static Sockets of(pid_t process);
 };
 
-/// The process, its children and theirs, but for a child to leave out with all below it.
+/// The process, its children and all their descendants, except the child `without` and its
+/// descendants.
 std::vector<pid_t> familyOf(pid_t process, pid_t without = 0);
 
-/// A counter of the network, such as "IpOutNoRoutes": it also tells of what was over too soon to be
-/// seen among the sockets.
+/// A kernel network counter, such as "IpOutNoRoutes". It also counts activity too brief to be seen
+/// among the sockets.
 qint64 networkCounter(const char *name);
 
-/// Whether this process's network is loopback and nothing else, so that its counters are those of
-/// the test.
+/// Whether this process's network namespace has only a loopback interface, so that the counters
+/// reflect the test alone.
 bool isAloneOnLoopback();
 
 } // namespace tidewick

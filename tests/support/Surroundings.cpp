@@ -27,8 +27,8 @@ namespace tidewick {
 
 namespace {
 
-/// By these, programs are found, and instrumented builds told what to do. What the environment says
-/// else belongs to the machine or to its user.
+/// Whether a variable is needed to find programs or to control instrumented builds. All others
+/// belong to the machine or to its user.
 bool isKept(std::string_view variable)
 {
     constexpr std::array<std::string_view, 9> kept{
@@ -58,14 +58,14 @@ TestHome::TestHome()
          {std::pair("HOME", "home"), std::pair("XDG_CONFIG_HOME", "config"),
           std::pair("XDG_DATA_HOME", "data"), std::pair("XDG_CACHE_HOME", "cache"),
           std::pair("XDG_STATE_HOME", "state"), std::pair("TMPDIR", "tmp"),
-          // Where a machine has what is common to its users: icon themes, services, defaults.
+          // Where a machine keeps data common to its users: icon themes, services, defaults.
           std::pair("XDG_DATA_DIRS", "machine-data"),
           std::pair("XDG_CONFIG_DIRS", "machine-config")}) {
         const std::filesystem::path folder = m_folder.path() / name;
         std::filesystem::create_directory(folder);
         qputenv(variable, QByteArray::fromStdString(folder.string()));
     }
-    // The machine may run a node of its own as a service.
+    // The machine may run its own node as a service.
     qputenv("DBUS_SYSTEM_BUS_ADDRESS",
             "unix:path=" + QByteArray::fromStdString((m_folder.path() / "no-system-bus").string()));
     qputenv("FONTCONFIG_FILE", TIDEWICK_TEST_DATA "/fonts.conf");
@@ -109,7 +109,8 @@ bool unshareNetwork()
     return ::unshare(CLONE_NEWUSER | CLONE_NEWNET) == 0 && mapUser(user, group);
 }
 
-/// Tried in a child, since what works only in part leaves a process in a network without anything.
+/// Tries it in a child, because a partial success would leave the process in a network without any
+/// interface up.
 bool canHavePrivateLoopback()
 {
     const pid_t child = ::fork();
@@ -120,14 +121,14 @@ bool canHavePrivateLoopback()
            && WEXITSTATUS(status) == EXIT_SUCCESS;
 }
 
-/// Held until the process ends. Each user has a file of their own: nobody may open another's in a
-/// folder open to all.
+/// Takes a lock that is held until the process ends. Each user has a separate lock file, because
+/// users cannot open each other's files in a world-writable folder.
 void waitForSharedLoopback()
 {
     const std::string path = "/tmp/tidewick-tests-loopback-" + std::to_string(::getuid()) + ".lock";
     const int lock = ::open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (lock < 0 || ::flock(lock, LOCK_EX) != 0)
-        qFatal("No lock for the loopback network");
+        qFatal("Cannot lock the loopback network");
 }
 
 } // namespace
@@ -137,7 +138,7 @@ void enterPrivateLoopback()
     if (!canHavePrivateLoopback())
         waitForSharedLoopback();
     else if (!unshareNetwork() || !bringLoopbackUp())
-        qFatal("The private loopback network cannot be brought up");
+        qFatal("Cannot bring up the private loopback network");
 }
 
 } // namespace tidewick

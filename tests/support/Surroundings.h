@@ -11,11 +11,11 @@
 
 namespace tidewick {
 
-/// Surroundings of its own for a test program, the same on any machine. HOME, the XDG folders and
-/// TMPDIR lie in a temporary folder, which is removed at the end; fonts are those of
-/// tests/data/fonts.conf, the language is C, the time UTC; there is no bus, display or desktop. Of
-/// the environment nothing else remains but by what programs are found and instrumented, so a test
-/// sets what it needs afterwards. Make it before there are threads and the application object.
+/// Isolates a test program from the machine it runs on. HOME, the XDG folders and TMPDIR point into
+/// a temporary folder, which is removed at the end. Fonts come from tests/data/fonts.conf, the
+/// locale is C, the time zone UTC, and there is no bus, display or desktop. Of the environment,
+/// only variables for finding programs and for instrumented builds remain, so a test sets any
+/// others afterwards. Create it before any threads and the application object exist.
 class TestHome
 {
 public:
@@ -25,19 +25,18 @@ private:
     TemporaryFolder m_folder;
 };
 
-/// Gives this process and its children a loopback network of their own, so that the node's fixed
-/// ports are free whatever runs on the machine, other tests included. Where the kernel does not
-/// allow that, the process waits its turn for the shared loopback instead. Call before any thread
-/// exists.
+/// Gives this process and its children a private loopback network, so that the node's fixed ports
+/// are free whatever else runs on the machine, including other tests. If the kernel does not allow
+/// that, the process waits its turn for the shared loopback instead. Call before any thread exists.
 void enterPrivateLoopback();
 
-/// Lets this process draw into memory, at ratio 1. Call after making the home and before the
-/// application object exists.
+/// Makes this process draw into memory at a device pixel ratio of 1. Call after creating the
+/// TestHome and before the application object exists.
 void drawOffscreen();
 
 } // namespace tidewick
 
-/// Runs the tests of a class that talks to nobody over the network.
+/// Runs the tests of a class that does not use the network.
 #define TIDEWICK_TEST_MAIN(TestClass)                   \
     TIDEWICK_TEST_PROGRAM                               \
     {                                                   \
@@ -47,7 +46,8 @@ void drawOffscreen();
         return QTest::qExec(&test, argc, argv);         \
     }
 
-/// The same for one that draws. It includes QApplication and links Qt6::Widgets itself.
+/// Like TIDEWICK_TEST_MAIN, for tests that draw. The test includes QApplication and links
+/// Qt6::Widgets itself.
 #define TIDEWICK_GUI_TEST_MAIN(TestClass)           \
     TIDEWICK_TEST_PROGRAM                           \
     {                                               \
@@ -58,7 +58,7 @@ void drawOffscreen();
         return QTest::qExec(&test, argc, argv);     \
     }
 
-/// The same for one that talks on loopback.
+/// Like TIDEWICK_TEST_MAIN, for tests that use the loopback network.
 #define TIDEWICK_LOOPBACK_TEST_MAIN(TestClass)          \
     TIDEWICK_TEST_PROGRAM                               \
     {                                                   \
@@ -69,7 +69,7 @@ void drawOffscreen();
         return QTest::qExec(&test, argc, argv);         \
     }
 
-/// The same for one that does both.
+/// Like TIDEWICK_TEST_MAIN, for tests that draw and use the loopback network.
 #define TIDEWICK_LOOPBACK_GUI_TEST_MAIN(TestClass)  \
     TIDEWICK_TEST_PROGRAM                           \
     {                                               \

@@ -10,7 +10,7 @@
 
 namespace tidewick {
 
-/// A bundle of its own for a test to take apart: the application, the simulated node, and simple
+/// A private bundle that a test may modify: the application, the simulated node, and simple
 /// resources.
 class TestBundle
 {
@@ -23,11 +23,11 @@ public:
     std::filesystem::path node() const;
     std::filesystem::path resource(const char *name) const;
 
-    /// Puts in the shipped template, made for this store as a build makes it: "Mossgrid", which it
-    /// is at first, or "NuDB".
+    /// Installs the shipped configuration template, built for this store: "Mossgrid", the initial
+    /// one, or "NuDB".
     void setStore(const std::string &store) const;
 
-    /// Puts another executable in the node's place.
+    /// Replaces the node's executable.
     void setNode(const std::filesystem::path &executable) const;
 
 private:

@@ -22,7 +22,7 @@ TemporaryFolder::TemporaryFolder()
 {
     std::string name = (fs::temp_directory_path() / "tidewick-test-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr)
-        qFatal("No temporary folder %s", name.c_str());
+        qFatal("Cannot create the temporary folder %s", name.c_str());
     m_path = name;
 }
 
@@ -31,7 +31,7 @@ TemporaryFolder::~TemporaryFolder()
     std::error_code error;
     fs::remove_all(m_path, error);
     if (error)
-        qWarning("%s stays: %s", m_path.c_str(), error.message().c_str());
+        qWarning("Cannot remove %s: %s", m_path.c_str(), error.message().c_str());
 }
 
 void writeFile(const fs::path &path, const QByteArray &content)
@@ -40,7 +40,7 @@ void writeFile(const fs::path &path, const QByteArray &content)
     file.write(content.constData(), content.size());
     file.close();
     if (!file)
-        qFatal("%s cannot be written", path.c_str());
+        qFatal("Cannot write %s", path.c_str());
 }
 
 namespace {
@@ -58,7 +58,7 @@ fs::path preloadable(const fs::path &library, const fs::path &folder)
         return library;
     fs::path link = folder / library.filename();
     if (isSeparated(link))
-        qFatal("%s cannot be preloaded", link.c_str());
+        qFatal("Cannot preload %s", link.c_str());
     if (!fs::is_symlink(link))
         fs::create_symlink(library, link);
     return link;
@@ -71,7 +71,7 @@ qint64 allocatedBytes(const fs::path &path)
     {
     };
     if (!file || ::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
-        qFatal("%s is not there", path.c_str());
+        qFatal("Cannot determine the size of %s", path.c_str());
     return status.st_blocks * 512;
 }
 
@@ -79,7 +79,7 @@ QByteArray contentOf(const fs::path &path)
 {
     std::ifstream file(path, std::ios::binary);
     if (!file)
-        qFatal("%s cannot be read", path.c_str());
+        qFatal("Cannot read %s", path.c_str());
     return QByteArray::fromStdString({std::istreambuf_iterator(file), {}});
 }
 

@@ -9,7 +9,7 @@
 
 namespace tidewick {
 
-/// A folder that goes with its object, whatever its files are called.
+/// A temporary folder that is removed with its object, whatever the names of its files.
 class TemporaryFolder
 {
 public:
@@ -24,20 +24,20 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Writes a file whole; ends the program where it cannot.
+/// Writes a complete file; ends the program on failure.
 void writeFile(const std::filesystem::path &path, const QByteArray &content);
 
-/// A path to a library as LD_PRELOAD takes it, which separates names at spaces and colons and has
-/// no quotes: a link in the folder, where the library's own path has either. Ends the program where
-/// the folder's has too.
+/// A path to a library that LD_PRELOAD accepts. LD_PRELOAD separates names at spaces and colons and
+/// supports no quoting, so if the library's own path contains either, this creates a link in the
+/// folder. Ends the program if the folder's path contains one too.
 std::filesystem::path preloadable(const std::filesystem::path &library,
                                   const std::filesystem::path &folder);
 
-/// What the file takes on disk, in bytes, links not followed. The file is brought to disk first,
-/// since some file systems settle that only then.
+/// The disk space that the file occupies, in bytes; does not follow links. The file is synced to
+/// disk first, since some file systems allocate space only then.
 qint64 allocatedBytes(const std::filesystem::path &path);
 
-/// The file's content; ends the program where there is none.
+/// The file's content; ends the program if the file cannot be read.
 QByteArray contentOf(const std::filesystem::path &path);
 
 } // namespace tidewick

@@ -7,7 +7,7 @@
 
 using tidewick::TestFile;
 
-/// Runs the file of tests that the first argument names; the others are for Qt Test.
+/// Runs the test file named by the first argument, passing the remaining arguments to Qt Test.
 int main(int argc, char **argv)
 {
     for (const TestFile &file : TestFile::all()) {

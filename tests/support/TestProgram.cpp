@@ -9,7 +9,7 @@ namespace tidewick {
 
 namespace {
 
-/// Made when it is first asked for, since files of tests are there before main().
+/// Created on first use, because test files register themselves before main().
 std::vector<TestFile> &files()
 {
     static std::vector<TestFile> all;

@@ -8,8 +8,8 @@
 
 namespace tidewick {
 
-/// A file of tests in a program that has several of them: what runs it, and the file's name without
-/// folder and ending, by which it is asked for. Exists from before main().
+/// One of the test files in a program that contains several: the function that runs it, and its
+/// name without folder and extension, by which it is selected. Created before main() runs.
 class TestFile
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     TestFile(const char *file, Run runTests);
 
-    /// All of this program.
+    /// All test files of this program.
     static const std::vector<TestFile> &all();
 
     const std::string &name() const { return m_name; }
@@ -30,8 +30,8 @@ private:
 
 } // namespace tidewick
 
-/// Begins the function that runs the tests of this file, with `argc` and `argv`; its body follows.
-/// Each file is run in a process of its own.
+/// Begins the function that runs the tests of this file and takes `argc` and `argv`; its body
+/// follows. Each file runs in a separate process.
 #define TIDEWICK_TEST_PROGRAM                                         \
     static int runTests(int argc, char **argv);                       \
     static const tidewick::TestFile thisTestFile(__FILE__, runTests); \

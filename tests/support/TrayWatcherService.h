@@ -9,8 +9,8 @@
 
 namespace tidewick {
 
-/// What a desktop's tray is on the bus, with nothing to look at: there at once, where a panel takes
-/// seconds. Answers while the event loop turns.
+/// A tray on the bus that displays nothing. It is available at once, whereas a real panel takes
+/// seconds to start. It answers while the event loop runs.
 class TrayWatcherService : public QObject
 {
     Q_OBJECT
@@ -25,14 +25,14 @@ public:
         bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
                            QDBusConnection::ExportAllProperties | QDBusConnection::ExportAllSlots);
         if (!bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher")))
-            qFatal("There is a tray already");
+            qFatal("A tray is already on the bus");
     }
 
     static bool hasHost() { return true; }
     static int protocolVersion() { return 0; }
 
 public slots:
-    // The name on the bus.
+    // The name is that of the D-Bus interface.
     void RegisterStatusNotifierItem(const QString &service) { m_items.append(service); }
 
 private:

@@ -22,7 +22,8 @@ using namespace tidewick;
 
 namespace {
 
-/// What a machine may have that changes how programs look, speak and whom they ask.
+/// Environment variables that a machine may set and that change how programs look, which language
+/// they use, and which services they contact.
 const std::map<std::string, std::string> machine{
     {"PATH", "/usr/local/bin:/usr/bin:/bin"},
     {"QTEST_FUNCTION_TIMEOUT", "300000"},
@@ -56,7 +57,7 @@ const std::map<std::string, std::string> machine{
 
 } // namespace
 
-/// That a test program sees of the machine nothing that it could come out differently by.
+/// Checks that a test program sees nothing of the machine that could affect its results.
 class TestSurroundings : public QObject
 {
     Q_OBJECT
@@ -75,7 +76,7 @@ void TestSurroundings::environment()
     QByteArrayList names;
     for (char **entry = environ; *entry != nullptr; ++entry)
         names += QByteArray(*entry, qsizetype(std::strcspn(*entry, "=")));
-    // What instrumented builds are told, and what Qt Test tells.
+    // Settings of instrumented builds and of Qt Test.
     names.removeIf([](const QByteArray &name) {
         return name.endsWith("SAN_OPTIONS") || name.startsWith("GCOV_") || name.startsWith("LLVM_")
                || name == "LD_LIBRARY_PATH" || name.startsWith("QT_QTESTLIB_");
