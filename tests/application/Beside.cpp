@@ -18,7 +18,8 @@ namespace tidewick {
 
 namespace {
 
-/// Under a heavily loaded machine things take their time; a test that waits so long has failed.
+/// Operations can be slow on a heavily loaded machine; a test that has to wait this long has
+/// failed.
 constexpr int ampleMs = 60'000;
 constexpr int patienceMs = 5'000;
 
@@ -62,7 +63,7 @@ std::unique_ptr<ChildProcess> Beside::start(ChildSpec &spec, UniqueDescriptor &o
 {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        qFatal("No pipe to be had");
+        qFatal("Cannot create a pipe");
     output = UniqueDescriptor(ends[0]);
     ::fcntl(ends[0], F_SETFL, O_NONBLOCK);
     const UniqueDescriptor write(ends[1]);
@@ -77,7 +78,8 @@ Beside::~Beside()
 {
     if (m_ending)
         return;
-    // Told, so that it can end what it started itself; made to, if it does not listen.
+    // Ask it to exit first, so that it can stop what it has started; kill it if it does not
+    // respond.
     m_child->terminate();
     const UniqueDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, m_child->id(), 0U)));
     pollfd end{process.get(), POLLIN, 0};
@@ -120,7 +122,7 @@ QByteArray Beside::readyLine(const std::function<bool(const QByteArray &)> &isTh
         }
         pollfd more{m_read.get(), POLLIN, 0};
         if (::poll(&more, 1, ampleMs) <= 0 || (more.revents & POLLIN) == 0)
-            qFatal("The program did not get ready: %s", m_output.constData());
+            qFatal("The program did not become ready: %s", m_output.constData());
     }
 }
 

@@ -12,18 +12,18 @@
 
 namespace tidewick {
 
-/// Lets the event loop turn until the condition holds; false when it does not within a time that is
-/// ample.
+/// Runs the event loop until the condition holds. Returns false if it does not hold within a
+/// generous time.
 bool waitUntil(const std::function<bool()> &condition);
 
-/// A program that runs beside the test, its standard output and error being read by the test. It is
-/// told to end with its object, and with the test. One that is to be waited for is started after
-/// the application object.
+/// A program that runs alongside the test, which reads its standard output and error. It is
+/// terminated when this object is destroyed or the test ends. If the test waits for its end, start
+/// it after creating the application object.
 class Beside
 {
 public:
     explicit Beside(ChildSpec spec);
-    /// One that is looked for where programs are.
+    /// Looks up the program in PATH.
     Beside(const char *program, std::vector<std::string> arguments);
     Beside(const Beside &) = delete;
     Beside &operator=(const Beside &) = delete;
@@ -32,15 +32,15 @@ public:
     pid_t id() const { return m_child->id(); }
     void send(int signalNumber);
 
-    /// How it ended; nothing while it runs.
+    /// How the program ended; empty while it is running.
     const std::optional<ChildProcess::Ending> &ending() const { return m_ending; }
     bool waitForEnd() const;
 
-    /// Everything it has written so far.
+    /// Everything the program has written so far.
     const QByteArray &output();
 
-    /// The first whole line it writes that is the one, for programs that say there that they are
-    /// ready.
+    /// The first complete line of output that satisfies the predicate, for programs that announce
+    /// their readiness there.
     QByteArray readyLine(const std::function<bool(const QByteArray &)> &isTheOne = anyLine);
 
 private:

@@ -34,8 +34,8 @@ constexpr const char *panelConfiguration = R"(<?xml version="1.0" encoding="UTF-
 </channel>
 )";
 
-/// What the session bus starts on demand: nothing but what a test puts there. With the usual
-/// configuration the bus would start the machine's services as well.
+/// The folder of services that the session bus starts on demand. It contains only what a test puts
+/// there; with its usual configuration the bus would start the machine's services as well.
 std::filesystem::path services()
 {
     return std::filesystem::path(qgetenv("XDG_DATA_HOME").toStdString()) / "dbus-1/services";
@@ -88,8 +88,8 @@ QDBusConnection SessionBus::connection() const
 
 namespace {
 
-/// Of this process alone. Servers on loopback networks of their own would all find the first number
-/// free, and spoil each other's files of that number.
+/// A display number unique to this process. Servers on separate loopback networks would all find
+/// the first number free and overwrite each other's files for that number.
 std::string displayNumber()
 {
     return std::to_string(::getpid());
@@ -102,7 +102,7 @@ XServer::XServer()
                         "-nolisten", "tcp", "-noreset"})
 {
     const QByteArray number = QByteArray::fromStdString(displayNumber());
-    // Its compiler of keymaps may have something to say before.
+    // Its keymap compiler may print messages first.
     m_server.readyLine([&](const QByteArray &line) { return line == number; });
     qputenv("DISPLAY", ':' + number);
 }
@@ -114,8 +114,8 @@ XServer::~XServer()
 
 namespace {
 
-/// The panel reads its configuration through a service that the bus starts. That, its plugins and
-/// its icons are the machine's.
+/// The panel reads its configuration through a service started by the bus. The service, the plugins
+/// and the icons are those of the machine.
 ChildSpec configuredPanel()
 {
     const std::filesystem::path machine = "/usr/share";

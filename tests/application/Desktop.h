@@ -12,8 +12,8 @@
 
 namespace tidewick {
 
-/// A session bus of the test's own. While it lives, the environment names it, for this process and
-/// for all it starts.
+/// A private session bus for the test. While it exists, the environment points this process and its
+/// children to it.
 class SessionBus
 {
 public:
@@ -22,13 +22,13 @@ public:
     SessionBus &operator=(const SessionBus &) = delete;
     ~SessionBus();
 
-    /// A connection of the test's, apart from that of the code under test. Needs the application
-    /// object.
+    /// A connection for the test, separate from the one used by the code under test. Needs the
+    /// application object.
     QDBusConnection connection() const;
 
     Beside &process() { return *m_daemon; }
 
-    /// Ends the bus under whoever is on it.
+    /// Stops the bus while clients are still connected.
     void stop() { m_daemon.reset(); }
 
 private:
@@ -37,7 +37,7 @@ private:
     QByteArray m_address;
 };
 
-/// An X server without a screen to look at. While it lives, the environment names it.
+/// An X server without a physical screen. While it exists, the environment points to it.
 class XServer
 {
 public:
@@ -52,13 +52,13 @@ private:
     Beside m_server;
 };
 
-/// A real desktop panel with a tray and nothing else.
+/// A real desktop panel that contains only a tray.
 class DesktopPanel
 {
 public:
     DesktopPanel();
 
-    /// False when no tray host is on the bus in time.
+    /// Returns false if no tray host appears on the bus in time.
     static bool waitForHost(const SessionBus &bus);
 
     Beside &process() { return m_panel; }

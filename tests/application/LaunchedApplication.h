@@ -10,25 +10,26 @@
 
 namespace tidewick {
 
-/// The application as a user launches it: the real program from a bundle of its own, with the
-/// simulated node, in the home of the test.
+/// The application as a user launches it: the real program from a test bundle, with the simulated
+/// node, in the test's home.
 class LaunchedApplication
 {
 public:
-    /// Variables are laid over the test's own; an empty value takes one away.
+    /// The variables override those of the test; an empty value removes one.
     explicit LaunchedApplication(const TestBundle &bundle, const QByteArray &scenario,
                                  const ProcessEnvironment &variables = {});
 
     Beside &process() { return m_process; }
     const QByteArray &output() { return m_process.output(); }
 
-    /// Ends it as a terminal, a session or a user would; false when it does not end with 0.
+    /// Ends it with a signal, as a terminal, a session or a user would. Returns false if it does
+    /// not exit with status 0.
     bool endsWell(int signalNumber);
 
-    /// Its node's process; nothing while there is none.
+    /// The process of its node, if there is one.
     std::optional<pid_t> node() const;
 
-    /// What the node has noted in its own log, and how often it has noted an event.
+    /// The node's debug log, and how often an event appears in it.
     static QByteArray debugLog();
     static qsizetype noted(const QByteArray &event) { return debugLog().count(event); }
 
@@ -36,7 +37,7 @@ private:
     Beside m_process;
 };
 
-/// Where the application keeps its data in the home of the test.
+/// The application's data folder in the test's home.
 std::filesystem::path applicationData();
 
 } // namespace tidewick

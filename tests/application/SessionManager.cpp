@@ -36,7 +36,7 @@ SessionManager::State &stateOf(SmPointer data)
 
 Status registerClient(SmsConn client, SmPointer data, char *previousId)
 {
-    // None of an earlier session is known here.
+    // No client of an earlier session is known here.
     if (previousId != nullptr) {
         std::free(previousId);
         return 0;
@@ -45,7 +45,7 @@ Status registerClient(SmsConn client, SmPointer data, char *previousId)
     SmsRegisterClientReply(client, id);
     std::free(id);
     stateOf(data).clients.push_back(client);
-    // A new client is asked to save its own state once.
+    // A new client is asked once to save its own state.
     SmsSaveYourself(client, SmSaveLocal, False, SmInteractStyleNone, False);
     return 1;
 }
@@ -132,7 +132,7 @@ std::unique_ptr<QSocketNotifier> notifier(int descriptor, const std::function<vo
     return made;
 }
 
-/// One that has died without a word.
+/// Drops a connection whose client has died without closing it.
 void dropConnection(SessionManager::State &state, IceConn connection)
 {
     std::erase_if(state.clients,
@@ -161,7 +161,7 @@ SessionManager::SessionManager() : m_state(std::make_unique<State>())
 {
     std::array<char, 256> error{};
     const auto size = static_cast<int>(error.size());
-    // An I/O error is told by IceProcessMessages; the library's own handler would end the program.
+    // IceProcessMessages reports I/O errors; the library's default handler would end the program.
     IceSetIOErrorHandler([](IceConn) {});
     if (SmsInitialize("Tidewick's tests", "1", newClient, m_state.get(), acceptsAnyone, size,
                       error.data())
@@ -169,7 +169,7 @@ SessionManager::SessionManager() : m_state(std::make_unique<State>())
         || IceListenForConnections(&m_state->listenCount, &m_state->listenObjects, size,
                                    error.data())
                == 0)
-        qFatal("No session manager: %s", error.data());
+        qFatal("Cannot start the session manager: %s", error.data());
     for (int i = 0; i < m_state->listenCount; ++i) {
         IceListenObj listener = m_state->listenObjects[i];
         IceSetHostBasedAuthProc(listener, acceptsAnyone);

@@ -7,8 +7,8 @@
 
 namespace tidewick {
 
-/// An X session manager of the test's own, which does nothing unless told to. While it lives, the
-/// environment names it. One at a time; needs the application object.
+/// A private X session manager for the test, which acts only when told to. While it exists, the
+/// environment points to it. Only one may exist at a time. Needs the application object.
 class SessionManager
 {
 public:
@@ -17,23 +17,23 @@ public:
     SessionManager &operator=(const SessionManager &) = delete;
     ~SessionManager();
 
-    /// Programs that take part in the session.
+    /// The number of programs that take part in the session.
     int clients() const;
 
-    /// How often one of them has said that it has saved what there is to save.
+    /// How often a client has reported that it has finished saving.
     int saved() const;
 
-    /// Asks all to save, as it does before the session ends, and when the user only wants the
-    /// session saved.
+    /// Asks all clients to save, as a session manager does before the session ends or when the user
+    /// merely saves the session.
     void askToSave(bool beforeTheEnd);
 
-    /// Tells all that the user wants to go on after all.
+    /// Tells all clients that the user has cancelled the logout.
     void cancelTheEnd();
 
-    /// Tells all to end.
+    /// Tells all clients to exit.
     void endTheSession();
 
-    /// The protocol's own things, known to the source file only.
+    /// Protocol data, known only to the source file.
     struct State;
 
 private:

@@ -21,8 +21,8 @@ constexpr QLatin1String menuInterface("com.canonical.dbusmenu");
 constexpr QLatin1String menuPath("/MenuBar");
 constexpr QLatin1String propertiesInterface("org.freedesktop.DBus.Properties");
 
-/// In a label two underscores are one, and a single one marks the next character as the key to
-/// press, which is no part of the text.
+/// The text of a label as drawn: two underscores stand for one, and a single one marks the next
+/// character as the mnemonic and is not drawn.
 QString drawn(const QString &label)
 {
     QString text;
@@ -34,7 +34,7 @@ QString drawn(const QString &label)
     return text;
 }
 
-/// Width, height and the pixels, alpha first, as they go over a network.
+/// Reads each image's width, height and pixels, the latter as ARGB in network byte order.
 QList<QImage> readImages(const QDBusArgument &argument)
 {
     QList<QImage> images;
@@ -111,7 +111,7 @@ bool TrayReader::findItem()
         answer.arguments().constFirst().value<QDBusVariant>().variant().toStringList();
     if (items.size() != 1)
         return false;
-    // A service's name, with or without the object's path.
+    // The service's name, possibly followed by the object path.
     m_service = items.constFirst().section(u'/', 0, 0);
     return true;
 }

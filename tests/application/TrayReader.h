@@ -13,7 +13,7 @@
 
 namespace tidewick {
 
-/// One entry of a menu on the bus, as a host would draw it.
+/// A menu entry read from the bus, as a tray host would draw it.
 struct MenuEntry
 {
     int id = 0;
@@ -24,8 +24,8 @@ struct MenuEntry
     bool operator==(const MenuEntry &) const = default;
 };
 
-/// Looks at a tray item as a tray host does: over the bus. It asks without blocking, so that the
-/// item may belong to this process.
+/// Reads a tray item over the bus, as a tray host does. Its requests do not block the event loop,
+/// so the item may belong to this process.
 class TrayReader final : public QObject
 {
     Q_OBJECT
@@ -36,24 +36,24 @@ public:
     /// Whether an item is registered with the tray host.
     bool findItem();
 
-    /// A property of the item, such as "Title".
+    /// The value of a property of the item, such as "Title".
     QVariant property(const char *name);
 
     QString toolTip();
 
-    /// The icon in the sizes that the item offers.
+    /// The icon in all sizes that the item provides.
     QList<QImage> icon();
 
-    /// What of the menu is to be seen.
+    /// The visible entries of the menu.
     QList<MenuEntry> menu();
 
-    /// As the user does. False when there is no such entry.
+    /// Clicks an entry, as the user would. Returns false if there is no such entry.
     bool click(const QString &text);
 
-    /// How often hosts were told to read the menu anew.
+    /// How often tray hosts were told to read the menu again.
     int layoutUpdates() const { return m_layoutUpdates; }
 
-    /// How often they were told what is new about its entries.
+    /// How often tray hosts were notified of changed properties of the menu's entries.
     int propertyUpdates() const { return m_propertyUpdates; }
 
 private slots:
@@ -70,10 +70,10 @@ private:
     int m_propertyUpdates = 0;
 };
 
-/// The rows as a host should draw them; `id` is left at 0.
+/// The entries as a tray host should draw these rows; `id` is left at 0.
 QList<MenuEntry> entriesOf(const QList<MenuRow> &rows);
 
-/// Without what a host gives them to tell them apart.
+/// The entries without their ids.
 QList<MenuEntry> withoutIds(QList<MenuEntry> entries);
 
 } // namespace tidewick

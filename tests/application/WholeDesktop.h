@@ -10,9 +10,9 @@
 
 namespace tidewick {
 
-/// All that a program which is no test takes to have the application run on a desktop: a loopback
-/// network, a home, a bus, an X server and a panel whose tray is there. The first thing in main();
-/// ends the program when any of it cannot be had.
+/// Everything a program other than a test needs to run the application on a desktop: a loopback
+/// network, a home, a bus, an X server, and a panel with its tray ready. Create it first in main().
+/// Ends the program if any of these cannot be provided.
 template <typename Application = QCoreApplication>
 class WholeDesktop
 {
@@ -20,14 +20,14 @@ public:
     WholeDesktop(int &argc, char **argv) : m_application(argc, argv)
     {
         if (!DesktopPanel::waitForHost(m_bus))
-            qFatal("No tray host came up");
+            qFatal("No tray host appeared");
     }
 
     const SessionBus &bus() const { return m_bus; }
     Application &application() { return m_application; }
 
 private:
-    /// Entered before there are sockets or threads.
+    /// Entered before any sockets or threads exist.
     struct Loopback
     {
         Loopback() { enterPrivateLoopback(); }

@@ -44,7 +44,7 @@ Connection connectToServer()
     return {xcb_connect(nullptr, nullptr), &xcb_disconnect};
 }
 
-/// The window of that title that is to be seen.
+/// The visible window with this title.
 std::optional<xcb_window_t> shownWindow(xcb_connection_t *connection, const QString &title)
 {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
@@ -90,7 +90,8 @@ void closeWindow(const QString &title)
     std::array<char, sizeof message> bytes{};
     std::memcpy(bytes.data(), &message, sizeof message);
     xcb_send_event(connection.get(), 0, message.window, XCB_EVENT_MASK_NO_EVENT, bytes.data());
-    // An answer to wait for: the server may drop what a client has sent that hangs up at once.
+    // Waits for a reply, because the server may discard requests of a client that disconnects at
+    // once.
     (void)isMapped(connection.get(), message.window);
 }
 
@@ -111,7 +112,7 @@ QImage windowPicture(const QString &title)
         xcb_get_image_reply(connection.get(), cookie, nullptr));
     if (!image)
         return {};
-    // Four bytes a pixel, as on every screen of 24 bits.
+    // Four bytes per pixel, as on every screen with a depth of 24 bits.
     return QImage(xcb_get_image_data(image.get()), size->width, size->height, QImage::Format_RGB32)
         .copy();
 }

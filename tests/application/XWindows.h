@@ -8,13 +8,14 @@
 
 namespace tidewick {
 
-/// Whether a window of that title is to be seen on the X server that the environment names.
+/// Whether a window with this title is visible on the X server that the environment points to.
 bool isWindowShown(const QString &title);
 
-/// Asks the program whose window it is to close it, as a window manager does.
+/// Asks the program that owns the window to close it, as a window manager does.
 void closeWindow(const QString &title);
 
-/// What that window shows, while it is whole on the screen and nothing covers it; null without it.
+/// The window's contents, provided that it is entirely on the screen and not covered; a null image
+/// if there is no such window.
 QImage windowPicture(const QString &title);
 
 } // namespace tidewick

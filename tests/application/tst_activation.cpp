@@ -12,7 +12,8 @@
 
 using namespace tidewick;
 
-/// The application started by the session bus, as a desktop entry that is activatable asks for.
+/// Tests the application when the session bus starts it, as it does for an activatable desktop
+/// entry.
 class TestActivation : public QObject
 {
     Q_OBJECT
@@ -21,8 +22,8 @@ private slots:
     void initTestCase();
     void cleanup();
 
-    void comesForwardInATrayThatComes();
-    void comesForwardWithoutATray();
+    void opensTheLedgerOnceATrayAppears();
+    void opensThePanelWithoutATray();
     void startsWithAnAction();
     void quitsAtOnce();
 
@@ -40,7 +41,7 @@ const QString name = QStringLiteral("org.tidewick.Tidewick");
 
 } // namespace
 
-/// The installed service file, for the program of this test.
+/// Installs the service file, adapted to the program of this test.
 void TestActivation::initTestCase()
 {
     QByteArray service =
@@ -79,8 +80,8 @@ bool TestActivation::quits(const SessionBus &bus)
            && waitUntil([&] { return !runs(bus); });
 }
 
-/// A desktop starts its programs before all of its tray is there.
-void TestActivation::comesForwardInATrayThatComes()
+/// A desktop may start applications before its tray is complete.
+void TestActivation::opensTheLedgerOnceATrayAppears()
 {
     const XServer display;
     const SessionBus bus;
@@ -92,7 +93,7 @@ void TestActivation::comesForwardInATrayThatComes()
     QVERIFY(quits(bus));
 }
 
-void TestActivation::comesForwardWithoutATray()
+void TestActivation::opensThePanelWithoutATray()
 {
     const XServer display;
     const SessionBus bus;

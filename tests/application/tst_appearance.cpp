@@ -19,7 +19,7 @@ namespace {
 constexpr const char *group = "org.freedesktop.appearance";
 constexpr const char *key = "color-scheme";
 
-/// Settings by group and key.
+/// The settings by group and key.
 using Settings = QMap<std::pair<QString, QString>, QVariant>;
 
 Settings schemeOf(uint scheme)
@@ -29,7 +29,7 @@ Settings schemeOf(uint scheme)
 
 } // namespace
 
-/// The desktop's settings portal.
+/// A stand-in for the desktop's settings portal.
 class Portal final : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -48,7 +48,7 @@ public:
         m_bus.unregisterObject(QStringLiteral("/org/freedesktop/portal/desktop"));
     }
 
-    /// Everything that counts has been asked for.
+    /// Whether all relevant settings have been requested.
     bool isAsked() const { return m_asked.size() == 4; }
 
     void change(const QString &itsGroup, const QString &itsKey, const QVariant &value)
@@ -75,7 +75,7 @@ private:
     QSet<std::pair<QString, QString>> m_asked;
 };
 
-/// Light or dark, moving or still, as the desktop says.
+/// Tests that colors and motion follow the desktop's settings.
 class TestAppearance : public QObject
 {
     Q_OBJECT
@@ -91,11 +91,11 @@ private slots:
     void followsThePortal();
     void followsThePaletteWithoutAPortal();
 
-    void isStillAsThePortalSays_data();
-    void isStillAsThePortalSays();
-    void stillnessFollowsThePortal_data();
-    void stillnessFollowsThePortal();
-    void movesWithoutAPortal();
+    void startsWithReducedMotionAsThePortalSays_data();
+    void startsWithReducedMotionAsThePortalSays();
+    void reducedMotionFollowsThePortal_data();
+    void reducedMotionFollowsThePortal();
+    void animatesWithoutAPortal();
 
 private:
     SessionBus &m_bus;
@@ -110,7 +110,7 @@ void TestAppearance::startsAsThePortalSays_data()
     QTest::newRow("light") << 2U << true << false;
     QTest::newRow("no preference, light palette") << 0U << false << false;
     QTest::newRow("no preference, dark palette") << 0U << true << true;
-    QTest::newRow("a value to come") << 7U << false << false;
+    QTest::newRow("unknown value") << 7U << false << false;
 }
 
 void TestAppearance::startsAsThePortalSays()
@@ -129,8 +129,7 @@ void TestAppearance::followsThePortal()
     Portal portal(m_bus.connection(), schemeOf(2));
     const Appearance appearance;
     QSignalSpy changes(&appearance, &Appearance::changed);
-    QVERIFY(
-        waitUntil([&] { return portal.isAsked(); })); // what it says next comes after the answer
+    QVERIFY(waitUntil([&] { return portal.isAsked(); })); // its next signal comes after the reply
     portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 1U);
     QVERIFY(waitUntil([&] { return appearance.isDark(); }));
     portal.change(QString::fromLatin1(group), QStringLiteral("accent-color"), 0U);
@@ -149,7 +148,7 @@ void TestAppearance::followsThePaletteWithoutAPortal()
     QVERIFY(appearance.isDark());
 }
 
-void TestAppearance::isStillAsThePortalSays_data()
+void TestAppearance::startsWithReducedMotionAsThePortalSays_data()
 {
     QTest::addColumn<QString>("itsGroup");
     QTest::addColumn<QString>("itsKey");
@@ -163,7 +162,7 @@ void TestAppearance::isStillAsThePortalSays_data()
     const char *motion = "reduced-motion";
     row("less motion", group, motion, 1U, true);
     row("no preference", group, motion, 0U, false);
-    row("a value to come", group, motion, 7U, false);
+    row("unknown value", group, motion, 7U, false);
     const char *gnome = "org.gnome.desktop.interface";
     row("GNOME, no animations", gnome, "enable-animations", false, true);
     row("GNOME, animations", gnome, "enable-animations", true, false);
@@ -174,31 +173,31 @@ void TestAppearance::isStillAsThePortalSays_data()
     row("KDE, instantly, as a number", kde, factor, 0.0, true);
     row("KDE, half as long", kde, factor, QStringLiteral("0.5"), false);
     row("KDE, as usual", kde, factor, 1.0, false);
-    row("KDE, no number", kde, factor, QStringLiteral("slow"), false);
-    row("KDE, nothing", kde, factor, QString(), false);
-    row("another group's", "org.gnome.desktop.sound", "enable-animations", false, false);
+    row("KDE, not a number", kde, factor, QStringLiteral("slow"), false);
+    row("KDE, empty", kde, factor, QString(), false);
+    row("another group", "org.gnome.desktop.sound", "enable-animations", false, false);
 }
 
-void TestAppearance::isStillAsThePortalSays()
+void TestAppearance::startsWithReducedMotionAsThePortalSays()
 {
     QFETCH(QString, itsGroup);
     QFETCH(QString, itsKey);
     QFETCH(QVariant, value);
     QFETCH(bool, expected);
-    // The scheme's answer comes first, the others right after it.
+    // The reply for the color scheme comes first, the others right after it.
     Settings settings = schemeOf(1);
     settings[{itsGroup, itsKey}] = value;
     Portal portal(m_bus.connection(), settings);
     const Appearance appearance;
     QVERIFY(waitUntil([&] { return appearance.isDark() && portal.isAsked(); }));
     QVERIFY(waitUntil([&] { return appearance.isStill() == expected; }));
-    // What it says next comes after the answers.
+    // The next signal comes after the replies.
     portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 2U);
     QVERIFY(waitUntil([&] { return !appearance.isDark(); }));
     QCOMPARE(appearance.isStill(), expected);
 }
 
-void TestAppearance::stillnessFollowsThePortal_data()
+void TestAppearance::reducedMotionFollowsThePortal_data()
 {
     QTest::addColumn<QString>("itsGroup");
     QTest::addColumn<QString>("itsKey");
@@ -215,7 +214,7 @@ void TestAppearance::stillnessFollowsThePortal_data()
         QStringLiteral("1"));
 }
 
-void TestAppearance::stillnessFollowsThePortal()
+void TestAppearance::reducedMotionFollowsThePortal()
 {
     QFETCH(QString, itsGroup);
     QFETCH(QString, itsKey);
@@ -236,7 +235,7 @@ void TestAppearance::stillnessFollowsThePortal()
     QVERIFY(!appearance.isDark());
 }
 
-void TestAppearance::movesWithoutAPortal()
+void TestAppearance::animatesWithoutAPortal()
 {
     Appearance appearance;
     appearance.paletteChanged();

@@ -11,8 +11,7 @@
 using namespace tidewick;
 namespace fs = std::filesystem;
 
-/// Places and machines that are not as they should be: the user gets a clear word, and nothing is
-/// lost.
+/// Tests unsuitable folders and machines: the user gets a clear message, and no data is lost.
 class TestBadSurroundings : public QObject
 {
     Q_OBJECT
@@ -30,7 +29,7 @@ private slots:
 private:
     std::unique_ptr<LaunchedApplication> launch(const fs::path &dataHome,
                                                 ProcessEnvironment variables = {});
-    /// Waits for the menu's title and gives the line below it.
+    /// Waits for this title in the menu and returns the line below it.
     QString detailUnder(const QString &title);
 
     TestBundle m_bundle;
@@ -95,7 +94,7 @@ void TestBadSurroundings::strangePaths()
     QVERIFY(application->endsWell(SIGTERM));
 }
 
-/// A node would take the rest of such a path for a comment, and keep its store elsewhere.
+/// A node would treat the rest of such a path as a comment and keep its store elsewhere.
 void TestBadSurroundings::pathThatTheNodeMisreads()
 {
     const fs::path home = m_folder.path() / "number #1";
@@ -116,7 +115,7 @@ void TestBadSurroundings::fileInPlaceOfTheFolder()
     writeFile(home / "Tidewick", "precious");
     const auto application = launch(home);
     QVERIFY(!detailUnder(QStringLiteral("Error")).isEmpty());
-    const QString text = m_reader->toolTip(); // the menu's row has no room for all of it
+    const QString text = m_reader->toolTip(); // the menu row elides it
     QVERIFY2(text.contains(QLatin1String("Could not start the node: ")), qPrintable(text));
     QVERIFY2(text.endsWith(QLatin1String("Not a directory")), qPrintable(text));
     QCOMPARE(contentOf(home / "Tidewick"), "precious");

@@ -14,7 +14,7 @@
 
 using namespace tidewick;
 
-/// The application as a process: launched, launched again, told to end.
+/// Tests the application as a process: launched, launched again, and terminated.
 class TestLifecycle : public QObject
 {
     Q_OBJECT
@@ -27,14 +27,14 @@ private slots:
     void endsWithoutANode();
     void secondSignalChangesNothing();
     void quitsFromTheMenu();
-    void killedItLeavesNoNode();
-    void killedWhileStoppingItTellsNobodyTwice();
+    void leavesNoNodeWhenKilled();
+    void nodeFinishesWhenKilledWhileStopping();
     void launchWhileQuitting();
 
     void secondLaunchOpensTheLedger();
     void secondLaunchOpensThePanelWithoutATray();
     void secondLaunchWithoutABus();
-    void secondLaunchOfOneThatHangs();
+    void secondLaunchWhileTheFirstHangs();
     void desktopActions();
 
     void panelWithoutATray();
@@ -137,7 +137,7 @@ void TestLifecycle::quitsFromTheMenu()
     QCOMPARE(LaunchedApplication::noted("RPCHandler:NFO stop"), 1);
 }
 
-void TestLifecycle::killedItLeavesNoNode()
+void TestLifecycle::leavesNoNodeWhenKilled()
 {
     const SessionBus bus;
     const XServer display;
@@ -147,7 +147,7 @@ void TestLifecycle::killedItLeavesNoNode()
     application->process().send(SIGKILL);
     QVERIFY(application->process().waitForEnd());
     QVERIFY(waitUntil([&] { return !runs(node); }));
-    // Told once, so that it closes its store: a second signal would be the end of it.
+    // Signalled only once, so that the node closes its store: a second signal would end it at once.
     QVERIFY2(LaunchedApplication::debugLog().contains("Done."), LaunchedApplication::debugLog());
     QCOMPARE(LaunchedApplication::noted("signal 15"), 1);
 }
@@ -200,7 +200,7 @@ void TestLifecycle::secondLaunchWithoutABus()
     QVERIFY(first->endsWell(SIGTERM));
 }
 
-void TestLifecycle::secondLaunchOfOneThatHangs()
+void TestLifecycle::secondLaunchWhileTheFirstHangs()
 {
     const SessionBus bus;
     const XServer display;
@@ -254,7 +254,7 @@ void TestLifecycle::panelWithoutATray()
     QVERIFY(application->endsWell(SIGTERM));
 }
 
-void TestLifecycle::killedWhileStoppingItTellsNobodyTwice()
+void TestLifecycle::nodeFinishesWhenKilledWhileStopping()
 {
     const SessionBus bus;
     const XServer display;

@@ -12,7 +12,7 @@
 
 using namespace tidewick;
 
-/// Who is told of what: a notification when the node stops on its own, and then only.
+/// Tests that a notification appears when the node stops on its own, and only then.
 class TestNotifications : public QObject
 {
     Q_OBJECT
@@ -24,9 +24,9 @@ private slots:
     void unexpectedExit();
     void refusedStart();
     void quietExit();
-    void noneForWhatTheUserAskedFor();
-    void adviceIsToldOnce();
-    void adviceOnAnEndComesWithIt();
+    void noneForARequestedStop();
+    void adviceIsShownOnce();
+    void exitNotificationIncludesAdvice();
     void missingNodeOffersHelp();
 
 private:
@@ -83,7 +83,7 @@ void TestNotifications::refusedStart()
     QCOMPARE(m_service->calls.size(), 1);
 }
 
-/// Whatever the status, nobody asked for it.
+/// Even an exit with status 0 is unexpected if nobody asked for it.
 void TestNotifications::quietExit()
 {
     const auto application = launch("speed=50 state=full exit=0 after=2");
@@ -93,7 +93,7 @@ void TestNotifications::quietExit()
     QCOMPARE(m_service->calls.size(), 1);
 }
 
-void TestNotifications::noneForWhatTheUserAskedFor()
+void TestNotifications::noneForARequestedStop()
 {
     const DesktopPanel panel;
     TrayReader reader(m_bus->connection());
@@ -104,7 +104,7 @@ void TestNotifications::noneForWhatTheUserAskedFor()
     };
     QVERIFY(titleIs("Full"));
     QVERIFY(reader.click(QStringLiteral("Stop Node")));
-    // The menu is read after whatever was sent before it changed.
+    // The menu is read after any notification sent before the menu changed.
     QVERIFY(titleIs("Stopped"));
     QCOMPARE(m_service->asked, 0);
     QCOMPARE(m_service->calls.size(), 0);
@@ -112,7 +112,7 @@ void TestNotifications::noneForWhatTheUserAskedFor()
     QCOMPARE(m_service->calls.size(), 0);
 }
 
-void TestNotifications::adviceIsToldOnce()
+void TestNotifications::adviceIsShownOnce()
 {
     const DesktopPanel panel;
     TrayReader reader(m_bus->connection());
@@ -134,7 +134,7 @@ void TestNotifications::adviceIsToldOnce()
     QCOMPARE(m_service->calls.size(), 1);
 }
 
-void TestNotifications::adviceOnAnEndComesWithIt()
+void TestNotifications::exitNotificationIncludesAdvice()
 {
     std::filesystem::create_directories(applicationData() / "db");
     writeFile(applicationData() / "db" / "nudb.dat", "x");
@@ -148,7 +148,7 @@ void TestNotifications::adviceOnAnEndComesWithIt()
     QCOMPARE(m_service->calls.size(), 1);
 }
 
-/// The button opens the page with the program that the desktop has for such.
+/// The button opens the page with the program that the desktop uses for such files.
 void TestNotifications::missingNodeOffersHelp()
 {
     m_service->capabilities.append(QStringLiteral("actions"));
@@ -167,7 +167,7 @@ void TestNotifications::missingNodeOffersHelp()
     QVERIFY2(body(0).contains(QStringLiteral("Install the package “xrpld”")), qPrintable(body(0)));
     const QStringList actions = m_service->calls[0].at(5).toStringList();
     QCOMPARE(actions.value(1), QStringLiteral("How to Install…"));
-    // Chosen again and again until the application knows the notification's number.
+    // Repeated until the application knows the notification's id.
     QVERIFY(waitUntil([&] {
         m_service->choose(41, actions[0]);
         return std::filesystem::exists(opened) && !contentOf(opened).isEmpty();

@@ -15,7 +15,7 @@
 
 using namespace tidewick;
 
-/// The panel, on a desktop without a tray.
+/// Tests the panel on a desktop without a tray.
 class TestPanelFace : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ private slots:
     void followsTheNode();
     void opensTheLiveLedger();
     void advisesOnceOnGnome();
-    void advisesNobodyElse();
+    void noAdviceOnOtherDesktops();
 
 private:
     static NodePanel *panel();
@@ -98,7 +98,7 @@ void TestPanelFace::followsTheNode()
     QVERIFY(shows(QStringLiteral("Following mainnet")));
 }
 
-/// On the node's own stream.
+/// Uses the node's real stream.
 void TestPanelFace::opensTheLiveLedger()
 {
     m_faces->comeForward();
@@ -134,7 +134,7 @@ void TestPanelFace::advisesOnceOnGnome()
     QVERIFY(!shows(advice));
 }
 
-void TestPanelFace::advisesNobodyElse()
+void TestPanelFace::noAdviceOnOtherDesktops()
 {
     qputenv("XDG_CURRENT_DESKTOP", "XFCE");
     m_faces->comeForward();

@@ -10,7 +10,7 @@
 
 using namespace tidewick;
 
-/// The application as part of a desktop session, which is saved, is about to end, and ends.
+/// Tests the application as part of a desktop session that is saved, is about to end, and ends.
 class TestSession : public QObject
 {
     Q_OBJECT
@@ -18,13 +18,14 @@ class TestSession : public QObject
 private slots:
     void cleanup();
 
-    void goesOnWhenTheSessionIsSaved();
-    void goesOnWhenTheEndIsCalledOff();
+    void keepsRunningWhenTheSessionIsSaved();
+    void keepsRunningWhenLogoutIsCancelled();
     void stopsTheNodeWhenTheSessionEnds();
-    void endOfTheSessionWhileQuitting();
+    void sessionEndsWhileQuitting();
 
 private:
-    /// Lets it take part in the session, and come to know that its node answers.
+    /// Launches the application and waits until it has joined the session and knows that its node
+    /// answers.
     std::unique_ptr<LaunchedApplication> launch(const QByteArray &scenario = "state=full");
     bool saves(bool beforeTheEnd);
 
@@ -47,7 +48,7 @@ std::unique_ptr<LaunchedApplication> TestSession::launch(const QByteArray &scena
             return m_session.clients() == 1 && m_session.saved() > saved
                    && LaunchedApplication::noted("server_info") > 1;
         }))
-        qFatal("The application does not take part in the session");
+        qFatal("The application did not join the session");
     return application;
 }
 
@@ -58,8 +59,9 @@ bool TestSession::saves(bool beforeTheEnd)
     return waitUntil([&] { return m_session.saved() > saved; });
 }
 
-/// Everything is stored as soon as it is chosen, so there is nothing to save, and no reason to end.
-void TestSession::goesOnWhenTheSessionIsSaved()
+/// Settings are stored as soon as they are chosen, so there is nothing to save and no reason to
+/// exit.
+void TestSession::keepsRunningWhenTheSessionIsSaved()
 {
     const auto application = launch();
     const auto node = application->node();
@@ -72,7 +74,7 @@ void TestSession::goesOnWhenTheSessionIsSaved()
     QVERIFY(application->endsWell(SIGTERM));
 }
 
-void TestSession::goesOnWhenTheEndIsCalledOff()
+void TestSession::keepsRunningWhenLogoutIsCancelled()
 {
     const auto application = launch();
     const auto node = application->node();
@@ -98,7 +100,7 @@ void TestSession::stopsTheNodeWhenTheSessionEnds()
     QVERIFY(LaunchedApplication::debugLog().contains("Application:NFO Done."));
 }
 
-void TestSession::endOfTheSessionWhileQuitting()
+void TestSession::sessionEndsWhileQuitting()
 {
     const auto application = launch("state=full stop-delay=1");
     application->process().send(SIGTERM);

@@ -14,8 +14,8 @@
 using namespace tidewick;
 namespace fs = std::filesystem;
 
-/// The program with a stock node, on the store NuDB: one that answers as a real one was recorded
-/// to, or that goes through its states.
+/// Tests the program with a stock node that uses the NuDB store. The node either gives recorded
+/// answers of a real one or goes through its states.
 class TestStockNode : public QObject
 {
     Q_OBJECT
@@ -40,7 +40,7 @@ private:
 
 namespace {
 
-/// The lines of a section without its comments.
+/// The lines of a section, without comments.
 QByteArrayList section(const QByteArray &configuration, const QByteArray &name)
 {
     const qsizetype begin = configuration.indexOf("\n[" + name + "]\n") + name.size() + 4;
@@ -54,14 +54,14 @@ QByteArrayList section(const QByteArray &configuration, const QByteArray &name)
     return lines;
 }
 
-/// The section as it is for a data folder.
+/// The expected section for a data folder.
 QByteArrayList storeSection(const fs::path &data)
 {
     return {"type = NuDB", "path = " + QByteArray::fromStdString(data) + "/db/nudb",
             "online_delete = 1024", "advisory_delete = 0"};
 }
 
-/// The counts of one poll are shown before the next asks anything.
+/// The counts of one poll are shown before the next poll sends its first request.
 bool tookTheCounts()
 {
     return waitUntil([] {
@@ -99,7 +99,7 @@ void TestStockNode::rendersTheConfiguration()
     const fs::path file = folder.path() / "xrpld.cfg";
     QCOMPARE(outcome.output, QByteArray::fromStdString(file.string()) + '\n');
     QCOMPARE(section(contentOf(file), "node_db"), storeSection(folder.path()));
-    // What is asked for has to lie within what is kept.
+    // The requested history has to fit in the history that is kept.
     QCOMPARE(section(contentOf(file), "ledger_history"), QByteArrayList{"1024"});
 }
 
@@ -120,7 +120,7 @@ void TestStockNode::smokePasses()
     QVERIFY(contentOf(data / "debug.log").contains("RPCHandler:NFO stop"));
 }
 
-/// As a tray host gets it from the program.
+/// Reads the menu from the program as a tray host does.
 void TestStockNode::menuShowsTheRecordedAnswers()
 {
     const SessionBus bus;

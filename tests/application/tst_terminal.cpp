@@ -13,7 +13,7 @@
 
 using namespace tidewick;
 
-/// The application where there is no display.
+/// Tests the application without a display.
 class TestTerminal : public QObject
 {
     Q_OBJECT
@@ -26,10 +26,10 @@ private slots:
         Defaults::standard().remove(QStringLiteral("diskGuardFreeGB"));
     }
 
-    void printsWhatChanges();
+    void printsOnlyChanges();
     void printsTheWholeError();
-    void displayThatIsNotThere();
-    void secondLaunchIsTold();
+    void missingDisplay();
+    void secondLaunchReportsTheFirst();
     void quitsOverTheBus();
     void numbersDoNotFollowTheLocale();
 
@@ -46,7 +46,7 @@ void TestTerminal::init()
     m_runtime = std::make_unique<TemporaryFolder>();
 }
 
-/// Without a bus, unless the test has made one.
+/// Launches without a bus, unless the test has created one.
 std::unique_ptr<LaunchedApplication> TestTerminal::launch(const QByteArray &scenario,
                                                           ProcessEnvironment variables)
 {
@@ -56,7 +56,7 @@ std::unique_ptr<LaunchedApplication> TestTerminal::launch(const QByteArray &scen
     return std::make_unique<LaunchedApplication>(m_bundle, scenario, variables);
 }
 
-void TestTerminal::printsWhatChanges()
+void TestTerminal::printsOnlyChanges()
 {
     const auto application = launch("speed=50");
     QVERIFY(waitUntil([&] { return application->output().contains("Full · Following mainnet"); }));
@@ -78,7 +78,7 @@ void TestTerminal::printsTheWholeError()
     QVERIFY(application->endsWell(SIGINT));
 }
 
-void TestTerminal::displayThatIsNotThere()
+void TestTerminal::missingDisplay()
 {
     const auto application =
         std::make_unique<LaunchedApplication>(m_bundle, "speed=50 state=full",
@@ -91,7 +91,7 @@ void TestTerminal::displayThatIsNotThere()
     QVERIFY(application->endsWell(SIGTERM));
 }
 
-void TestTerminal::secondLaunchIsTold()
+void TestTerminal::secondLaunchReportsTheFirst()
 {
     const SessionBus bus;
     const auto first = launch("listen=no");

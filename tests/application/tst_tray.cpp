@@ -16,7 +16,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// The tray item as a real tray host gets it, over the bus.
+/// Tests the tray item as a real tray host sees it over the bus.
 class TestTray : public QObject
 {
     Q_OBJECT
@@ -31,11 +31,11 @@ private slots:
     void registersWithAName();
     void menuFollowsThePhases();
     void clicksAreCommands();
-    void textsAreShownAsTheyAre();
+    void textsAreShownVerbatim();
     void longRowsAreElided();
-    void pollsUpdateNoLayout();
+    void pollsDoNotUpdateTheLayout();
     void iconFollowsThePhase();
-    void hostThatComesLater();
+    void hostAppearsLater();
 
 private:
     bool isShown();
@@ -116,7 +116,7 @@ void TestTray::menuFollowsThePhases()
     }
     m_rig->node().stop();
     QVERIFY(menuIsCurrent());
-    ::kill(m_rig->lastChild(), SIGTERM); // which the scripted node does not do by itself
+    ::kill(m_rig->lastChild(), SIGTERM); // the scripted node does not exit on its own
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
     QVERIFY(menuIsCurrent());
     QCOMPARE(phases, (QList<Phase>{Phase::Starting, Phase::Bootstrapping, Phase::Connecting,
@@ -137,7 +137,7 @@ void TestTray::clicksAreCommands()
     QVERIFY(waitUntil([&] { return quits.size() == 1; }));
 }
 
-void TestTray::textsAreShownAsTheyAre()
+void TestTray::textsAreShownVerbatim()
 {
     for (const char *text : {"R&D", "a & b & c", "a&", "&a", "a_b", "_a__b_", "a_&_b", "<b>x</b>",
                              "100 %1 %s", "&&", "__"}) {
@@ -145,7 +145,7 @@ void TestTray::textsAreShownAsTheyAre()
         m_rig->node().start();
         QVERIFY(menuIsCurrent());
     }
-    // What breaks lines or turns the text around does not reach the menu.
+    // Line breaks and characters that change the text direction do not reach the menu.
     m_rig->node().setStartBlocked(QStringLiteral("one\ntwo\u202e"));
     m_rig->node().start();
     QVERIFY(waitUntil([&] { return m_reader->menu().at(1).text == QLatin1String("one two"); }));
@@ -159,8 +159,8 @@ void TestTray::longRowsAreElided()
         [&] { return m_reader->menu().at(1).text == QString(119, u'x') + QStringLiteral("…"); }));
 }
 
-/// Figures that change with every poll are news about rows, not a new menu.
-void TestTray::pollsUpdateNoLayout()
+/// Values that change with every poll update rows, not the menu's layout.
+void TestTray::pollsDoNotUpdateTheLayout()
 {
     m_rig->setScenario("speed=50 state=full maintenance=waiting");
     m_rig->node().start();
@@ -186,7 +186,7 @@ void TestTray::pollsUpdateNoLayout()
 void TestTray::iconFollowsThePhase()
 {
     const QList<QImage> stopped = m_reader->icon();
-    QVERIFY(stopped.size() >= 3); // for panels of several heights
+    QVERIFY(stopped.size() >= 3); // for panels of different heights
     for (const QImage &image : stopped)
         QVERIFY(image != QImage(image.size(), image.format()));
     m_rig->node().start();
@@ -197,7 +197,7 @@ void TestTray::iconFollowsThePhase()
     QVERIFY(waitUntil([&] { return m_reader->icon() == stopped; }));
 }
 
-void TestTray::hostThatComesLater()
+void TestTray::hostAppearsLater()
 {
     m_panel.reset();
     QVERIFY(waitUntil([this] { return !m_reader->findItem(); }));
