@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr quint32 oldLedger = 1'000'000;
-/// A choice of the user's, and an odd one, that nothing else would come to.
+/// A setting chosen by the user, with an unusual value that nothing else would produce.
 constexpr const char *settingName = "roundGrowthMiB";
 constexpr qint64 settingValue = 1537;
 
@@ -74,7 +74,7 @@ FaultRun::~FaultRun()
 
 QByteArray FaultRun::scenarioWith(const QByteArray &more)
 {
-    // A rebuild of the store would leave out the ledger that was there before.
+    // Rebuilding the store would drop the ledger that it contained before.
     return "speed=50 ledger-interval=200 maintenance=waiting " + more;
 }
 
@@ -152,7 +152,8 @@ void FaultRun::expectNothingLeft(const std::set<pid_t> &helpers)
         for (const pid_t process : offspringOf(::getpid())) {
             if (m_tolerated.contains(process) || helpers.contains(process))
                 continue;
-            // Orphans become children of this process, which knows of no other that has ended.
+            // Orphans become children of this process, which does not learn of their end in any
+            // other way.
             if (runs(process))
                 processes.push_back(process);
         }

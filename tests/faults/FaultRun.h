@@ -16,11 +16,12 @@
 
 namespace tidewick {
 
-/// How long a node may be there after its program was killed. A sanitizer makes both slow.
+/// How long a node may outlive its killed program. A sanitizer slows both down.
 constexpr std::chrono::milliseconds aloneLimit(PeakMemory::hasSanitizer ? 30'000 : 5'000);
 
-/// The trial of one fault, in a process of its own: what it runs is this process's offspring,
-/// orphans included. It begins with a choice in the settings and a ledger in the node's store.
+/// The trial of one fault, in a separate process: everything it runs, including orphans, is a
+/// descendant of this process. It begins with one changed setting and one ledger in the node's
+/// store.
 ///
 /// A trial for the whole program reads:
 ///
@@ -29,13 +30,13 @@ constexpr std::chrono::milliseconds aloneLimit(PeakMemory::hasSanitizer ? 30'000
 ///     run.expect(application.reaches(Phase::Error), "Error");
 ///     run.saw(application.lastLine());
 ///
-/// It may make a SessionBus, an XServer, a DesktopPanel first, a NodeRig where only its clocks can
-/// show the fault, and has to undo what a person would have to undo, such as a full disk.
+/// A trial may first create a SessionBus, an XServer or a DesktopPanel, or a NodeRig if only fake
+/// clocks can show the fault. It has to undo what a user would have to undo, such as a full disk.
 ///
-/// conclude() then checks what holds after every fault: each application that still runs ends with
-/// status 0 when it is told to (a stop is always answered); none was in a wrong phase for longer
-/// than one poll, or left a zombie; no process is left; settings, store and configuration are there
-/// and can be read; the application, launched anew, has its node in sync without any hand.
+/// Afterwards conclude() checks the invariants: every application still running exits with status 0
+/// when asked to (a stop is always answered); none showed a wrong phase for longer than one poll or
+/// left a zombie; no process is left over; settings, store and configuration exist and can be read;
+/// and a newly launched application brings its node in sync without help.
 class FaultRun
 {
 public:
@@ -46,53 +47,53 @@ public:
 
     const TestBundle &bundle() const { return m_bundle; }
 
-    /// The scenario of a node that runs at fifty times speed, writes little and never rebuilds its
-    /// store, if what is added says nothing else.
+    /// The scenario of a node that runs at fifty times normal speed, writes little and never
+    /// rebuilds its store, unless the appended settings override this.
     static QByteArray scenarioWith(const QByteArray &more);
 
-    /// The application where there is no display, its phase watched. The scenario is what is added
-    /// for its node. Without a bus, unless the trial has made one.
+    /// Launches the application without a display and watches its phase. `scenario` is appended to
+    /// the scenario of its node. There is no bus unless the trial has created one.
     WatchedApplication &launch(const QByteArray &scenario,
                                const ProcessEnvironment &variables = {});
 
-    /// The same, its node in sync by then.
+    /// Like launch(), but waits until the node is in sync.
     WatchedApplication &launchInFull(const QByteArray &scenario = {});
 
-    /// The application on the XServer of the trial, where its phase is not watched.
+    /// Launches the application on the trial's XServer, without watching its phase.
     WatchedApplication &launchOnDesktop(const QByteArray &scenario,
                                         const ProcessEnvironment &variables = {});
 
-    /// Runs "--smoke" to its end.
+    /// Runs "--smoke" until it exits.
     Outcome smoke(const QByteArray &scenario, const ProcessEnvironment &variables = {});
 
-    /// Notes what has happened, for the row.
+    /// Records an observation for the row.
     void saw(const QByteArray &what) { m_seen += what; }
-    /// Notes what should have happened if it has not, and answers whether it has.
+    /// Records the expectation as missed if it does not hold. Returns whether it holds.
     bool expect(bool holds, const QByteArray &what);
-    /// Expects that the node notes an event in its own log, for which it waits.
+    /// Waits for an event in the node's debug log, and expects it to appear.
     bool expectNoted(const QByteArray &event);
-    /// Expects that the node is asked so many times more.
+    /// Expects the node to be polled this many more times.
     bool expectPolls(qsizetype times = 2);
-    /// The fault cannot be brought about on this machine; the row then has no verdict.
+    /// Records that the fault cannot be produced on this machine; the row then has no verdict.
     void skip(const QByteArray &why) { m_skipped = why; }
 
-    /// A process that is to be left at the end, such as a grandchild. It is killed then.
+    /// Permits a process, such as a grandchild, to be left at the end. It is then killed.
     void tolerate(pid_t process) { m_tolerated.insert(process); }
 
-    /// Waits until none of the offspring is left but those tolerated and the bare helpers of the
-    /// trial that still are to end with their objects.
+    /// Waits until no descendants are left except the tolerated ones and those helpers of the trial
+    /// that end with their objects.
     void expectNothingLeft(const std::set<pid_t> &helpers = {});
 
-    /// There is nothing to start anew, as in a trial of parts of the program.
+    /// Skips the start after the trial, for trials that use only parts of the program.
     void withoutNextStart() { m_startsAnew = false; }
 
     void conclude();
 
     bool holds() const { return m_missed.isEmpty(); }
     bool isSkipped() const { return !m_skipped.isEmpty(); }
-    /// What was seen, or what should have been, for the row.
+    /// The observations and the missed expectations, for the row.
     QByteArray report() const;
-    /// The transcripts of what ran, for who looks into a failure.
+    /// The output of everything that ran, for investigating a failure.
     QByteArray details();
 
 private:
@@ -112,7 +113,7 @@ private:
     QByteArray m_skipped;
 };
 
-/// Everything below a process, and what it has become an ancestor of by others' ends.
+/// All descendants of a process, including orphans that it has adopted.
 std::set<pid_t> offspringOf(pid_t process);
 
 } // namespace tidewick

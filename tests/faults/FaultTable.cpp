@@ -25,22 +25,22 @@ namespace tidewick {
 
 namespace {
 
-/// How the process of one row ends.
+/// The exit status of a row's process.
 enum Verdict { Holds = 0, Failed = 1, Skipped = 77 };
 
 constexpr const char *rowArgument = "--row";
-/// A row that takes so long has failed, whatever the machine has to do.
+/// A row that takes this long has failed, however slow the machine.
 constexpr unsigned rowSeconds = 300;
 constexpr unsigned longRowSeconds = 900;
-/// Most of a row's time is spent waiting, but not where a sanitizer makes all of it slow.
+/// A row spends most of its time waiting, unless a sanitizer slows everything down.
 constexpr std::size_t rowsPerCore = PeakMemory::hasSanitizer ? 3 : 8;
 
-/// The process of one row.
+/// Runs one row, in its own process.
 int tryRow(const Fault &fault, int &argc, char **argv)
 {
     enterPrivateLoopback();
     ::alarm(fault.isLong ? longRowSeconds : rowSeconds);
-    // Orphans become children of this process, where they can be counted.
+    // Orphans become children of this process, so that they can be counted.
     ::prctl(PR_SET_CHILD_SUBREAPER, 1);
     const TestHome home;
     const QCoreApplication application(argc, argv);
@@ -64,13 +64,13 @@ QByteArray cell(QByteArray text)
     return text.replace('|', '/').replace('\n', ' ').trimmed();
 }
 
-/// One row under way, as the group sees it.
+/// A running row, as seen by the group.
 class Row
 {
 public:
     Row(const Fault &fault, std::size_t number) : m_fault(fault)
     {
-        // A group that is ended takes its rows with it.
+        // If the group is killed, its rows are killed too.
         m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
         m_process.start(QCoreApplication::applicationFilePath(),
                         {QString::fromLatin1(rowArgument), QString::number(number)},
@@ -81,7 +81,7 @@ public:
 
     bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
 
-    /// Prints the row of the table; false when it does not hold.
+    /// Prints the row of the table. Returns false if the row failed.
     bool print(const char *group)
     {
         const bool ended = m_process.exitStatus() == QProcess::NormalExit;
@@ -117,7 +117,7 @@ std::deque<std::size_t> chosen(const std::vector<Fault> &faults, bool withLong,
     return numbers;
 }
 
-/// Tries the rows, some side by side, and prints them in their order.
+/// Runs the rows, several at a time, and prints them in order.
 bool tryAll(const char *group, const std::vector<Fault> &faults, std::deque<std::size_t> waiting)
 {
     const auto most = rowsPerCore * static_cast<std::size_t>(QThread::idealThreadCount());

@@ -81,7 +81,7 @@ std::chrono::milliseconds LiveDesktop::workSoFar()
 std::chrono::milliseconds LiveDesktop::secondOfWork()
 {
     const auto before = workSoFar();
-    QTest::qWait(1000); // what is measured over: there is nothing to wait for
+    QTest::qWait(1000); // the measuring interval; there is no event to wait for
     return workSoFar() - before;
 }
 

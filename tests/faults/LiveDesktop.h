@@ -12,34 +12,35 @@
 
 namespace tidewick {
 
-/// The application on a desktop with a tray, its ledger window open, for trials of the stream. What
-/// it shows and does is looked at from outside.
+/// The application on a desktop with a tray and with its ledger window open, for trials of the
+/// stream. It is observed from outside.
 class LiveDesktop
 {
 public:
     explicit LiveDesktop(FaultRun &run);
 
-    /// Launches it and opens its ledger window once the node is full. False, noted in the run, when
-    /// that does not come to be.
+    /// Launches the application and opens its ledger window once the node is full. On failure
+    /// records it in the run and returns false.
     bool open(const QByteArray &scenario);
 
-    /// The phase in the tray's menu; empty when the menu does not answer.
+    /// The phase shown in the tray's menu; empty if the menu does not answer.
     QString phase();
 
-    /// Whether a second launch is answered.
+    /// Whether the application answers a second launch.
     bool answersALaunch();
 
-    /// How much there is to see in the ledger window: places in a thousand where the colour
-    /// changes. Without bars and rows they are few.
+    /// How much the ledger window displays: the number of color changes per thousand pixels.
+    /// Without bars and rows it is low.
     static int detail();
 
-    /// The largest it ever was, in MiB.
+    /// The peak memory use of the application, in MiB.
     double peakMemory();
 
-    /// Processor time that it takes within a second from now.
+    /// The processor time that the application uses within the next second.
     std::chrono::milliseconds secondOfWork();
 
-    /// Tells it to end, before the desktop goes; false when it does not end with 0.
+    /// Ends the application before the desktop goes away. Returns false if it does not exit with
+    /// status 0.
     bool endsWell() { return m_application->endsWell(); }
 
 private:

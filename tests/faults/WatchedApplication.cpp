@@ -45,7 +45,7 @@ bool hasZombie(pid_t parent)
     std::ifstream children("/proc/" + task + "/task/" + task + "/children");
     pid_t child = 0;
     while (children >> child) {
-        // It may have been collected meanwhile, and then is no zombie.
+        // If it has been reaped in the meantime, it is not a zombie.
         if (!runs(child) && std::filesystem::exists("/proc/" + std::to_string(child)))
             return true;
     }
@@ -143,7 +143,7 @@ void WatchedApplication::judge(const char *what, bool isWrong)
         m_wrongs += what;
 }
 
-/// Stands still while the application is kept waiting for a processor.
+/// A clock that does not advance while the application is waiting for a processor.
 std::chrono::nanoseconds WatchedApplication::ownTime()
 {
     return std::chrono::steady_clock::now().time_since_epoch() - keptWaiting(id());

@@ -16,14 +16,15 @@
 
 namespace tidewick {
 
-/// The application under a fault. While the event loop turns, what it tells of its phase is held
-/// against what is so: whether its node runs, and whether it was told to end. It may be wrong for
-/// the time of one poll, in which what others on this machine took of the processors from it does
-/// not count.
+/// The application under a fault. While the event loop runs, the phase it reports is compared with
+/// the facts: whether its node is running, and whether it was asked to exit. It may be wrong for
+/// the duration of one poll, not counting time during which other processes kept it off the
+/// processors.
 class WatchedApplication
 {
 public:
-    /// One on a terminal tells its phase; of another only the children are watched.
+    /// With `tellsPhase`, the application runs on a terminal and reports its phase there; otherwise
+    /// only its children are watched.
     WatchedApplication(const TestBundle &bundle, const QByteArray &scenario,
                        const ProcessEnvironment &variables, bool tellsPhase);
 
@@ -32,25 +33,26 @@ public:
     std::optional<pid_t> node() const { return m_application.node(); }
     pid_t id() { return process().id(); }
 
-    /// The phase it told last; nothing before the first.
+    /// The last reported phase, or nothing before the first report.
     std::optional<Phase> phase() const { return m_phase; }
-    /// The line it told that phase in.
+    /// The line in which that phase was reported.
     QByteArray lastLine() const { return m_line; }
 
-    /// Waits until it is in this phase.
+    /// Waits until the application is in this phase.
     [[nodiscard]] bool reaches(Phase phase);
-    /// Whether it stays in this phase for so long.
+    /// Whether the application stays in this phase for this long.
     [[nodiscard]] bool stays(Phase phase, std::chrono::milliseconds time);
-    /// Waits for what its node notes in its own log.
+    /// Waits until the node has logged this event in its debug log.
     [[nodiscard]] static bool waitForNote(const QByteArray &event, qsizetype times = 1);
 
-    /// Sends it a signal. Those that tell it to end are known to do so.
+    /// Sends a signal to the application, noting whether it asks the application to exit.
     void send(int signalNumber);
-    /// Tells it to end; false when it does not end with 0, having told that its node has ended.
+    /// Asks the application to exit. Returns false if it does not exit with status 0 or if the last
+    /// phase it reported still has a node.
     bool endsWell(int signalNumber = SIGTERM);
     bool hasEnded() { return process().ending().has_value(); }
 
-    /// What was wrong for longer than the program may take to notice.
+    /// The states that were wrong for longer than the program may take to notice.
     const QByteArrayList &wrongs() const { return m_wrongs; }
 
 private:
@@ -66,7 +68,7 @@ private:
     qsizetype m_read = 0;
     std::optional<Phase> m_phase;
     QByteArray m_line;
-    /// Since when something is wrong, in its own time.
+    /// When each wrong state began, by ownTime().
     std::map<const char *, std::chrono::nanoseconds> m_wrongSince;
     QByteArrayList m_wrongs;
 };

@@ -16,13 +16,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A trouble that the node reports, and a part of the advice that it leads to.
+/// A problem that the node reports, and part of the advice that results from it.
 struct Trouble
 {
     QByteArray what;
     QByteArray scenario;
     QByteArray advice;
-    /// Minutes of real time go by before it is one.
+    /// It becomes a problem only after minutes of real time.
     bool isLong = false;
 };
 
@@ -44,7 +44,7 @@ const std::vector<Trouble> troubles{
      "has reached no other node for 5 minutes", true},
 };
 
-/// Waits until the line told last has this text in it, or has it no longer.
+/// Waits until the last line of output contains this text, or no longer contains it.
 bool tells(WatchedApplication &application, const QByteArray &text, bool wanted = true,
            std::chrono::milliseconds limit = 1min)
 {

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Where the program is when the fault comes.
+/// The state of the program when the fault occurs.
 struct Moment
 {
     QByteArray name;
@@ -36,7 +36,7 @@ const std::vector<Moment> moments{
 WatchedApplication &launchInto(FaultRun &run, const Moment &moment)
 {
     WatchedApplication &application = run.launch(moment.scenario);
-    // Before that, the node would die of the signal that stops it.
+    // Before that, the signal that stops the node would kill it.
     if (moment.phase != Phase::Error)
         run.expectNoted("Application starting");
     if (moment.phase == Phase::Stopping) {
@@ -48,7 +48,7 @@ WatchedApplication &launchInto(FaultRun &run, const Moment &moment)
     return application;
 }
 
-/// What its node went through if there was one that was to close its store.
+/// Expects the node, if there was one that had to close its store, to have closed it.
 void expectNodeClosed(FaultRun &run, const Moment &moment)
 {
     if (moment.phase == Phase::Error)
@@ -65,7 +65,7 @@ void isToldToEnd(FaultRun &run, const Moment &moment, int signalNumber)
     run.saw(application.lastLine());
 }
 
-/// From the end of the program to that of its node.
+/// Expects the node to end soon after the program.
 void expectNodeGone(FaultRun &run, pid_t node)
 {
     QElapsedTimer timer;
@@ -93,13 +93,14 @@ void isLaunchedAgain(FaultRun &run, const Moment &moment)
     const SessionBus bus;
     WatchedApplication &first = launchInto(run, moment);
     const auto node = first.node();
-    // However long the second takes, the first is where it was.
+    // Halts the node, so that the first program stays in its phase however long the second one
+    // takes.
     if (moment.phase == Phase::Stopping && node)
         ::kill(*node, SIGSTOP);
     WatchedApplication &second = run.launch("state=full");
     run.expect(second.process().waitForEnd() && second.process().ending()->status == 1
                    && second.output().startsWith("Tidewick is running already"),
-               "a word to who launches it, unlike: " + second.output());
+               "a message for the user who launches it, unlike: " + second.output());
     run.saw(second.output().trimmed());
     if (moment.phase == Phase::Stopping) {
         if (node)
@@ -111,7 +112,7 @@ void isLaunchedAgain(FaultRun &run, const Moment &moment)
     expectNodeClosed(run, moment);
 }
 
-/// Without waiting for the node of the one before.
+/// The second program is launched without waiting for the node of the first.
 void isKilledAndLaunchedAtOnce(FaultRun &run)
 {
     WatchedApplication &first = run.launchInFull("stop-delay=2");
@@ -129,7 +130,7 @@ void isKilledAndLaunchedAtOnce(FaultRun &run)
     run.saw(second.lastLine());
 }
 
-/// In real time: how long its watch waits for the node.
+/// Measures in real time how long the watchdog process waits for the node.
 void isKilledBeforeADeafNode(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull("sigterm=ignore");
@@ -168,7 +169,7 @@ void smokeIsKilled(FaultRun &run)
     run.saw(next.output.trimmed().split('\n').last());
 }
 
-/// Its watch is what it started beside the node.
+/// The watchdog process is the only process besides the node that the program starts.
 void losesItsWatch(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull();
@@ -183,8 +184,8 @@ void losesItsWatch(FaultRun &run)
     run.saw(application.lastLine());
 }
 
-/// As where a session ends by a signal to all that is in it. Told twice, by Tidewick too, the node
-/// may end without having closed its store.
+/// As if a session ended by signalling all its processes. The node also gets a signal from
+/// Tidewick; after two signals it may end without having closed its store.
 void isToldWithItsNode(FaultRun &run, const Moment &moment)
 {
     WatchedApplication &application = launchInto(run, moment);
@@ -254,7 +255,7 @@ void hasABusThatHangs(FaultRun &run)
     bus.process().send(SIGCONT);
 }
 
-/// The bus library would wait for it without end.
+/// The bus library would wait for the bus forever.
 void isLaunchedWhereTheBusHangs(FaultRun &run)
 {
     SessionBus bus;

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A way for the node to end, and how the program tells of it.
+/// A way in which the node ends, and how the program reports it.
 struct Ending
 {
     QByteArray scenario;
@@ -80,7 +80,7 @@ void endsInFull(FaultRun &run, const Ending &ending)
     signalNode(run, application, SIGUSR1);
     expectError(run, application, ending.told);
     run.expect(application.endsWell(), "it quits");
-    // It waits for a figure that does not come until then.
+    // It waits for a memory figure that does not arrive before the node ends.
     expectSmokeFails(run, "state=full process=no after=4 " + ending.scenario, ending.told,
                      {{"APP_SANDBOX_CONTAINER_ID", "x"}});
 }
@@ -125,7 +125,7 @@ void ignoresTheCommand(FaultRun &run)
     run.expect(smoke.status == 0, "--smoke passes, unlike: " + smoke.output);
 }
 
-/// In real time, by the whole program.
+/// Runs the whole program, in real time.
 void ignoresEverything(FaultRun &run, const QByteArray &scenario, qsizetype signalsSeen)
 {
     WatchedApplication &application = run.launch(scenario);
@@ -151,10 +151,10 @@ QCoro::Task<> noteWhenStopped(NodeController &node, bool &isAnswered)
     isAnswered = true;
 }
 
-/// On the fake clock, by the controller alone. The node's children are real.
+/// Runs only the controller, on the fake clock. The child processes are real.
 void isKilledInTheEnd(FaultRun &run, const QByteArray &scenario, bool isHalted)
 {
-    run.withoutNextStart(); // but for the rig's own
+    run.withoutNextStart(); // except the one with the rig below
     NodeRig rig;
     rig.setScenario("speed=50 state=full " + scenario);
     run.expect(rig.startUntil(Phase::Full), "Full");
@@ -193,7 +193,7 @@ void leavesAGrandchild(FaultRun &run)
     run.expect(runs(grandchild), "the grandchild is let be");
 }
 
-/// Not a zombie's.
+/// Whether the process is stopped by a signal, and not a zombie.
 bool isHalted(pid_t process)
 {
     return contentOf("/proc/" + std::to_string(process) + "/stat").contains(") T ");
@@ -207,7 +207,7 @@ void haltedInFull(FaultRun &run)
         return;
     ::kill(*node, SIGSTOP);
     run.expect(waitUntil([&] { return isHalted(*node); }), "the node is halted");
-    // Long enough for a question that stays open, and the next.
+    // Long enough for one request that stays pending, and the next.
     run.expect(application.stays(Phase::Full, 7s) && application.node() == node, "still Full");
     ::kill(*node, SIGCONT);
     run.expectPolls();

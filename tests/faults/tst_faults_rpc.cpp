@@ -22,14 +22,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A way to answer questions, and what the program makes of it.
+/// A way in which the node misbehaves when it is polled, and the resulting phases.
 struct Misbehaviour
 {
     QByteArray kind;
     QByteArray what;
-    /// What such answers lead to from the beginning.
+    /// The phase that results if it misbehaves from the beginning.
     Phase phase = Phase::Starting;
-    /// The same once the node was in full.
+    /// The phase that results if it misbehaves once the node is full.
     Phase later = Phase::Full;
 };
 
@@ -64,7 +64,8 @@ void expectLittleMemory(FaultRun &run, WatchedApplication &application, qint64 b
     run.saw("grown by " + QByteArray::number(grown / 1024) + " KiB at most");
 }
 
-/// The node is asked twice more, whether it takes note of that or not.
+/// Expects two more polls. A node that does not read its requests cannot log them, so then only the
+/// phase is checked.
 void expectQuestions(FaultRun &run, WatchedApplication &application,
                      const Misbehaviour &misbehaviour, Phase phase)
 {
@@ -106,7 +107,7 @@ void misbehavesInFull(FaultRun &run, const Misbehaviour &misbehaviour)
     run.expect(LaunchedApplication::noted("signal 15") <= 1, "one SIGTERM at most");
 }
 
-/// Its port stays closed.
+/// The node's port stays closed.
 void refuses(FaultRun &run)
 {
     WatchedApplication &application = run.launch("listen=no");
@@ -125,8 +126,8 @@ void smokeIsRefused(FaultRun &run)
     run.saw(smoke.output.trimmed().split('\n').last());
 }
 
-/// A question of the first run is answered, well, in the second. The node keeps its port closed, so
-/// that this process can take it.
+/// A request of the first run gets a valid answer during the second run. The node keeps its port
+/// closed, so that this process can take it.
 void answersTheNextRun(FaultRun &run)
 {
     const SessionBus bus;

@@ -12,29 +12,30 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// In MiB: the whole program with all its windows, and twice a message of the largest size.
+/// In MiB: enough for the whole program with all its windows, and for two messages of the largest
+/// size.
 constexpr double mostMemory = 128;
 
-/// Within a second, with a ledger in it.
+/// Processor time per second, including one ledger.
 constexpr std::chrono::milliseconds mostWorkAfter = 400ms;
 
-/// What is asked for on each connection that stands.
+/// The number of ledgers requested on each connection that stays open.
 constexpr qsizetype backfilledLedgers = 59;
 
-/// Time for the lists to fill before it begins.
+/// The fault begins after one second, so that the lists can fill first.
 constexpr const char *usualCourse = "state=full ledger-interval=50 txns=30-30 stream-after=1 ";
 
 struct Trial
 {
     QByteArray name;
-    /// As a scenario names them: one for each connection; "drop" first where the fault comes in
-    /// place of a handshake.
+    /// The kinds of faults in scenario syntax, one per connection; begins with "drop" if the fault
+    /// replaces a handshake.
     QByteArray kinds;
     QByteArray more = {};
     bool isLong = false;
 };
 
-/// The end of what is noted of a fault: how many messages and bytes it was.
+/// The end of the log entry about a fault: the number of messages and bytes.
 QByteArray amountNoted()
 {
     const QByteArray log = LaunchedApplication::debugLog();
@@ -43,7 +44,7 @@ QByteArray amountNoted()
     return log.mid(begin, log.indexOf('\n', begin) - begin);
 }
 
-/// The limit of a handshake, and ample time to notice.
+/// Allows for the handshake timeout plus ample time to notice it.
 bool waitForEnd(const QByteArray &kind, qsizetype times)
 {
     constexpr int limitMs = 90'000;
@@ -51,7 +52,8 @@ bool waitForEnd(const QByteArray &kind, qsizetype times)
     return QTest::qWaitFor([&] { return LaunchedApplication::noted(over) >= times; }, limitMs);
 }
 
-/// Whether a connection was made after the last fault, and its answer to the subscription taken in.
+/// Whether a connection was made after the last fault, and its subscription was answered and
+/// processed.
 bool isBack()
 {
     const QByteArray log = LaunchedApplication::debugLog();
@@ -60,7 +62,7 @@ bool isBack()
            && after.count("RPCHandler:NFO ledger\n") >= backfilledLedgers;
 }
 
-/// While the fault lasts.
+/// Expects the program to keep working while the fault lasts.
 void expectAtWork(FaultRun &run, LiveDesktop &desktop)
 {
     const qsizetype polls = LaunchedApplication::noted("server_info");

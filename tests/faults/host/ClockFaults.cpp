@@ -27,8 +27,8 @@ QString afterFull()
     return QStringLiteral("autoStopAfterFullMinutes");
 }
 
-/// The surroundings of a program for which the time of day is turned by what the file says. Its
-/// node's is left alone: that one's ledgers close by it.
+/// The environment of a program whose time of day is shifted as the file says. The clock of its
+/// node is left alone, because the node closes ledgers by it.
 ProcessEnvironment turnedBy(const FaultRun &run, const std::filesystem::path &file)
 {
     const std::filesystem::path nodeEnvironment = run.bundle().resource("node.env");
@@ -37,7 +37,7 @@ ProcessEnvironment turnedBy(const FaultRun &run, const std::filesystem::path &fi
             {"TIDEWICK_CLOCK_TURN", file}};
 }
 
-/// What a program makes of the turned clock that does nothing else.
+/// The year according to a simple program under the shifted clock.
 QByteArray yearTold(const ProcessEnvironment &variables)
 {
     ChildSpec spec;
@@ -48,7 +48,7 @@ QByteArray yearTold(const ProcessEnvironment &variables)
     return runProgram(std::move(spec)).output.trimmed();
 }
 
-/// A limit of an hour must not be met by it, and no wait be cut short or drawn out.
+/// The shift must not trigger a limit of one hour, nor shorten or lengthen any wait.
 void tryTurned(FaultRun &run, std::chrono::seconds turn)
 {
     if (PeakMemory::hasSanitizer)

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// As FaultRun has chosen it, in the settings and in a configuration.
+/// The choice that FaultRun makes, as it appears in the settings and in a configuration.
 constexpr const char *chosenSetting = "roundGrowthMiB=1537";
 constexpr const char *chosenGrowth = "1537";
 constexpr const char *usualGrowth = "2048";
@@ -22,7 +22,7 @@ fs::path settings()
     return fs::path(qgetenv("XDG_CONFIG_HOME").toStdString()) / "Tidewick/settings.ini";
 }
 
-/// What "--render-config" makes of the settings as they are.
+/// The configuration that "--render-config" generates from the current settings.
 QByteArray rendered(FaultRun &run)
 {
     const fs::path folder = fs::path(qgetenv("TMPDIR").toStdString()) / "rendered";
@@ -38,7 +38,7 @@ void expectUsualGrowth(FaultRun &run)
     run.expect(run.smoke("state=full").status == 0, "--smoke gives 0");
 }
 
-/// The file cannot be read, and must not be replaced by one that lacks what is in it.
+/// The file cannot be read, and must not be replaced by one that lacks its contents.
 void tryUnreadable(FaultRun &run, fs::perms mode)
 {
     const QByteArray before = contentOf(settings());
@@ -74,7 +74,7 @@ QByteArray bytesOfAllKinds()
     return bytes;
 }
 
-/// Whatever is in it, the program comes up, and the next choice is stored and can be read.
+/// Whatever the file contains, the program starts, and the next choice is stored and can be read.
 void tryCorrupt(FaultRun &run, const QByteArray &content)
 {
     const QByteArray before = contentOf(settings());
@@ -102,7 +102,7 @@ void tryZeros(FaultRun &run)
     tryCorrupt(run, QByteArray(4096, '\0'));
 }
 
-/// What can be read of a damaged file stays.
+/// The readable parts of a damaged file are kept.
 void tryPartlyCorrupt(FaultRun &run)
 {
     writeFile(settings(), "\xff\xfe[[[\n" + contentOf(settings()) + "no pair\n=\n[\n");
@@ -113,7 +113,7 @@ void tryPartlyCorrupt(FaultRun &run)
     run.saw("what could be read counted, and was kept by the next choice");
 }
 
-/// Two processes store one number after another, each under a key of its own, while others read.
+/// Two processes each store one number after another under their own key, while others read.
 void tryTwoWriters(FaultRun &run)
 {
     constexpr int times = 300;

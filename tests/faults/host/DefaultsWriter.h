@@ -7,14 +7,15 @@
 
 #include <optional>
 
-/// Another process that writes settings: this program, run in a way of its own.
+/// A separate process that writes settings: this program, run in a special mode.
 namespace tidewick::DefaultsWriter {
 
-/// How to run it: it stores the numbers up to `times` under this key. Ends with 1 when one cannot
-/// be stored or is not there afterwards.
+/// The command that stores the numbers up to `times` under this key. It exits with status 1 if a
+/// number cannot be stored or is missing afterwards.
 ChildSpec spec(const std::string &key, int times);
 
-/// Does so if that is what the arguments of this process say; the exit status then.
+/// Runs that mode if the arguments select it, and returns the exit status; otherwise returns
+/// nothing.
 std::optional<int> run(int argc, char **argv);
 
 } // namespace tidewick::DefaultsWriter

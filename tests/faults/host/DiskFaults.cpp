@@ -18,10 +18,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// For a store of several ledgers.
+/// Room for a store of several ledgers.
 constexpr qint64 diskBytes = 24LL * 1024 * 1024;
 
-/// What a node does that cannot write its store.
+/// The result of a node that cannot write its store.
 constexpr const char *nodeAborted = "The node exited unexpectedly (signal 6)";
 
 qint64 pagesOf(const fs::path &file)
@@ -30,7 +30,7 @@ qint64 pagesOf(const fs::path &file)
     return static_cast<qint64>((fs::file_size(file) + page - 1) / page);
 }
 
-/// A small disk in place of the folder that holds the data folders.
+/// A small disk mounted over the folder that contains the data folders.
 class SmallDisk
 {
 public:
@@ -47,7 +47,7 @@ public:
             ::umount2(m_place.c_str(), MNT_DETACH);
     }
 
-    /// Leaves room for so many pages.
+    /// Fills the disk until only this many pages are free.
     void fillUpTo(qint64 pages)
     {
         const UniqueDescriptor file(
@@ -62,7 +62,7 @@ public:
 
     void limitFiles(int files) { mount(MS_REMOUNT, ",nr_inodes=" + std::to_string(files)); }
 
-    /// What a person would do.
+    /// Frees space, as a user would.
     void makeRoom()
     {
         std::error_code error;
@@ -91,13 +91,13 @@ std::set<std::string> namesIn(const fs::path &folder)
     return names;
 }
 
-/// The trial on a small disk, on which room is made afterwards, and nothing else done about it.
+/// Runs the trial on a small disk. Afterwards it frees space on the disk and takes no other action.
 std::function<void(FaultRun &)> onSmallDisk(void (*trial)(FaultRun &, SmallDisk &))
 {
     return [trial](FaultRun &run) {
         if (!enterPrivateMounts(run))
             return;
-        // Where the guard sees to it, no disk gets full.
+        // With the disk guard active, the disk would never fill up.
         const QString guard = QStringLiteral("diskGuardFreeGB");
         Defaults::standard().setInteger(guard, 0);
         {
@@ -140,7 +140,7 @@ void tryFullAtValidators(FaultRun &run, SmallDisk &disk)
     const fs::path elsewhere = fs::path(qgetenv("TMPDIR").toStdString()) / "rendered";
     run.expect(runMode(run, {"--render-config", elsewhere}).status == 0, "a configuration");
     disk.fillUpTo(pagesOf(elsewhere / "xrpld.cfg"));
-    // "--smoke" would need room in a folder of its own.
+    // "--smoke" would need space for its own folder.
     expectError(run, run.launch("state=full"), "validators.txt: No space left on device");
     run.expect(namesIn(applicationData()) == std::set<std::string>{"xrpld.cfg"},
                "a configuration and no scraps");
@@ -148,7 +148,7 @@ void tryFullAtValidators(FaultRun &run, SmallDisk &disk)
 
 void tryFullAtLog(FaultRun &run, SmallDisk &disk)
 {
-    // The two folders, the configuration and the validators.
+    // Two folders, the configuration and the validators file.
     disk.limitFiles(4);
     expectError(run, run.launch("state=full"), "xrpld.stdout.log: No space left on device");
 }

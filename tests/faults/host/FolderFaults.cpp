@@ -17,7 +17,7 @@ fs::path configuration()
     return applicationData() / "xrpld.cfg";
 }
 
-/// Nothing can be written to the data folders, in which there is a configuration from before.
+/// Nothing can be written to the data folders, which contain an earlier configuration.
 void tryUnwritable(FaultRun &run, const std::function<bool()> &begin,
                    const std::function<void()> &end, const QByteArray &reason)
 {
@@ -70,10 +70,10 @@ void tryReadOnlyVolume(FaultRun &run)
     tryUnwritable(run, begin, end, "Read-only file system");
 }
 
-/// A node that has more to write, and leaves the names of its files as they are.
+/// A node that keeps writing and does not rename its files.
 const QByteArray quietNode = "state=full ledger-interval=50";
 
-/// The log of a node under which it was removed.
+/// The log of a node whose log file was removed while it was running.
 QByteArray removedLog(pid_t node)
 {
     const fs::path descriptors = "/proc/" + std::to_string(node) + "/fd";
@@ -85,7 +85,7 @@ QByteArray removedLog(pid_t node)
     return {};
 }
 
-/// The node keeps its open files, and the application goes on asking it.
+/// The node keeps its open files, and the application keeps polling it.
 void expectGoesOn(FaultRun &run, WatchedApplication &application)
 {
     const std::optional<pid_t> node = application.node();

@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-// The faults of the host, by what is at fault.
+// The faults of the host, grouped by their cause.
 
 std::vector<Fault> portFaults();
 std::vector<Fault> folderFaults();

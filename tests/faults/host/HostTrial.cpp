@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 void obeyFileModes()
 {
-    // Who may not drop them does not have them.
+    // If the calls fail, the process does not have these capabilities anyway.
     ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
     ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
 }

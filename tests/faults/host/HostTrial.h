@@ -7,30 +7,30 @@
 
 namespace tidewick {
 
-/// From here on what this process starts obeys the modes of files, whoever runs it.
+/// Makes all processes started from now on obey file modes, even those of root.
 void obeyFileModes();
 
-/// Gives this process mounts of its own. Where the kernel does not allow that, the row is skipped
-/// and the answer is false.
+/// Gives this process a private mount namespace. If the kernel does not allow that, skips the row
+/// and returns false.
 bool enterPrivateMounts(FaultRun &run);
 
-/// Runs a mode of the command line to its end.
+/// Runs a command line mode of the application until it exits.
 Outcome runMode(const FaultRun &run, std::vector<std::string> arguments);
 
-/// The application comes to tell of an error in these words, among others, has no node, and ends
-/// well.
+/// Expects the application to report an error that contains these words, to have no node, and to
+/// exit with status 0.
 void expectError(FaultRun &run, WatchedApplication &application, const QByteArray &words);
 
-/// The application refuses to start its node, in these words, and so does "--smoke".
+/// Expects both the application and "--smoke" to refuse to start the node, with these words.
 void expectRefused(FaultRun &run, const QByteArray &words);
 
-/// The application comes up and ends well, within the fault or after it.
+/// Expects the application to come up and to exit with status 0, during the fault or after it.
 void expectComesUp(FaultRun &run, const QByteArray &when);
 
-/// The folder in which the data folders of the application and of "--smoke" lie.
+/// The folder that contains the data folders of the application and of "--smoke".
 std::filesystem::path dataHome();
 
-/// A copy of the data folder, put back in its place at the end, for trials that destroy it.
+/// A backup of the data folder, restored at the end, for trials that destroy the folder.
 class KeptData
 {
 public:

@@ -19,13 +19,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// While it lives, what this process starts sees no /proc; with it, this process has its own again.
+/// Hides /proc from all processes started while the object exists. Its destruction restores /proc
+/// for this process.
 class WithoutProc
 {
 public:
     explicit WithoutProc(FaultRun &run)
     {
-        // The way back is open only to mounts that are this user's own.
+        // Only mounts in a namespace owned by this user can be returned to.
         if (!enterPrivateMounts(run))
             return;
         m_mounts = UniqueDescriptor(::open("/proc/self/ns/mnt", O_RDONLY | O_CLOEXEC));
@@ -38,7 +39,7 @@ public:
     ~WithoutProc()
     {
         if (m_hidden && ::setns(m_mounts.get(), CLONE_NEWNS) != 0)
-            qFatal("The mounts of before cannot be had back");
+            qFatal("Cannot return to the previous mounts");
     }
 
     bool isHidden() const { return m_hidden; }
@@ -64,7 +65,7 @@ void tryWithoutProc(FaultRun &run)
     run.expect(application->endsWell(), "the application ends with 0");
 }
 
-/// Nobody can tell the node's memory, for which it waits a minute.
+/// The node's memory use cannot be determined; "--smoke" waits a minute for it.
 void tryToSmokeWithoutProc(FaultRun &run)
 {
     {
@@ -77,7 +78,7 @@ void tryToSmokeWithoutProc(FaultRun &run)
     run.saw("--smoke: 0");
 }
 
-/// The program with so few descriptors, where there is no display.
+/// The command that runs the program with this many descriptors and without a display.
 ChildSpec withDescriptors(const FaultRun &run, int count, const std::string &arguments = {})
 {
     ChildSpec spec;
@@ -90,10 +91,10 @@ ChildSpec withDescriptors(const FaultRun &run, int count, const std::string &arg
     return spec;
 }
 
-/// From what it takes to be loaded to enough for all.
+/// From the minimum needed to load the program to enough for everything.
 constexpr std::array descriptorCounts{4, 5, 6, 7, 8, 10, 12, 14, 16, 20, 24, 32, 40, 64};
 
-/// How a program that could not do its work has ended.
+/// The way in which a program that could not do its work ended.
 QByteArray ending(const ChildProcess::Ending &ending)
 {
     return (ending.signaled ? "signal " : "status ") + QByteArray::number(ending.status);
@@ -154,7 +155,7 @@ void tryTools(FaultRun &run)
     run.saw(QByteArray::number(passed) + " passed, the others gave 1 and said why");
 }
 
-/// The lowest number that is free: with so many allowed there is none.
+/// The lowest free descriptor number: with this limit, the process cannot open any more.
 rlim_t openDescriptors(pid_t process)
 {
     const std::filesystem::path all = "/proc/" + std::to_string(process) + "/fd";
@@ -204,7 +205,7 @@ std::vector<Fault> kernelFaults()
         {"4 to 64 file descriptors: the tools", "0, or 1 and a reason", tryTools},
         {"file descriptors exhausted for 5 s", "Full all the time; the polls go on afterwards",
          tryExhausted}};
-    // The sanitizers take a pipe to look at an object, blame the object when there is none, and
+    // The sanitizers open a pipe to inspect an object, blame the object if they cannot get one, and
     // look for leaks in /proc.
     if (!PeakMemory::hasSanitizer) {
         faults.push_back({"file descriptors exhausted when told to end",

@@ -11,7 +11,7 @@ namespace tidewick {
 
 namespace {
 
-/// Somebody else listens on a port of the node's.
+/// Another program that listens on one of the node's ports.
 class TakenPort
 {
 public:
@@ -31,7 +31,7 @@ void takeBeforeTheStart(FaultRun &run, quint16 port)
     run.expect(runMode(run, {"--render-config", "-"}).status == 0, "--render-config gives 0");
 }
 
-/// The node finds the port taken when it opens it, five seconds after its start.
+/// The node opens its ports five seconds after its start, and then finds this one taken.
 const QByteArray slowNode = "state=full start-delay=5";
 const QByteArray refusal = "The node exited unexpectedly (exit status 255)";
 

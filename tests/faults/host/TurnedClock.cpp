@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// Loaded before the C library, turns the time of day by the seconds that are written in the file
-// TIDEWICK_CLOCK_TURN names, looked at each time it is asked for. The other clocks go as they go.
+// When preloaded, shifts the time of day by the number of seconds in the file named by
+// TIDEWICK_CLOCK_TURN, which is read at each query. The other clocks are left alone.
 
 #include <cstdlib>
 #include <ctime>
@@ -33,7 +33,7 @@ bool isTimeOfDay(clockid_t clock)
 
 } // namespace
 
-// The C library calls its parameters by names that are its own.
+// The C library uses reserved names for its parameters.
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
