@@ -37,18 +37,18 @@ void TestCommandLine::parse_data()
     const Mode::Usage ledgerUsage{"usage: Quaymere --snapshot-ledger <png> [light|dark]\n"};
     const Mode::Usage aboutUsage{"usage: Quaymere --snapshot-about <png> [light|dark]\n"};
 
-    row("nothing", {}, Mode::Application{});
+    row("no arguments", {}, Mode::Application{});
     row("unknown", {"--version", "-x", "file"}, Mode::Application{});
     row("no prefix", {"--render"}, Mode::Application{});
     row("no equals", {"--render-config=x"}, Mode::Application{});
-    row("case counts", {"--Smoke"}, Mode::Application{});
-    row("blanks count", {"--smoke ", " --smoke"}, Mode::Application{});
+    row("case-sensitive", {"--Smoke"}, Mode::Application{});
+    row("spaces are significant", {"--smoke ", " --smoke"}, Mode::Application{});
     row("single dash", {"-smoke"}, Mode::Application{});
     row("empty", {""}, Mode::Application{});
 
     row("render", {"--render-config", "x"}, Mode::RenderConfig{"x"});
     row("render to a dash", {"--render-config", "-"}, Mode::RenderConfig{"-"});
-    row("render without", {"--render-config"}, renderUsage);
+    row("render without operand", {"--render-config"}, renderUsage);
     row("render, empty operand", {"--render-config", ""}, Mode::RenderConfig{""});
     row("render, operand like an option", {"--render-config", "--smoke"},
         Mode::RenderConfig{"--smoke"});
@@ -61,8 +61,8 @@ void TestCommandLine::parse_data()
 
     row("version", {"--node-version"}, Mode::NodeVersion{});
     row("describe", {"--describe-storage", "{}"}, Mode::DescribeStorage{"{}"});
-    row("describe without", {"--describe-storage"}, describeUsage);
-    row("describe nothing", {"--describe-storage", ""}, Mode::DescribeStorage{""});
+    row("describe without operand", {"--describe-storage"}, describeUsage);
+    row("describe, empty operand", {"--describe-storage", ""}, Mode::DescribeStorage{""});
     row("describe an option", {"--describe-storage", "--smoke"}, Mode::DescribeStorage{"--smoke"});
     row("smoke", {"--smoke"}, Mode::Smoke{});
 
@@ -72,19 +72,19 @@ void TestCommandLine::parse_data()
         Mode::Snapshot{Window::Ledger, "a.png", Theme::Light});
     row("about, dark", {"--snapshot-about", "a.png", "dark"},
         Mode::Snapshot{Window::About, "a.png", Theme::Dark});
-    row("about, more behind", {"--snapshot-about", "a.png", "dark", "x"},
+    row("about, extra argument", {"--snapshot-about", "a.png", "dark", "x"},
         Mode::Snapshot{Window::About, "a.png", Theme::Dark});
     row("about, path like a theme", {"--snapshot-about", "dark"},
         Mode::Snapshot{Window::About, "dark", Theme::Light});
-    row("settings without", {"--snapshot-settings"}, settingsUsage);
-    row("ledger without", {"--snapshot-ledger"}, ledgerUsage);
-    row("about without", {"--snapshot-about"}, aboutUsage);
+    row("settings without path", {"--snapshot-settings"}, settingsUsage);
+    row("ledger without path", {"--snapshot-ledger"}, ledgerUsage);
+    row("about without path", {"--snapshot-about"}, aboutUsage);
     row("settings, Dark", {"--snapshot-settings", "a.png", "Dark"}, settingsUsage);
     row("ledger, auto", {"--snapshot-ledger", "a.png", "auto"}, ledgerUsage);
     row("about, empty theme", {"--snapshot-about", "a.png", ""}, aboutUsage);
     row("about, an option as theme", {"--snapshot-about", "a.png", "--snapshot-ledger"},
         ledgerUsage);
-    row("first about counts", {"--snapshot-about", "a.png", "x", "--snapshot-about", "b.png"},
+    row("first about wins", {"--snapshot-about", "a.png", "x", "--snapshot-about", "b.png"},
         aboutUsage);
 
     QTest::newRow("program's own name") << Arguments{"--smoke"} << AnyMode(Mode::Smoke{});
@@ -100,7 +100,7 @@ void TestCommandLine::parse()
     QVERIFY(parseCommandLine(arguments) == expected);
 }
 
-/// Every option against every later one, in both orders of the list.
+/// Tests every option against every later one, in both orders on the command line.
 void TestCommandLine::precedence()
 {
     using Window = Mode::Snapshot::Window;
@@ -122,7 +122,8 @@ void TestCommandLine::precedence()
     QCOMPARE(optionNames(), names);
     for (std::size_t first = 0; first < order.size(); ++first) {
         for (std::size_t second = first + 1; second < order.size(); ++second) {
-            // The theme stands between, since the next element would be taken for one.
+            // The theme is given explicitly, because the next element would otherwise be taken for
+            // it.
             const Arguments ahead{"Quaymere",          order[first].first, "operand", "light",
                                   order[second].first, "operand",          "light"};
             const Arguments behind{"Quaymere",         order[second].first, "operand", "light",

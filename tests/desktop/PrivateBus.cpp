@@ -21,13 +21,13 @@ PrivateBus::PrivateBus()
                    {QStringLiteral("--config-file=") + Files::display(configuration),
                     QStringLiteral("--print-address"), QStringLiteral("--nofork")});
     if (!QTest::qWaitFor([this] { return m_daemon.canReadLine(); }))
-        qFatal("No message bus: %s", m_daemon.readAllStandardError().constData());
+        qFatal("Cannot start a message bus: %s", m_daemon.readAllStandardError().constData());
     m_address = QString::fromLatin1(m_daemon.readLine().trimmed());
 }
 
 QDBusConnection PrivateBus::connect()
 {
-    // Connections are known by name to the whole process.
+    // Connection names are shared by the whole process.
     static int count = 0;
     m_connections.append(QStringLiteral("private-%1").arg(++count));
     QDBusConnection connection =
@@ -41,7 +41,7 @@ void PrivateBus::stop()
 {
     m_daemon.kill();
     if (!QTest::qWaitFor([this] { return m_daemon.state() == QProcess::NotRunning; }))
-        qFatal("The message bus does not end");
+        qFatal("The message bus does not exit");
     for (const QString &name : std::exchange(m_connections, {}))
         QDBusConnection::disconnectFromBus(name);
 }

@@ -10,8 +10,8 @@
 
 namespace tidewick {
 
-/// A message bus of the test's own: nobody is on it but the test, and nothing can be started by a
-/// call.
+/// A private message bus for the test: only the test connects to it, and calls cannot activate
+/// services.
 class PrivateBus
 {
 public:
@@ -20,10 +20,10 @@ public:
 
     QByteArray address() const { return m_address.toUtf8(); }
 
-    /// Another program on the bus, as far as the bus knows.
+    /// Opens a new connection, which the bus treats as another program.
     QDBusConnection connect();
 
-    /// Once the bus has ended, which it does without a word to those on it.
+    /// Stops the bus and waits for its end. Its clients get no notice.
     void stop();
 
 private:

@@ -12,7 +12,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// Buses that answer, and those that do not.
+/// Tests buses that answer and buses that do not.
 class TestBusProbe : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ private slots:
     void silentBus();
     void noBus_data();
     void noBus();
-    void avoidsTheSilentOne();
+    void avoidsASilentBus();
 
 private:
     TemporaryFolder m_folder;
@@ -30,7 +30,7 @@ private:
 
 namespace {
 
-/// Takes connections and never looks at them, until its backlog is full.
+/// Listens for connections but never accepts them, until the backlog is full.
 UniqueDescriptor listenAt(const QByteArray &path)
 {
     UniqueDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -39,7 +39,7 @@ UniqueDescriptor listenAt(const QByteArray &path)
     qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
     if (::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0
         || ::listen(socket.get(), 1) != 0)
-        qFatal("No socket at %s", path.constData());
+        qFatal("Cannot create a socket at %s", path.constData());
     return socket;
 }
 
@@ -72,14 +72,14 @@ void TestBusProbe::noBus_data()
     QTest::newRow("too long") << "unix:path=/" + QByteArray(200, 'x');
 }
 
-/// Those the library gives up at once.
+/// Addresses that the bus library gives up on at once.
 void TestBusProbe::noBus()
 {
     QFETCH(QByteArray, address);
     QVERIFY(BusProbe::answers(address, 50ms));
 }
 
-void TestBusProbe::avoidsTheSilentOne()
+void TestBusProbe::avoidsASilentBus()
 {
     const QByteArray runtime = QByteArray::fromStdString(m_folder.path());
     const UniqueDescriptor listening = listenAt(runtime + "/bus");

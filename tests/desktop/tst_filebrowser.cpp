@@ -19,9 +19,9 @@ private slots:
     void urls();
     void showsTheItem();
     void noBrowser();
-    void browserThatErrs();
+    void browserReturnsAnError();
     void noBus();
-    void contextThatGoes();
+    void contextIsDestroyed();
 };
 
 void TestFileBrowser::urls_data()
@@ -49,7 +49,8 @@ void TestFileBrowser::showsTheItem()
     PrivateBus bus;
     const FileManagerService service(bus.connect());
     QObject context;
-    FileBrowser::reveal(bus.connect(), "/a b/\xff", &context, [] { QFAIL("It was shown"); });
+    FileBrowser::reveal(bus.connect(), "/a b/\xff", &context,
+                        [] { QFAIL("The fallback was called"); });
     QVERIFY(!context.children().isEmpty());
     QTRY_VERIFY(context.children().isEmpty());
     QCOMPARE(service.shown, QList({QStringList(QStringLiteral("file:///a%20b/%FF"))}));
@@ -65,7 +66,7 @@ void TestFileBrowser::noBrowser()
     QTRY_VERIFY(context.children().isEmpty());
 }
 
-void TestFileBrowser::browserThatErrs()
+void TestFileBrowser::browserReturnsAnError()
 {
     PrivateBus bus;
     FileManagerService service(bus.connect());
@@ -86,7 +87,7 @@ void TestFileBrowser::noBus()
     QCOMPARE(otherwise, 1);
 }
 
-void TestFileBrowser::contextThatGoes()
+void TestFileBrowser::contextIsDestroyed()
 {
     PrivateBus bus;
     const QDBusConnection connection = bus.connect();
@@ -94,7 +95,7 @@ void TestFileBrowser::contextThatGoes()
     auto context = std::make_unique<QObject>();
     FileBrowser::reveal(connection, "/a", context.get(), [&] { ++gone; });
     context.reset();
-    // Answers come in the order of the calls.
+    // Replies arrive in the order of the calls.
     QObject other;
     int otherwise = 0;
     FileBrowser::reveal(connection, "/a", &other, [&] { ++otherwise; });

@@ -21,20 +21,20 @@ class TestNotifier : public QObject
 private slots:
     void init();
     void cleanup();
-    void saysItAll();
+    void sendsAllArguments();
     void bodies_data();
     void bodies();
     void laterReplacesEarlier();
-    void laterReplacesWaiting();
+    void laterReplacesPending();
     void actions();
-    void noActionsWhereThereAreNone();
+    void noActionsWithoutSupport();
     void noService();
-    void serviceThatErrs();
-    void serviceThatNeverAnswers();
-    void successorIsAskedAnew();
-    void serviceThatLeaves();
-    void busThatDies();
-    void notifierThatGoes();
+    void serviceReturnsErrors();
+    void serviceNeverAnswers();
+    void newServiceIsAskedAgain();
+    void serviceLeavesTheBus();
+    void busDies();
+    void notifierIsDestroyed();
     void noBus();
 
 private:
@@ -44,7 +44,7 @@ private:
     QVariant body(int call) const { return m_service->calls.at(call).at(4); }
     QVariant replaced(int call) const { return m_service->calls.at(call).at(1); }
 
-    /// Whether no call waits for its answer.
+    /// Whether no call is waiting for a reply.
     static bool isDone(const Notifier &notifier) { return notifier.children().isEmpty(); }
 
     std::unique_ptr<PrivateBus> m_bus;
@@ -63,7 +63,7 @@ void TestNotifier::cleanup()
     m_bus.reset();
 }
 
-void TestNotifier::saysItAll()
+void TestNotifier::sendsAllArguments()
 {
     Notifier notifier(m_bus->connect());
     notifier.notify(QStringLiteral("Node stopped"), QStringLiteral("Exited with status 1"));
@@ -92,7 +92,7 @@ void TestNotifier::bodies_data()
         QStringLiteral("&lt;b&gt;\"R&amp;D\" &amp;lt;&lt;/b&gt;"));
     row("lines and codes", QStringLiteral("a\nb\x1b[31m\u202e"), QStringLiteral("a b [31m"),
         QStringLiteral("a b [31m"));
-    row("no text for a bus", QStringLiteral("a") + QChar(u'\0') + QChar(0xd800) + u'b',
+    row("NUL and lone surrogate", QStringLiteral("a") + QChar(u'\0') + QChar(0xd800) + u'b',
         QStringLiteral("a ?b"), QStringLiteral("a ?b"));
     row("emoji", QStringLiteral("👩‍🚀"), QStringLiteral("👩‍🚀"),
         QStringLiteral("👩‍🚀"));
@@ -128,7 +128,7 @@ void TestNotifier::laterReplacesEarlier()
     QCOMPARE(m_service->asked, 1);
 }
 
-void TestNotifier::laterReplacesWaiting()
+void TestNotifier::laterReplacesPending()
 {
     Notifier notifier(m_bus->connect());
     for (int i = 0; i < 1000; ++i)
@@ -151,7 +151,7 @@ void TestNotifier::actions()
     QCOMPARE(actions[1], QStringLiteral("Help…"));
     QTRY_VERIFY(isDone(notifier));
 
-    // Of others' notifications, and other actions, it takes no note.
+    // Ignores other programs' notifications and other actions.
     m_service->choose(40, actions[0]);
     m_service->choose(41, QStringLiteral("default"));
     m_service->choose(41, actions[0]);
@@ -164,7 +164,7 @@ void TestNotifier::actions()
     QCOMPARE(m_service->calls[1].at(5).toStringList(), QStringList());
 }
 
-void TestNotifier::noActionsWhereThereAreNone()
+void TestNotifier::noActionsWithoutSupport()
 {
     Notifier notifier(m_bus->connect());
     notifier.notify({}, QStringLiteral("one"), QStringLiteral("Help…"));
@@ -184,7 +184,7 @@ void TestNotifier::noService()
     QCOMPARE(body(0), QStringLiteral("seen"));
 }
 
-void TestNotifier::serviceThatErrs()
+void TestNotifier::serviceReturnsErrors()
 {
     Notifier notifier(m_bus->connect());
     m_service->capabilitiesMood = Mood::Errs;
@@ -203,7 +203,7 @@ void TestNotifier::serviceThatErrs()
     QCOMPARE(replaced(1), 0U);
 }
 
-void TestNotifier::serviceThatNeverAnswers()
+void TestNotifier::serviceNeverAnswers()
 {
     Notifier notifier(m_bus->connect(), nullptr, 100ms);
     m_service->capabilitiesMood = Mood::Silent;
@@ -219,7 +219,7 @@ void TestNotifier::serviceThatNeverAnswers()
     QCOMPARE(body(1), QStringLiteral("three"));
 }
 
-void TestNotifier::successorIsAskedAnew()
+void TestNotifier::newServiceIsAskedAgain()
 {
     Notifier notifier(m_bus->connect());
     notifier.notify({}, QStringLiteral("<1>"));
@@ -234,7 +234,7 @@ void TestNotifier::successorIsAskedAnew()
     QCOMPARE(replaced(0), 0U);
 }
 
-void TestNotifier::serviceThatLeaves()
+void TestNotifier::serviceLeavesTheBus()
 {
     Notifier notifier(m_bus->connect());
     m_service->notifyMood = Mood::Silent;
@@ -248,7 +248,7 @@ void TestNotifier::serviceThatLeaves()
     QCOMPARE(body(0), QStringLiteral("two"));
 }
 
-void TestNotifier::busThatDies()
+void TestNotifier::busDies()
 {
     const QDBusConnection connection = m_bus->connect();
     Notifier notifier(connection);
@@ -262,7 +262,7 @@ void TestNotifier::busThatDies()
     QTRY_VERIFY(isDone(notifier));
 }
 
-void TestNotifier::notifierThatGoes()
+void TestNotifier::notifierIsDestroyed()
 {
     m_service->capabilitiesMood = Mood::Silent;
     {

@@ -15,7 +15,7 @@ using namespace tidewick;
 
 namespace {
 
-/// A service manager that has one unit.
+/// A service manager with a single unit.
 class Manager : public QDBusVirtualObject
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
         bus.registerVirtualObject(QStringLiteral("/org/freedesktop/systemd1/unit"), this,
                                   QDBusConnection::SubPath);
         if (!bus.registerService(QStringLiteral("org.freedesktop.systemd1")))
-            qFatal("There is a manager already");
+            qFatal("A service manager is already on the bus");
     }
 
     QString introspect(const QString &) const override { return {}; }
@@ -53,14 +53,14 @@ private slots:
     void followsTheManager();
 };
 
-/// Qt has one connection to the system bus in a process, so this is one test.
+/// Qt has a single connection to the system bus per process, so this is a single test.
 void TestSystemService::followsTheManager()
 {
     PrivateBus bus;
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address());
     SystemService service(QStringLiteral("my-node.service"));
     QVERIFY(!service.isActive());
-    // No manager, no service.
+    // Without a manager there is no service.
     service.look();
     QTRY_VERIFY(service.children().isEmpty());
     QVERIFY(!service.isActive());
@@ -68,7 +68,7 @@ void TestSystemService::followsTheManager()
     Manager manager(bus.connect());
     manager.state = QStringLiteral("active");
     service.look();
-    service.look(); // while it still waits
+    service.look(); // while the first call is pending
     QTRY_VERIFY(service.isActive());
     QCOMPARE(manager.asked, QStringList{QStringLiteral("my_2dnode_2eservice Get ActiveState")});
     manager.state = QStringLiteral("deactivating");

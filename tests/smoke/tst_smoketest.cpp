@@ -20,14 +20,14 @@ using namespace tidewick;
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-/// "--smoke" in this process, where time can be turned, and as the process it is.
+/// Tests "--smoke" in this process, with a fake clock, and as a separate process.
 class TestSmokeTest : public QObject
 {
     Q_OBJECT
 
 private slots:
     void passes();
-    void oddTextsOfTheNode();
+    void oddTextsFromTheNode();
     void memoryNeverReported();
     void neverAnswers();
     void failsAtOnce();
@@ -35,7 +35,7 @@ private slots:
     void nodeDiesAfterAnswering();
     void interrupted();
     void lostTranscript();
-    void destroyedInTheMiddle();
+    void destroyedWhileRunning();
 
     void processPasses();
     void processStartsFromEmpty();
@@ -46,8 +46,8 @@ private slots:
     void processWithAClosedOutput();
 
 private:
-    /// Runs the smoke test on the rig's host to its end, time flying. The exit status. `printed` is
-    /// called with each line of the transcript.
+    /// Runs the smoke test on the rig's host, in fake time, and returns its exit status. Calls
+    /// `printed` with each line of the transcript.
     int runSmoke(NodeRig &rig, const std::function<void(const std::string &)> &printed = {});
 
     QStringList m_transcript;
@@ -71,14 +71,14 @@ ChildSpec smokeProcess(const TestBundle &bundle, const char *scenario)
     return spec;
 }
 
-/// What the smoke test's node has logged.
+/// The debug log of the smoke test's node.
 QByteArray nodeLog()
 {
     const fs::path file = smokeFolder() / "debug.log";
     return fs::exists(file) ? contentOf(file) : QByteArray();
 }
 
-/// Whether any process works in the smoke test's folder.
+/// Whether any process has the smoke test's folder as its working directory.
 bool nodeRuns()
 {
     for (const fs::directory_entry &process : fs::directory_iterator("/proc")) {
@@ -119,8 +119,8 @@ void TestSmokeTest::passes()
     QCOMPARE(m_transcript[3], QStringLiteral("smoke: ok, stopped (smoke done)"));
 }
 
-/// A line of the transcript is one, and nothing in it moves a terminal.
-void TestSmokeTest::oddTextsOfTheNode()
+/// A line of the transcript stays a single line, without control characters for the terminal.
+void TestSmokeTest::oddTextsFromTheNode()
 {
     NodeRig rig;
     rig.setScenario("speed=50 peers=2 state=\x1b[2Jodd\xE2\x80\xAE\xE2\x80\xA9name");
@@ -178,7 +178,7 @@ void TestSmokeTest::nodeDiesAfterAnswering()
 {
     NodeRig rig;
     rig.setSandboxed();
-    rig.setScenario("speed=50 process=no"); // so that memory is waited for
+    rig.setScenario("speed=50 process=no"); // so that it waits for the memory figure
     QCOMPARE(runSmoke(rig,
                       [&](const std::string &line) {
                           if (line.find("answered") != std::string::npos)
@@ -213,7 +213,7 @@ void TestSmokeTest::lostTranscript()
     QCOMPARE(finished[0][0].toInt(), 1);
 }
 
-void TestSmokeTest::destroyedInTheMiddle()
+void TestSmokeTest::destroyedWhileRunning()
 {
     NodeRig rig;
     auto test = std::make_unique<SmokeTest>(rig.data(), rig.host(),
@@ -283,8 +283,8 @@ void TestSmokeTest::processInterrupted_data()
     QTest::addColumn<QByteArray>("scenario");
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
         QTest::addRow("%d while starting", number) << number << QByteArray("listen=no");
-        // No memory is ever reported here, so that the test is still waiting for it.
-        QTest::addRow("%d when answered", number) << number << QByteArray("speed=20 process=no");
+        // No memory figure is ever reported here, so the smoke test is still waiting for it.
+        QTest::addRow("%d after the answer", number) << number << QByteArray("speed=20 process=no");
     }
 }
 
@@ -293,7 +293,7 @@ void TestSmokeTest::processInterrupted()
     QFETCH(int, signalNumber);
     QFETCH(QByteArray, scenario);
     const TestBundle bundle;
-    fs::remove_all(smokeFolder()); // what an earlier node logged
+    fs::remove_all(smokeFolder()); // removes the log of an earlier node
     ChildSpec spec = smokeProcess(bundle, scenario);
     spec.environment["APP_SANDBOX_CONTAINER_ID"] = "x";
     const TemporaryFolder folder;
@@ -303,7 +303,7 @@ void TestSmokeTest::processInterrupted()
     const auto smoke = ChildProcess::start(spec);
     const QByteArray awaited = scenario == "listen=no" ? "smoke: data" : "answered";
     QTRY_VERIFY_WITH_TIMEOUT(contentOf(output).contains(awaited), patience);
-    // Before that, the node would die of the signal that stops it.
+    // Before that, the signal that stops the node would kill it.
     QTRY_VERIFY_WITH_TIMEOUT(nodeLog().contains("Application starting"), patience);
 
     QSignalSpy exited(smoke.get(), &ChildProcess::exited);

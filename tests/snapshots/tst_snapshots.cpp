@@ -18,7 +18,7 @@
 using namespace tidewick;
 namespace fs = std::filesystem;
 
-/// Pictures of the windows, made by the program in surroundings without a display or a bus.
+/// Tests the window pictures that the program renders without a display or a bus.
 class TestSnapshots : public QObject
 {
     Q_OBJECT
@@ -30,17 +30,17 @@ private slots:
     void sizes();
     void themesDiffer_data();
     void themesDiffer();
-    void lookAsTheyDid_data();
-    void lookAsTheyDid();
+    void matchTheBaselines_data();
+    void matchTheBaselines();
     void ledgerWaitsForANode();
     void ledgerShowsTheNode();
-    void leaveNothingBeside();
+    void createNoOtherFiles();
     void leaveTheSettingsAlone();
-    void replaceWhatWasThere();
+    void replaceAnExistingFile();
     void followALink();
     void failures_data();
     void failures();
-    void keepWhatCannotBeReplaced();
+    void keepTheOldFileWhenTheDiskIsFull();
     void failWithoutATemporaryFolder();
 
 private:
@@ -53,12 +53,12 @@ private:
 
 namespace {
 
-/// Characters may be drawn a little differently from one version of the font library to the next. A
-/// part of the window that moves or goes changes far more.
+/// The tolerance for glyphs that different versions of the font library draw slightly differently.
+/// A part of the window that moves or disappears changes far more.
 constexpr double mostDifferent = 0.002;
 constexpr int noticeable = 48;
 
-/// How much of two pictures of the same size is not the same.
+/// The fraction of pixels that differ noticeably between two pictures of the same size.
 double difference(const QImage &one, const QImage &other)
 {
     qsizetype different = 0;
@@ -162,12 +162,12 @@ void TestSnapshots::themesDiffer()
     QVERIFY(light.pixelColor(2, 2).lightness() > 200);
     QVERIFY(dark.pixelColor(2, 2).lightness() < 60);
     QVERIFY(difference(light, dark) > 0.9);
-    // Neither the clock nor chance has a part in them.
+    // The pictures depend on neither the clock nor chance.
     QCOMPARE(snapshot(window, "light"), light);
     QCOMPARE(snapshot(window, "dark"), dark);
 }
 
-void TestSnapshots::lookAsTheyDid_data()
+void TestSnapshots::matchTheBaselines_data()
 {
     QTest::addColumn<QByteArray>("window");
     QTest::addColumn<QByteArray>("theme");
@@ -176,13 +176,14 @@ void TestSnapshots::lookAsTheyDid_data()
             QTest::addRow("%s %s", window, theme) << QByteArray(window) << QByteArray(theme);
 }
 
-void TestSnapshots::lookAsTheyDid()
+void TestSnapshots::matchTheBaselines()
 {
     QFETCH(QByteArray, window);
     QFETCH(QByteArray, theme);
     const QString name =
         QStringLiteral("%1-%2.png").arg(QLatin1String(window), QLatin1String(theme));
-    // At ratio 2: at 1 versions of Qt differ in which whole pixel a line of text comes to lie on.
+    // At a device pixel ratio of 2: at 1, Qt versions differ in how they round a line of text to
+    // whole pixels.
     const QImage reference(QStringLiteral(TIDEWICK_TEST_DATA "/windows/") + name);
     const QImage picture = snapshot(window, theme, "2");
     QCOMPARE(picture.size(), reference.size());
@@ -219,7 +220,7 @@ void TestSnapshots::ledgerShowsTheNode()
     QVERIFY(!beside.ending());
 }
 
-void TestSnapshots::leaveNothingBeside()
+void TestSnapshots::createNoOtherFiles()
 {
     const fs::path home = m_path / "home";
     const fs::path temporary = m_path / "tmp";
@@ -240,7 +241,7 @@ void TestSnapshots::leaveNothingBeside()
     QVERIFY(after == before);
 }
 
-/// The window itself would put the one that is out of its range in order.
+/// The window itself would correct the setting that is out of range.
 void TestSnapshots::leaveTheSettingsAlone()
 {
     const fs::path config = m_path / "config";
@@ -252,13 +253,13 @@ void TestSnapshots::leaveTheSettingsAlone()
     QCOMPARE(run({"--snapshot-settings", "a.png"}, variables).status, 0);
     QCOMPARE(contentOf(file), settings);
 
-    // What is stored is what is shown.
+    // The pictures differ, so the stored settings are the ones shown.
     fs::remove(file);
     QCOMPARE(run({"--snapshot-settings", "b.png"}, variables).status, 0);
     QVERIFY(contentOf(m_path / "a.png") != contentOf(m_path / "b.png"));
 }
 
-void TestSnapshots::replaceWhatWasThere()
+void TestSnapshots::replaceAnExistingFile()
 {
     writeFile(m_path / "a.png", QByteArray(1'000'000, 'x'));
     QCOMPARE(run({"--snapshot-about", "a.png"}).status, 0);
@@ -282,10 +283,10 @@ void TestSnapshots::failures_data()
     QTest::newRow("file as a folder") << QByteArray("file/a.png");
     QTest::newRow("folder") << QByteArray("folder");
     QTest::newRow("folder with a slash") << QByteArray("folder/");
-    QTest::newRow("nothing") << QByteArray("");
-    QTest::newRow("no room") << QByteArray("/dev/full");
+    QTest::newRow("empty") << QByteArray("");
+    QTest::newRow("disk full") << QByteArray("/dev/full");
     QTest::newRow("read-only file system") << QByteArray("/proc/a.png");
-    QTest::newRow("too long a name") << QByteArray(300, 'a');
+    QTest::newRow("name too long") << QByteArray(300, 'a');
     QTest::newRow("not UTF-8") << QByteArray("missing/\xff.png");
 }
 
@@ -300,11 +301,11 @@ void TestSnapshots::failures()
     QVERIFY(filesBelow(m_path) == before);
 }
 
-/// Where the disk is full, the old picture stays, whole.
-void TestSnapshots::keepWhatCannotBeReplaced()
+/// If the disk is full, the old picture stays intact.
+void TestSnapshots::keepTheOldFileWhenTheDiskIsFull()
 {
     writeFile(m_path / "a.png", "old");
-    // No file may grow beyond half a KiB.
+    // No file may grow beyond 512 bytes.
     ChildSpec spec;
     spec.executable = "/bin/sh";
     spec.arguments = {"-c", "trap '' XFSZ; ulimit -f 1; exec \"$0\" --snapshot-about a.png",
@@ -316,7 +317,7 @@ void TestSnapshots::keepWhatCannotBeReplaced()
     QCOMPARE(filesBelow(m_path).size(), 1U);
 }
 
-/// One that is relative to a folder that is no more.
+/// The temporary folder is relative to a working directory that no longer exists.
 void TestSnapshots::failWithoutATemporaryFolder()
 {
     ChildSpec spec;

@@ -14,7 +14,7 @@
 using namespace tidewick;
 namespace fs = std::filesystem;
 
-/// The modes for scripts, as processes: bytes on both streams, exit status, files.
+/// Tests the modes for scripts as separate processes: bytes on both streams, exit status, files.
 class TestToolingModes : public QObject
 {
     Q_OBJECT
@@ -31,19 +31,19 @@ private slots:
     void renderUsesTheSettings();
     void renderFailures();
     void renderWinsOverSmoke();
-    void firstOfTwoCounts();
-    void bundleMayMoveAndBeLinkedTo();
+    void firstOfTwoWins();
+    void bundleMayBeMovedAndLinkedTo();
     void nodeVersion();
     void nodeVersionPassesTheStatusOn_data();
     void nodeVersionPassesTheStatusOn();
     void nodeVersionWithoutANode();
     void describe_data();
     void describe();
-    void describeHasAStoreOfItsOwn();
+    void describeHasItsOwnSettings();
     void unwritableOutput_data();
     void unwritableOutput();
-    void closedStreamsReceiveNothingElse();
-    void createsNothingBeside();
+    void closedStreamsAreNotReused();
+    void createsNoOtherFiles();
 
 private:
     Outcome run(std::vector<std::string> arguments) const
@@ -54,7 +54,7 @@ private:
         spec.workingDirectory = m_path;
         return runProgram(spec);
     }
-    /// Runs a shell line in which $0 is the application.
+    /// Runs a shell command line in which $0 is the application.
     Outcome shell(const char *line) const
     {
         ChildSpec spec;
@@ -92,7 +92,7 @@ void TestToolingModes::usage_data()
     row("describe", {"--describe-storage"}, describe);
     row("describe an array", {"--describe-storage", "[]"}, describe);
     row("describe text", {"--describe-storage", "not JSON"}, describe);
-    row("describe nothing", {"--describe-storage", ""}, describe);
+    row("describe, empty operand", {"--describe-storage", ""}, describe);
     row("describe a number", {"--describe-storage", "5"}, describe);
     row("describe invalid UTF-8", {"--describe-storage", "{\"phase\":\"\xFF\"}"}, describe);
     row("describe an option", {"--describe-storage", "--smoke"}, describe);
@@ -121,7 +121,7 @@ void TestToolingModes::renderPrintsThePath()
             == (Outcome{bytes(target / "xrpld.cfg") + '\n', "", 0, false}));
     QVERIFY(contentOf(target / "xrpld.cfg").contains(bytes(target) + "/debug.log"));
     QVERIFY(fs::exists(target / "validators.txt"));
-    // An absolute name is printed as it is, but for the slash at its end.
+    // An absolute name is printed unchanged, except for the trailing slash.
     QVERIFY(run({"--render-config", target.string() + "/../c/"})
             == (Outcome{bytes(target) + "/../c/xrpld.cfg\n", "", 0, false}));
     QVERIFY(run({"--render-config", ""})
@@ -133,7 +133,7 @@ void TestToolingModes::renderIntoATemporaryFolder()
     ChildSpec spec;
     spec.executable = m_bundle->application();
     spec.arguments = {"--render-config", "-"};
-    spec.environment["TMPDIR"] = (m_path / "temporary").string(); // made if need be
+    spec.environment["TMPDIR"] = (m_path / "temporary").string(); // created if necessary
     const Outcome first = runProgram(spec);
     const Outcome second = runProgram(spec);
     static const QRegularExpression line(
@@ -194,7 +194,7 @@ void TestToolingModes::renderWinsOverSmoke()
     QVERIFY(!fs::exists(fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / "Tidewick-smoke"));
 }
 
-void TestToolingModes::firstOfTwoCounts()
+void TestToolingModes::firstOfTwoWins()
 {
     QVERIFY(run({"--render-config", "a", "--render-config", "b"})
             == (Outcome{bytes(m_path / "a" / "xrpld.cfg") + '\n', "", 0, false}));
@@ -202,7 +202,7 @@ void TestToolingModes::firstOfTwoCounts()
     QVERIFY(!fs::exists(m_path / "b"));
 }
 
-void TestToolingModes::bundleMayMoveAndBeLinkedTo()
+void TestToolingModes::bundleMayBeMovedAndLinkedTo()
 {
     fs::create_directory(m_path / "bin");
     fs::create_symlink(m_bundle->application(), m_path / "bin" / "quaymere");
@@ -286,7 +286,7 @@ void TestToolingModes::describe()
     QVERIFY(run({"--describe-storage", json.toStdString()}) == (Outcome{line, "", 0, false}));
 }
 
-void TestToolingModes::describeHasAStoreOfItsOwn()
+void TestToolingModes::describeHasItsOwnSettings()
 {
     const QString key = QStringLiteral("lastBuildSeconds.major");
     const std::string building = R"({"phase":"building","operation":"major","phase_seconds":300})";
@@ -310,7 +310,7 @@ void TestToolingModes::unwritableOutput_data()
                             << QByteArray("Bad file descriptor");
     QTest::newRow("closed, render")
         << QByteArray("exec \"$0\" --render-config x >&-") << QByteArray("Bad file descriptor");
-    // The reader is gone before anything is written.
+    // The reader closes the pipe before anything is written.
     QTest::newRow("reader gone") << QByteArray(
         "mkfifo pipe; (exec 3< pipe; exec 3<&-; echo > closed) & exec 4> pipe;"
         "while [ ! -e closed ]; do :; done; exec \"$0\" --describe-storage {} >&4")
@@ -325,9 +325,9 @@ void TestToolingModes::unwritableOutput()
             == (Outcome{"", "cannot write standard output: " + reason + '\n', 1, false}));
 }
 
-void TestToolingModes::closedStreamsReceiveNothingElse()
+void TestToolingModes::closedStreamsAreNotReused()
 {
-    // Without standard streams, the files that a mode opens must not become them.
+    // If the standard streams are closed, the files that a mode opens must not take their place.
     const Outcome outcome = shell("exec \"$0\" --render-config x <&- >&- 2>&-");
     QCOMPARE(outcome.status, 1);
     QVERIFY(contentOf(m_path / "x" / "xrpld.cfg").startsWith("# THIS FILE IS GENERATED"));
@@ -336,7 +336,7 @@ void TestToolingModes::closedStreamsReceiveNothingElse()
     QCOMPARE(shell("exec \"$0\" --describe-storage 2>&-").status, 2);
 }
 
-void TestToolingModes::createsNothingBeside()
+void TestToolingModes::createsNoOtherFiles()
 {
     const fs::path data = m_path / "data";
     const fs::path configuration = m_path / "config";
