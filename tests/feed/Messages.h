@@ -10,30 +10,30 @@
 
 namespace tidewick {
 
-/// The texts that a real node sent in a recorded session, in their order.
+/// The texts sent by a real node in a recorded session, in order.
 QStringList recordedTexts(const char *file);
 
-/// JSON with single quotes for double ones, to be easier on the eye.
+/// Converts JSON written with single quotes, which is easier to read, to double quotes.
 QString json(const char *text);
 
-/// What the feed sends first.
+/// The subscription request that the feed sends first.
 QString subscriptionText();
 
-/// The answer to it, with the newest ledger.
+/// The response to the subscription, with the index of the newest ledger.
 QString subscribedText(qint64 index);
 
-/// The answer to a question for a past ledger, which closed `seconds` after 2000.
+/// The response to a request for a past ledger that closed `seconds` after 2000-01-01.
 QString pastText(qint64 index, qint64 txns, qint64 seconds);
 
-/// The time so many seconds after 2000.
+/// The time that many seconds after 2000-01-01.
 LedgerFeed::Time ledgerTime(double seconds);
 
 QList<qint64> indexes(const LedgerFeed &feed);
 
-/// The whole numbers from the first to the last.
+/// All integers from the first to the last, inclusive.
 QList<qint64> fromTo(qint64 first, qint64 last);
 
-/// What the reader under test makes of a message.
+/// The reading of a message by the reader under test, as described() formats it.
 QString said(const QString &text);
 
 } // namespace tidewick

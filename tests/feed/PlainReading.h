@@ -9,14 +9,14 @@
 
 namespace tidewick {
 
-/// What a message says, on one line.
+/// The content of a message on one line.
 QString described(const StreamMessage &message);
 
-/// What Qt's parser makes of a message, with no care for speed.
+/// A message as Qt's parser reads it, without regard for speed.
 struct PlainReading
 {
     bool accepted = false;
-    /// As described() tells it.
+    /// The content, formatted by described().
     QString says;
 
     static PlainReading of(const QString &text);

@@ -11,7 +11,7 @@
 
 namespace tidewick {
 
-/// A stream under test and what it told.
+/// A stream under test and the signals it has emitted.
 class StreamClient
 {
 public:

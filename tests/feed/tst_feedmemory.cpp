@@ -14,7 +14,7 @@ namespace {
 constexpr qint64 MiB = 1024LL * 1024;
 constexpr qsizetype largest = 16 * MiB;
 
-/// Types by name, and the rest.
+/// The types listed by name, plus one entry for the rest.
 constexpr auto mostListed = qsizetype(TypesByLedger::mostTypes) + 1;
 
 qint64 sumOf(const QList<TypesByLedger::TypeCount> &totals)
@@ -25,7 +25,7 @@ qint64 sumOf(const QList<TypesByLedger::TypeCount> &totals)
     return sum;
 }
 
-/// A message as long as there may be, that holds these bytes again and again.
+/// A message of the maximum size, filled with repetitions of these bytes.
 QString filled(const char *before, const char *filling, const char *after)
 {
     QByteArray text = json(before).toUtf8();
@@ -37,7 +37,7 @@ QString filled(const char *before, const char *filling, const char *after)
 
 } // namespace
 
-/// A stream of nonsense has nothing pile up.
+/// Checks that nothing accumulates from a stream of nonsense.
 class TestFeedMemory : public QObject
 {
     Q_OBJECT
@@ -48,7 +48,7 @@ private slots:
     void talliesOfManyTypesInManyLedgers();
     void feedWithoutCloses();
     void feedWithManyTypes();
-    void feedOfEverything();
+    void feedAtAllLimits();
     void largeMessages_data();
     void largeMessages();
 };
@@ -60,7 +60,7 @@ void TestFeedMemory::talliesOfManyLedgers()
         tallies.add(i, QString::number(i));
     QCOMPARE(tallies.size(), TypesByLedger::mostLedgers);
     QCOMPARE(sumOf(tallies.totals()), qint64(TypesByLedger::mostLedgers));
-    // Those that are known go on counting.
+    // Known ledgers are still counted.
     tallies.add(5, QStringLiteral("5"));
     QCOMPARE(tallies.totals().first(), (TypesByLedger::TypeCount{QStringLiteral("5"), 2}));
     tallies.keepIf([](qint64 ledger) { return ledger == 5; });
@@ -80,7 +80,7 @@ void TestFeedMemory::talliesOfManyTypes()
     QCOMPARE(totals.first().type, QStringLiteral("Unknown"));
 }
 
-/// They are summed up with each ledger that closes, and that must not take long.
+/// The totals are computed whenever a ledger closes, which must not take long.
 void TestFeedMemory::talliesOfManyTypesInManyLedgers()
 {
     TypesByLedger tallies;
@@ -92,7 +92,7 @@ void TestFeedMemory::talliesOfManyTypesInManyLedgers()
     QCOMPARE(sumOf(tallies.totals()), 60 * 200);
     tallies.keepIf([](qint64 ledger) { return ledger == 59; });
     QCOMPARE(tallies.totals(), (QList<TypesByLedger::TypeCount>{{QStringLiteral("Unknown"), 200}}));
-    // There is room again.
+    // Room for new types is available again.
     tallies.add(60, QStringLiteral("Payment"));
     QCOMPARE(tallies.totals().last(), (TypesByLedger::TypeCount{QStringLiteral("Payment"), 1}));
     tallies.keepIf([](qint64) { return false; });
@@ -133,8 +133,8 @@ void TestFeedMemory::feedWithManyTypes()
     QCOMPARE(sumOf(feed.types()), 50'000);
 }
 
-/// As much as there may be of everything.
-void TestFeedMemory::feedOfEverything()
+/// Every list and tally at its limit.
+void TestFeedMemory::feedAtAllLimits()
 {
     const ScriptedStream stream;
     LedgerFeed feed(stream.host());
@@ -151,7 +151,8 @@ void TestFeedMemory::feedOfEverything()
     }
     QCOMPARE(feed.ledgers().size(), 60);
     QCOMPARE(feed.txs().size(), 40);
-    // The latest close is before its transactions.
+    // Each ledger's transactions come after its close, so those of the latest ledger do not count
+    // yet.
     QCOMPARE(sumOf(feed.types()), 59 * 200);
     QVERIFY(memory.isBelow(32 * MiB));
 }
@@ -168,18 +169,19 @@ void TestFeedMemory::largeMessages_data()
     row("a long hash", filled("{'type':'transaction','hash':'", "x", "'}"), false);
     row("numbers", filled(begin, "1,", "1]}"), true);
     row("numbers beyond 64 bits", filled(begin, "18446744073709551616,", "1]}"), true);
-    row("one of them", filled(begin, "1,", "18446744073709551616]}"), true);
+    row("one number beyond 64 bits", filled(begin, "1,", "18446744073709551616]}"), true);
     row("objects", filled(begin, "{},", "1]}"), true);
     row("members", filled("{'type':'transaction','hash':'A',", "'hash':'B',", "'x':1}"), true);
-    row("objects, then one beyond", filled(begin, "{'a':'b'},", "18446744073709551616]}"), true);
-    row("half of pairs", filled("{'type':'transaction','hash':'A','x':'", "\\ud83c", "'}"), true);
+    row("objects, then one number beyond 64 bits",
+        filled(begin, "{'a':'b'},", "18446744073709551616]}"), true);
+    row("lone surrogates", filled("{'type':'transaction','hash':'A','x':'", "\\ud83c", "'}"), true);
     row("open brackets", QString(largest, u'['), false);
     row("open brackets in numbers", filled(begin, "1,[", ""), false);
     row("quotes", QString(largest, u'"'), false);
     row("backslashes", QString(largest, u'\\'), false);
     row("NUL", QString(largest, QChar(0)), false);
     row("three bytes each", QString(largest / 3, u'\u20ac'), false);
-    row("cut", filled(begin, "1,", ""), false);
+    row("truncated", filled(begin, "1,", ""), false);
 }
 
 void TestFeedMemory::largeMessages()

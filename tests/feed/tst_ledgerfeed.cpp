@@ -10,7 +10,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// How the feed connects, waits, and stops.
+/// Tests how the feed connects, waits, and stops.
 class TestLedgerFeed : public QObject
 {
     Q_OBJECT
@@ -21,16 +21,16 @@ private slots:
     void subscribes();
     void startsOnce();
     void isConnectedByAMessage();
-    void reconnectsForAsLongAsItTakes();
-    void stopTakesLeave();
-    void stopCallsOffReconnecting();
+    void keepsReconnecting();
+    void stopClosesTheConnection();
+    void stopCancelsReconnecting();
     void stopWithoutStart();
     void startsAgain();
     void startsAgainAtOnce();
-    void oldSocketsAreNotHeard();
+    void oldSocketsAreIgnored();
     void noAlarmWhileNothingIsPending();
     void wakesAfterSleep();
-    void goesWhileWaiting();
+    void destroyedWhileWaiting();
 
 private:
     std::unique_ptr<ScriptedStream> m_stream;
@@ -90,7 +90,7 @@ void TestLedgerFeed::isConnectedByAMessage()
     QCOMPARE(changed.count(), 2);
 }
 
-void TestLedgerFeed::reconnectsForAsLongAsItTakes()
+void TestLedgerFeed::keepsReconnecting()
 {
     const QSignalSpy changed(m_feed.get(), &LedgerFeed::connectedChanged);
     m_feed->start();
@@ -109,7 +109,7 @@ void TestLedgerFeed::reconnectsForAsLongAsItTakes()
     QCOMPARE(m_stream->clock().alarms(), 0U);
 }
 
-void TestLedgerFeed::stopTakesLeave()
+void TestLedgerFeed::stopClosesTheConnection()
 {
     m_feed->start();
     m_stream->say(subscribedText(100));
@@ -124,7 +124,7 @@ void TestLedgerFeed::stopTakesLeave()
     QVERIFY(!m_stream->isOpen());
 }
 
-void TestLedgerFeed::stopCallsOffReconnecting()
+void TestLedgerFeed::stopCancelsReconnecting()
 {
     m_feed->start();
     m_stream->fail();
@@ -163,7 +163,7 @@ void TestLedgerFeed::startsAgain()
     QCOMPARE(m_stream->connections(), 2);
     QCOMPARE(m_stream->sent(), QStringList(subscriptionText()));
     QCOMPARE(m_feed->ledgers().size(), 1);
-    // What was pending is listed at the first flush, and the tallies have both.
+    // The pending transaction is listed at the first flush, and the tallies count both.
     m_stream->clock().advance(400ms - 1ns);
     QCOMPARE(changed.count(), 0);
     m_stream->clock().advance(1ns);
@@ -173,7 +173,7 @@ void TestLedgerFeed::startsAgain()
     QCOMPARE(m_feed->types(), (QList<LedgerFeed::TypeCount>{{QStringLiteral("Payment"), 2}}));
 }
 
-/// Before three seconds have passed.
+/// Restarts before the reconnect delay of three seconds has passed.
 void TestLedgerFeed::startsAgainAtOnce()
 {
     m_feed->start();
@@ -186,8 +186,8 @@ void TestLedgerFeed::startsAgainAtOnce()
     QCOMPARE(m_stream->connections(), 2);
 }
 
-/// The socket of a stopped feed lives until the event loop turns.
-void TestLedgerFeed::oldSocketsAreNotHeard()
+/// The socket of a stopped feed lives until control returns to the event loop.
+void TestLedgerFeed::oldSocketsAreIgnored()
 {
     m_feed->start();
     m_stream->close(7, 2, 100);
@@ -219,7 +219,7 @@ void TestLedgerFeed::noAlarmWhileNothingIsPending()
     QCOMPARE(m_stream->clock().alarms(), 0U);
 }
 
-/// Time asleep counts.
+/// Time spent asleep counts.
 void TestLedgerFeed::wakesAfterSleep()
 {
     m_feed->start();
@@ -233,7 +233,7 @@ void TestLedgerFeed::wakesAfterSleep()
     QCOMPARE(m_feed->txs().size(), 2);
 }
 
-void TestLedgerFeed::goesWhileWaiting()
+void TestLedgerFeed::destroyedWhileWaiting()
 {
     m_feed->start();
     m_stream->transact(QStringLiteral("A"), QStringLiteral("Payment"), 100);

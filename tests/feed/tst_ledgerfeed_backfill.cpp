@@ -25,7 +25,7 @@ QString backfillRequest(qint64 id, qint64 index)
 
 } // namespace
 
-/// How the feed asks for the ledgers that closed before, and what it makes of the answers.
+/// Tests how the feed requests past ledgers and handles the responses.
 class TestLedgerFeedBackfill : public QObject
 {
     Q_OBJECT
@@ -41,7 +41,7 @@ private slots:
     void backfillInAnyOrder_data();
     void backfillInAnyOrder();
     void backfillBesideLiveLedgers();
-    void backfillOfTheTooOld();
+    void backfillIgnoresTooOldLedgers();
     void oddIndexes();
 
 private:
@@ -167,14 +167,14 @@ void TestLedgerFeedBackfill::backfillBesideLiveLedgers()
     m_stream->say(pastText(999, 1, 3996));
     m_stream->close(1001, 7, 4004);
     m_stream->say(pastText(998, 1, 3992));
-    // The one that was seen to close stays as it is.
+    // A ledger whose close has been seen stays unchanged.
     m_stream->say(pastText(1000, 1, 1));
     QCOMPARE(indexes(*m_feed), fromTo(998, 1001));
     QCOMPARE(m_feed->ledgers().at(2), (LedgerFeed::Ledger{1000, 7, ledgerTime(4000)}));
     QVERIFY(m_feed->types().isEmpty());
 }
 
-void TestLedgerFeedBackfill::backfillOfTheTooOld()
+void TestLedgerFeedBackfill::backfillIgnoresTooOldLedgers()
 {
     for (qint64 i = 0; i < 60; ++i)
         m_stream->close(1000 + i, 1, 4 * i);
@@ -182,7 +182,7 @@ void TestLedgerFeedBackfill::backfillOfTheTooOld()
     m_stream->say(pastText(999, 1, 0));
     QCOMPARE(indexes(*m_feed), fromTo(1000, 1059));
     QCOMPARE(changed.count(), 0);
-    // One that was missed is newer than the oldest.
+    // A missed ledger is accepted, as it is newer than the oldest one kept.
     m_stream->close(1061, 1, 300);
     m_stream->say(pastText(1060, 1, 296));
     QCOMPARE(indexes(*m_feed), fromTo(1002, 1061));

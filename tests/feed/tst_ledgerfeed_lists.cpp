@@ -29,7 +29,7 @@ QStringList hashes(const LedgerFeed &feed)
 
 } // namespace
 
-/// What the feed keeps of the live stream.
+/// Tests what the feed keeps from the live stream.
 class TestLedgerFeedLists : public QObject
 {
     Q_OBJECT
@@ -43,12 +43,12 @@ private slots:
     void manyInOneFlush();
     void newestComeFirst();
     void talliesChangeOnClose();
-    void talliesGoWithTheirLedger();
+    void talliesLeaveWithTheirLedger();
     void typesAreSorted();
     void nonsenseChangesNothing();
     void rate_data();
     void rate();
-    void rateOfAllKept();
+    void rateOverAllLedgers();
     void replay_data();
     void replay();
 
@@ -87,7 +87,7 @@ void TestLedgerFeedLists::closedLedgers()
     QCOMPARE(changed.count(), 61);
 }
 
-/// They are taken as they come.
+/// Closes are recorded in the order they arrive.
 void TestLedgerFeedLists::repeatedCloses()
 {
     m_stream->close(7, 1, 100);
@@ -112,7 +112,7 @@ void TestLedgerFeedLists::transactionsWaitForTheFlush()
     QCOMPARE(changed.count(), 1);
 }
 
-/// Whenever in an interval a transaction comes, it is listed at the interval's end.
+/// A transaction is listed at the end of the interval in which it arrives.
 void TestLedgerFeedLists::flushesOnTheGrid()
 {
     const QSignalSpy changed(m_feed.get(), &LedgerFeed::txsChanged);
@@ -125,7 +125,7 @@ void TestLedgerFeedLists::flushesOnTheGrid()
     m_stream->clock().advance(1ns);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(m_feed->txs().size(), 2);
-    // 1.6 s are over, then 1.9 s.
+    // The next two arrive 1.6 s and 1.9 s after the start.
     m_stream->clock().advance(1200ms);
     transact(1, payment, 7);
     m_stream->clock().advance(300ms);
@@ -149,7 +149,7 @@ void TestLedgerFeedLists::manyInOneFlush()
     QCOMPARE(hashes(*m_feed), expected);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(changed.first().first().value<qsizetype>(), 40);
-    // All of them count.
+    // The tallies count all of them.
     m_stream->close(7, 45, 100);
     QCOMPARE(m_feed->types(), (QList<LedgerFeed::TypeCount>{{payment, 45}}));
 }
@@ -167,7 +167,7 @@ void TestLedgerFeedLists::newestComeFirst()
     QCOMPARE(m_feed->txs().last().id, QStringLiteral("10"));
     QCOMPARE(changed.count(), 5);
     QCOMPARE(changed.last().first().value<qsizetype>(), 10);
-    // The same transaction twice is two.
+    // The same transaction sent twice is listed twice.
     transact(2, payment, 7);
     m_stream->clock().advance(400ms);
     QCOMPARE(hashes(*m_feed).first(3),
@@ -189,12 +189,12 @@ void TestLedgerFeedLists::talliesChangeOnClose()
     QCOMPARE(changed.count(), 1);
 }
 
-void TestLedgerFeedLists::talliesGoWithTheirLedger()
+void TestLedgerFeedLists::talliesLeaveWithTheirLedger()
 {
     m_stream->close(7, 3, 100);
     transact(3, payment, 7);
     transact(1, payment, 8);
-    // A ledger whose close has not been seen when another closes.
+    // A transaction of a ledger that closes only after the next close.
     transact(5, QStringLiteral("TrustSet"), 9);
     m_stream->close(8, 1, 104);
     QCOMPARE(m_feed->types(), (QList<LedgerFeed::TypeCount>{{payment, 4}}));
@@ -222,7 +222,7 @@ void TestLedgerFeedLists::typesAreSorted()
     QCOMPARE(types.size(), 4);
     QCOMPARE(types.first(), (LedgerFeed::TypeCount{payment, 5}));
     QCOMPARE(types.last(), (LedgerFeed::TypeCount{QString(), 1}));
-    // The order of equals is open.
+    // The order of equal counts is unspecified.
     std::sort(types.begin(), types.end(), [](auto &a, auto &b) { return a.type < b.type; });
     QCOMPARE(types, (QList<LedgerFeed::TypeCount>{{QString(), 1},
                                                   {QStringLiteral("OfferCreate"), 2},
@@ -294,11 +294,11 @@ void TestLedgerFeedLists::rate()
         QCOMPARE(*m_feed->txRate(), *rate);
 }
 
-void TestLedgerFeedLists::rateOfAllKept()
+void TestLedgerFeedLists::rateOverAllLedgers()
 {
     for (qint64 i = 0; i < 70; ++i)
         m_stream->close(i, i, 4 * i);
-    // From 11 to 69, in 59 times 4 s.
+    // The transactions of 59 ledgers, 11 to 69 each, in 59 times 4 s.
     QCOMPARE(m_feed->txRate(), std::optional<double>(59.0 * (11 + 69) / 2 / (59 * 4)));
 }
 
@@ -309,7 +309,7 @@ void TestLedgerFeedLists::replay_data()
         QTest::newRow(file) << recordedTexts(file);
 }
 
-/// A recorded session leaves what a look through it finds.
+/// After a recorded session, the feed contains what a direct evaluation of the session finds.
 void TestLedgerFeedLists::replay()
 {
     QFETCH(QStringList, texts);
@@ -347,7 +347,7 @@ void TestLedgerFeedLists::replay()
     }
     m_stream->clock().advance(400ms);
 
-    // One of the recordings begins after its subscriptionText().
+    // One of the recordings begins after its subscription.
     QCOMPARE(m_stream->sent().size(), subscribed ? 60 : 1);
     QVERIFY(ledgers.size() >= 11);
     QCOMPARE(m_feed->ledgers(), QList<LedgerFeed::Ledger>(ledgers.values()));

@@ -10,7 +10,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// What those who listen to the feed may do to it meanwhile.
+/// Tests what slots connected to the feed may do to it while they are called.
 class TestLedgerFeedSlots : public QObject
 {
     Q_OBJECT
@@ -19,8 +19,8 @@ private slots:
     void init();
     void stopsInsideASlot_data();
     void stopsInsideASlot();
-    void startsAnewInsideASlot();
-    void goesFromAQueuedCall();
+    void restartsInsideASlot();
+    void destroyedInAQueuedCall();
 
 private:
     void happen(const QString &what);
@@ -61,7 +61,7 @@ void TestLedgerFeedSlots::stopsInsideASlot()
     QFETCH(QString, what);
     m_feed->start();
     m_stream->transact(QStringLiteral("A"), QStringLiteral("Payment"), 9);
-    if (what == u"message") { // the next is the first of its connection
+    if (what == u"message") { // makes the next message the first of its connection
         m_stream->fail();
         m_stream->clock().advance(3s);
     }
@@ -84,8 +84,8 @@ void TestLedgerFeedSlots::stopsInsideASlot()
     QCOMPARE(m_stream->connections(), connections + 1);
 }
 
-/// The answer to a subscriptionText() of the old connection is none to that of the new one.
-void TestLedgerFeedSlots::startsAnewInsideASlot()
+/// The response to the subscription on the old connection does not count for the new one.
+void TestLedgerFeedSlots::restartsInsideASlot()
 {
     m_feed->start();
     connect(m_feed.get(), &LedgerFeed::connectedChanged, m_feed.get(), [&] {
@@ -102,7 +102,7 @@ void TestLedgerFeedSlots::startsAnewInsideASlot()
     QCOMPARE(m_stream->sent().size(), 60);
 }
 
-void TestLedgerFeedSlots::goesFromAQueuedCall()
+void TestLedgerFeedSlots::destroyedInAQueuedCall()
 {
     m_feed->start();
     const auto go = [this] { m_feed.reset(); };

@@ -21,7 +21,7 @@ namespace {
 
 constexpr int patience = 60'000;
 
-/// The indexes that are missing between the first and the last.
+/// The indexes missing between the first and the last.
 QList<qint64> gaps(const LedgerFeed &feed)
 {
     const QList<qint64> known = indexes(feed);
@@ -38,7 +38,7 @@ bool isAscending(const LedgerFeed &feed)
 
 } // namespace
 
-/// The feed and the simulated node, with real connections and clocks.
+/// Tests the feed against the simulated node, with real connections and clocks.
 class TestLiveFeed : public QObject
 {
     Q_OBJECT
@@ -46,13 +46,13 @@ class TestLiveFeed : public QObject
 private slots:
     void init();
     void cleanup();
-    void fillsAndGoesOn();
-    void tellsWhatTheNodeTells();
+    void fillsAndContinues();
+    void listsTheNodesTransactions();
     void talliesAgreeWithTheLedgers();
     void waitsForTheNode();
     void comesBackAfterTheNode_data();
     void comesBackAfterTheNode();
-    void stopsInTheMiddle();
+    void stopsAndRestarts();
 
 private:
     void startNode();
@@ -76,7 +76,7 @@ void TestLiveFeed::cleanup()
     m_node.reset();
 }
 
-/// A ledger every fifth of a second; its port is open.
+/// Starts a node that closes a ledger every 0.2 s, and waits until its port is open.
 void TestLiveFeed::startNode()
 {
     m_node->start("start-delay=0 speed=20 stop-delay=0.1 state=full txns=3-9");
@@ -84,8 +84,9 @@ void TestLiveFeed::startNode()
                              patience);
 }
 
-/// The ledger that is the newest on connecting is neither past nor still to close: it stays out.
-void TestLiveFeed::fillsAndGoesOn()
+/// The ledger that is the newest one when the feed connects is not included: it is neither past nor
+/// yet to close.
+void TestLiveFeed::fillsAndContinues()
 {
     startNode();
     m_feed->start();
@@ -107,7 +108,7 @@ void TestLiveFeed::fillsAndGoesOn()
     QVERIFY(m_feed->txRate().value_or(0) > 0);
 }
 
-void TestLiveFeed::tellsWhatTheNodeTells()
+void TestLiveFeed::listsTheNodesTransactions()
 {
     startNode();
     m_feed->start();
@@ -120,7 +121,7 @@ void TestLiveFeed::tellsWhatTheNodeTells()
         QVERIFY(!tx.type.isEmpty() && tx.type != u"Unknown");
         QVERIFY(tx.account.startsWith(u'r'));
         QVERIFY(tx.result.startsWith(u"te"));
-        // Newest first, each of a ledger that is there.
+        // Newest first, and each belongs to a ledger in the list.
         QVERIFY(tx.ledger <= ledger);
         QVERIFY(indexes(*m_feed).contains(tx.ledger));
         ledger = tx.ledger;
@@ -128,7 +129,7 @@ void TestLiveFeed::tellsWhatTheNodeTells()
     QCOMPARE(hashes.size(), 40);
 }
 
-/// When a ledger closes the transactions of those before have all come, its own not yet.
+/// When a ledger closes, all transactions of earlier ledgers have arrived, but none of its own.
 void TestLiveFeed::talliesAgreeWithTheLedgers()
 {
     startNode();
@@ -146,7 +147,7 @@ void TestLiveFeed::talliesAgreeWithTheLedgers()
     });
     const QSignalSpy changed(m_feed.get(), &LedgerFeed::ledgersChanged);
     m_feed->start();
-    // Past ledgers only, so far; then the first that closed.
+    // At first there are only past ledgers; `first` is the first ledger whose close is seen.
     connect(m_feed.get(), &LedgerFeed::ledgersChanged, this, [&] {
         const QList<qint64> missing = gaps(*m_feed);
         if (first == 0 && !missing.isEmpty())
@@ -188,12 +189,13 @@ void TestLiveFeed::comesBackAfterTheNode()
     QTRY_VERIFY_WITH_TIMEOUT(m_feed->connected(), patience);
     QTRY_VERIFY_WITH_TIMEOUT(newest() > before + 2, patience);
     QTRY_COMPARE_WITH_TIMEOUT(m_feed->ledgers().size(), 60, patience);
-    // What closed in between is there, but for the newest on connecting.
+    // The ledgers that closed in between have been filled in, except the newest one at the time of
+    // connecting.
     QTRY_VERIFY_WITH_TIMEOUT(gaps(*m_feed).size() <= 1, patience);
     QVERIFY(isAscending(*m_feed));
 }
 
-void TestLiveFeed::stopsInTheMiddle()
+void TestLiveFeed::stopsAndRestarts()
 {
     startNode();
     m_feed->start();
@@ -204,7 +206,7 @@ void TestLiveFeed::stopsInTheMiddle()
     const QSignalSpy txs(m_feed.get(), &LedgerFeed::txsChanged);
     const QList<qint64> before = indexes(*m_feed);
     QVERIFY(!before.isEmpty());
-    QTest::qWait(600); // three ledgers
+    QTest::qWait(600); // long enough for three ledgers
     QCOMPARE(ledgers.count() + txs.count(), 0);
     QCOMPARE(indexes(*m_feed), before);
 

@@ -18,7 +18,7 @@ namespace {
 
 using Server = RawWebSocketServer;
 
-/// Long enough for what comes too much to show itself.
+/// Long enough, in ms, for an unexpected extra message or signal to show up.
 constexpr int aMoment = 30;
 
 long openDescriptors()
@@ -28,7 +28,7 @@ long openDescriptors()
 
 } // namespace
 
-/// How a connection begins and ends.
+/// Tests how a connection begins and ends.
 class TestNodeStream : public QObject
 {
     Q_OBJECT
@@ -36,8 +36,8 @@ class TestNodeStream : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void shakesHands();
-    void goesThroughNoProxy();
+    void completesTheHandshake();
+    void usesNoProxy();
     void sendsInOrder();
     void refused();
     void noDescriptorsLeft();
@@ -49,7 +49,7 @@ private slots:
     void endings_data();
     void endings();
     void goesAway();
-    void goesAwayAfterMuch();
+    void goesAwayAfterManyMessages();
     void goesAwayDuringTheHandshake();
     void goesAwayBeforeConnecting();
     void isSilentAfterGoingAway();
@@ -61,7 +61,7 @@ private:
     long m_descriptors = 0;
 };
 
-/// What Qt opens once stays open.
+/// Descriptors that Qt opens on first use stay open.
 void TestNodeStream::initTestCase()
 {
     {
@@ -79,7 +79,7 @@ void TestNodeStream::cleanup()
     QTRY_COMPARE(openDescriptors(), m_descriptors);
 }
 
-void TestNodeStream::shakesHands()
+void TestNodeStream::completesTheHandshake()
 {
     const Server server;
     const StreamClient client;
@@ -93,7 +93,7 @@ void TestNodeStream::shakesHands()
     QCOMPARE(client.failures(), 0);
 }
 
-void TestNodeStream::goesThroughNoProxy()
+void TestNodeStream::usesNoProxy()
 {
     const Server server;
     QNetworkProxy::setApplicationProxy(
@@ -156,7 +156,7 @@ void TestNodeStream::handshakeLimit()
     timer.start();
     StreamClient client(250ms);
     QTRY_COMPARE(client.failures(), 1);
-    QVERIFY(timer.elapsed() >= 230); // it is a coarse timer
+    QVERIFY(timer.elapsed() >= 230); // the timer is coarse
     QCOMPARE(server.connections(), 1);
     client.destroy();
     QTRY_VERIFY(!server.connection());
@@ -189,7 +189,7 @@ void TestNodeStream::badHandshakes_data()
     QTest::newRow("bytes") << QByteArray("\0\xff\r\n\x81\r\n\r\n", 9);
     QTest::newRow("no headers") << upgrade + "\r\n";
     QTest::newRow("not accepted") << upgrade + headers + "\r\n";
-    QTest::newRow("accepted for another") << upgrade + headers + accepted + "\r\n";
+    QTest::newRow("accepted for another key") << upgrade + headers + accepted + "\r\n";
     QTest::newRow("cut") << upgrade + headers;
 }
 
@@ -217,15 +217,15 @@ void TestNodeStream::endings_data()
             server.send(Server::close, Server::closing(quint16(code), "<b>because</b>"));
         });
     for (const int code : {0, 999, 1004, 1005, 1006, 1015, 65535})
-        QTest::addRow("code %d, which none may send", code) << End([code](const Server &server) {
+        QTest::addRow("code %d, which must not be sent", code) << End([code](const Server &server) {
             server.send(Server::close, Server::closing(quint16(code)));
         });
     QTest::newRow("no code") << End([](const Server &server) { server.send(Server::close, {}); });
     QTest::newRow("half a code") << End(
         [](const Server &server) { server.send(Server::close, "\x03"); });
-    QTest::newRow("a reason that is no text") << End(
+    QTest::newRow("reason not UTF-8") << End(
         [](const Server &server) { server.send(Server::close, Server::closing(1000, "\xff")); });
-    QTest::newRow("closed without a word")
+    QTest::newRow("closed without a close frame")
         << End([](const Server &server) { server.connection()->disconnectFromHost(); });
     QTest::newRow("reset") << End([](const Server &server) { server.connection()->abort(); });
     QTest::newRow("within a frame") << End([](const Server &server) {
@@ -275,8 +275,8 @@ void TestNodeStream::goesAway()
     QCOMPARE(client.failures(), 0);
 }
 
-/// What was sent before arrives before.
-void TestNodeStream::goesAwayAfterMuch()
+/// Everything sent before goes out before the close frame.
+void TestNodeStream::goesAwayAfterManyMessages()
 {
     const Server server;
     StreamClient client;
@@ -341,7 +341,8 @@ void TestNodeStream::destroyed_data()
         QTest::addRow("after %d rounds of the event loop", rounds) << rounds;
 }
 
-/// A busy server; whatever the moment is good for, there is no word of leave and no signal.
+/// The server is busy. Whenever the stream is destroyed, it sends no close frame and emits no
+/// signal.
 void TestNodeStream::destroyed()
 {
     QFETCH(int, rounds);
@@ -362,7 +363,7 @@ void TestNodeStream::destroyed()
     QVERIFY(server.unread().isEmpty());
 }
 
-/// As the feed does it.
+/// As the feed destroys its stream.
 void TestNodeStream::destroyedInASlot()
 {
     const Server server;

@@ -14,7 +14,7 @@ using Server = RawWebSocketServer;
 
 constexpr qint64 MiB = 1024LL * 1024;
 
-/// Sends the bytes again and again, as fast as they are taken, up to so many times.
+/// Sends the bytes up to this many times, as fast as the other side accepts them.
 void pour(QTcpSocket *connection, const QByteArray &bytes, int times)
 {
     const auto left = std::make_shared<int>(times);
@@ -30,7 +30,7 @@ void pour(QTcpSocket *connection, const QByteArray &bytes, int times)
 
 } // namespace
 
-/// A server that sends without end has nothing pile up here.
+/// Checks that nothing accumulates when a server sends without end.
 class TestNodeStreamFloods : public QObject
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ void TestNodeStreamFloods::pings_data()
     QTest::newRow("empty") << QByteArray();
 }
 
-/// The server reads none of the answers.
+/// The server does not read the replies.
 void TestNodeStreamFloods::pings()
 {
     QFETCH(QByteArray, payload);
@@ -68,7 +68,7 @@ void TestNodeStreamFloods::pings()
     QVERIFY(memory.isBelow(80 * MiB));
 }
 
-/// As many as wanted, as long as the answers are read.
+/// Any number of pings is fine as long as the replies are read.
 void TestNodeStreamFloods::pingsThatAreAnswered()
 {
     const Server server;
@@ -121,7 +121,7 @@ void TestNodeStreamFloods::largeTexts()
     QVERIFY(memory.isBelow(200 * MiB));
 }
 
-/// A text that never ends, in empty pieces.
+/// A text that does not end, in empty fragments.
 void TestNodeStreamFloods::pieces()
 {
     const Server server;

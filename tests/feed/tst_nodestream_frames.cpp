@@ -15,10 +15,10 @@ using Server = RawWebSocketServer;
 
 constexpr qsizetype largest = 16LL * 1024 * 1024;
 
-/// Something to wait for behind frames that say nothing.
+/// A text to wait for after frames that produce none.
 const QString ready = QStringLiteral("ready");
 
-/// A text in pieces of so many bytes.
+/// A text in fragments of this many bytes.
 QByteArray inPieces(const QByteArray &payload, qsizetype size)
 {
     QByteArray bytes;
@@ -33,7 +33,7 @@ QByteArray inPieces(const QByteArray &payload, qsizetype size)
 
 } // namespace
 
-/// What comes on a connection that stands.
+/// Tests what arrives on an open connection.
 class TestNodeStreamFrames : public QObject
 {
     Q_OBJECT
@@ -43,14 +43,14 @@ private slots:
     void texts_data();
     void texts();
     void pings();
-    void wrong_data();
-    void wrong();
+    void protocolErrors_data();
+    void protocolErrors();
     void maskedFrames();
     void largestText_data();
     void largestText();
     void tooLarge_data();
     void tooLarge();
-    void many();
+    void manyMessages();
 
 private:
     std::unique_ptr<Server> m_server;
@@ -94,12 +94,12 @@ void TestNodeStreamFrames::texts_data()
         Server::frame(Server::text, "a") + Server::frame(Server::binary, "b")
             + Server::frame(Server::text, "c"),
         {QStringLiteral("a"), QStringLiteral("c")});
-    row("binary that is no text",
+    row("binary, not UTF-8",
         Server::frame(Server::binary, QByteArray("\xff\0\xfe", 3))
             + Server::frame(Server::text, "c"),
         {QStringLiteral("c")});
-    row("a pong that nobody asked for",
-        Server::frame(Server::pong, "x") + Server::frame(Server::text, "c"), {QStringLiteral("c")});
+    row("unsolicited pong", Server::frame(Server::pong, "x") + Server::frame(Server::text, "c"),
+        {QStringLiteral("c")});
 }
 
 void TestNodeStreamFrames::texts()
@@ -110,7 +110,7 @@ void TestNodeStreamFrames::texts()
     QTRY_COMPARE(m_client->texts(), texts);
     QCOMPARE(m_client->failures(), 0);
 
-    // The same byte by byte.
+    // The same bytes, one at a time.
     if (bytes.size() > 1000)
         return;
     for (const char byte : bytes) {
@@ -134,7 +134,7 @@ void TestNodeStreamFrames::pings()
     QVERIFY(m_client->texts().isEmpty());
 }
 
-void TestNodeStreamFrames::wrong_data()
+void TestNodeStreamFrames::protocolErrors_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     const auto row = [](const char *name, const QByteArray &bytes) {
@@ -142,25 +142,25 @@ void TestNodeStreamFrames::wrong_data()
     };
     row("not UTF-8", Server::frame(Server::text, "\xff"));
     row("surrogates in UTF-8", Server::frame(Server::text, "\xed\xa0\xbd"));
-    row("too long a form in UTF-8", Server::frame(Server::text, "\xc0\x80"));
-    row("half a character", Server::frame(Server::text, "\xe2\x82"));
-    // It would be right; QWebSocket takes no piece that ends within a character. A node's texts are
-    // all ASCII.
+    row("overlong UTF-8", Server::frame(Server::text, "\xc0\x80"));
+    row("truncated character", Server::frame(Server::text, "\xe2\x82"));
+    // This would be valid, but QWebSocket rejects fragments that end within a character. A node's
+    // texts are all ASCII.
     row("a character in pieces",
         Server::frame(Server::textBegin, "\xe2\x82") + Server::frame(Server::end, "\xac"));
-    row("a length in a longer form than need be", QByteArray("\x81\x7e\x00\x01x", 5));
+    row("length not in the shortest form", QByteArray("\x81\x7e\x00\x01x", 5));
     for (const int bit : {0x40, 0x20, 0x10})
         QTest::addRow("reserved bit %#x", bit) << Server::frame(quint8(Server::text | bit), "x");
     for (const int opcode : {3, 7, 11, 15})
         QTest::addRow("unknown opcode %d", opcode) << Server::frame(quint8(0x80 | opcode), "x");
-    row("the end of nothing", Server::frame(Server::end, "x"));
-    row("a text within another",
+    row("continuation of nothing", Server::frame(Server::end, "x"));
+    row("text within a fragmented text",
         Server::frame(Server::textBegin, "x") + Server::frame(Server::text, "y"));
     row("a ping too large", Server::frame(Server::ping, QByteArray(126, 'x')));
     row("a ping in pieces", Server::frame(0x09, "x"));
 }
 
-void TestNodeStreamFrames::wrong()
+void TestNodeStreamFrames::protocolErrors()
 {
     QFETCH(QByteArray, bytes);
     m_server->send(Server::frame(Server::text, "good"));
@@ -173,7 +173,7 @@ void TestNodeStreamFrames::wrong()
     QCOMPARE(m_client->texts().size(), 1);
 }
 
-/// Servers should not mask; it does no harm.
+/// Servers should not mask their frames, but it does no harm.
 void TestNodeStreamFrames::maskedFrames()
 {
     m_server->send(QByteArray("\x81\x82\x01\x02\x03\x04", 6) + char('h' ^ 1) + char('i' ^ 2));
@@ -209,11 +209,11 @@ void TestNodeStreamFrames::tooLarge_data()
     row("one frame", Server::frame(Server::text, text));
     row("pieces", inPieces(text, 65536));
     row("small pieces", inPieces(text, 1000));
-    row("other than ASCII", Server::frame(Server::text, euros));
-    row("other than ASCII, in pieces", inPieces(euros, 65535));
+    row("not ASCII", Server::frame(Server::text, euros));
+    row("not ASCII, in pieces", inPieces(euros, 65535));
     row("binary", Server::frame(Server::binary, text));
-    row("only announced", QByteArray("\x81\x7f\x00\x00\x00\x00\x01\x00\x00\x01", 10));
-    row("announced beyond all bounds", QByteArray("\x81\x7f\x7f\xff\xff\xff\xff\xff\xff\xff", 10));
+    row("announced only", QByteArray("\x81\x7f\x00\x00\x00\x00\x01\x00\x00\x01", 10));
+    row("announced as huge", QByteArray("\x81\x7f\x7f\xff\xff\xff\xff\xff\xff\xff", 10));
     row("announced as negative", QByteArray("\x81\x7f\xff\xff\xff\xff\xff\xff\xff\xff", 10));
 }
 
@@ -225,8 +225,8 @@ void TestNodeStreamFrames::tooLarge()
     QVERIFY(m_client->texts().isEmpty());
 }
 
-/// Everything comes, in order, and others have their turn meanwhile.
-void TestNodeStreamFrames::many()
+/// All messages arrive, in order, and other events are processed in the meantime.
+void TestNodeStreamFrames::manyMessages()
 {
     constexpr int messages = 50'000;
     QByteArray bytes;

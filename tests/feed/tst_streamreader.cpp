@@ -9,7 +9,7 @@ using namespace tidewick;
 
 namespace {
 
-/// The same object with a number that has the reader turn to Qt's parser.
+/// The same object with a number added that makes the reader fall back to Qt's parser.
 QString beyondSimdjson(const QString &object)
 {
     return json("{'large':18446744073709551616%1%2")
@@ -46,8 +46,8 @@ void addAnswers(const Row &row)
     row("subscribed, index a text", "{'id':1,'result':{'ledger_index':'7'}}", "subscribed: none");
     row("id true is 1", "{'id':true,'result':{'ledger_index':7}}", "subscribed: 7");
     row("id a text", "{'id':'1','result':{'ledger_index':7}}");
-    row("id of nobody", "{'id':500,'result':{'ledger_index':7,'ledger':{}}}");
-    row("id of nobody, with a type",
+    row("unknown id", "{'id':500,'result':{'ledger_index':7,'ledger':{}}}");
+    row("unknown id, with a type",
         "{'id':2,'result':{},'type':'ledgerClosed','ledger_index':7,'ledger_time':1}");
     row("result not an object", "{'id':1,'result':[]}");
     row("result not an object, with a type",
@@ -58,12 +58,12 @@ void addAnswers(const Row &row)
         "{'id':1000,'result':{'ledger':{'ledger_index':'7','close_time':1,"
         "'transactions':['A',null,{}]}}}",
         "past: 7, 3 transactions, at 946684801");
-    row("past, id beyond what was asked",
+    row("past, id beyond the requests",
         "{'id':9e18,'result':{'ledger':{'ledger_index':'7',"
         "'close_time':1,'transactions':[]}}}",
         "past: 7, 0 transactions, at 946684801");
-    row("id below", "{'id':999,'result':{'ledger':{'ledger_index':'7','close_time':1,"
-                    "'transactions':[]}}}");
+    row("id below the range", "{'id':999,'result':{'ledger':{'ledger_index':'7','close_time':1,"
+                              "'transactions':[]}}}");
     row("past, still open", "{'id':1001,'result':{'ledger':{'ledger_index':'7',"
                             "'transactions':[]}}}");
     row("past, no transactions", "{'id':1001,'result':{'ledger':{'ledger_index':'7',"
@@ -86,7 +86,7 @@ void addStreamMessages(const Row &row)
     row("closed, no index", "{'type':'ledgerClosed','txn_count':2,'ledger_time':1}");
     row("closed, no time", "{'type':'ledgerClosed','ledger_index':7,'txn_count':2}");
     row("other type", "{'type':'serverStatus','ledger_index':7,'ledger_time':1,'hash':'A'}");
-    row("type in other letters", "{'type':'LedgerClosed','ledger_index':7,'ledger_time':1}");
+    row("type in different case", "{'type':'LedgerClosed','ledger_index':7,'ledger_time':1}");
     row("type not a text", "{'type':['transaction'],'hash':'A'}");
     row("no type", "{'hash':'A','ledger_index':7,'ledger_time':1}");
 
@@ -123,7 +123,7 @@ void addStreamMessages(const Row &row)
         "transaction|A|Unknown||terRETRY|0");
     row("the last of two members counts", "{'type':'x','type':'transaction','hash':'A','hash':'B'}",
         "transaction|B|Unknown|||0");
-    row("the last of two members counts, also a wrong one",
+    row("the last of two members counts, even if invalid",
         "{'type':'transaction','hash':'A','hash':1}");
     row("member names may be escaped", "{'\\u0074ype':'transaction','ha\\u0073h':'A'}",
         "transaction|A|Unknown|||0");

@@ -80,7 +80,7 @@ const QByteArrayList extraMembers{
     "\"close_time\":1,",   "\"transactions\":[1,2],",
 };
 
-/// Changes texts by chance, but the same way in each run.
+/// Mutates texts at random, but reproducibly.
 class Mutator
 {
 public:
@@ -142,7 +142,7 @@ private:
 
 } // namespace
 
-/// The reader says what a plain reading by Qt says, whatever the text.
+/// Checks that the reader agrees with a plain reading by Qt, whatever the text.
 class TestStreamReaderMutations : public QObject
 {
     Q_OBJECT
@@ -171,13 +171,13 @@ void TestStreamReaderMutations::agreesWithThePlainReading()
         accepted += plain.accepted ? 1 : 0;
         telling += says == described({}) ? 0 : 1;
     }
-    // The mutations are neither all harmless nor all deadly.
+    // The mutations are neither all harmless nor all fatal.
     QVERIFY2(accepted > mutations / 10 && accepted < mutations * 9 / 10,
              qPrintable(QString::number(accepted)));
     QVERIFY2(telling > mutations / 10, qPrintable(QString::number(telling)));
 }
 
-/// The one kind that Qt refuses: numbers between zero and the smallest that there is.
+/// The only kind that Qt rejects: numbers between zero and the smallest representable one.
 void TestStreamReaderMutations::tinyNumbers()
 {
     const QString text = json("{'type':'transaction','hash':'A','ledger_index':1e-999}");

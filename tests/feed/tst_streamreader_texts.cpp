@@ -7,7 +7,7 @@
 
 using namespace tidewick;
 
-/// Texts in messages, and messages that are hardly JSON.
+/// Tests texts in messages, and messages that are barely JSON.
 class TestStreamReaderTexts : public QObject
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ private slots:
     void malformed_data();
     void malformed();
     void depth();
-    void goesOnAfterBadMessages();
+    void continuesAfterBadMessages();
 };
 
 void TestStreamReaderTexts::texts_data()
@@ -32,12 +32,12 @@ void TestStreamReaderTexts::texts_data()
     row("plain", QStringLiteral("A"), QStringLiteral("A"));
     row("NUL", QStringLiteral("A\\u0000B"), QStringLiteral("A") + QChar(0) + u'B');
     row("beyond the BMP", QStringLiteral("\U0001F30A"), QStringLiteral("\U0001F30A"));
-    row("a pair", QStringLiteral("\\ud83c\\udf0a"), QStringLiteral("\U0001F30A"));
+    row("surrogate pair", QStringLiteral("\\ud83c\\udf0a"), QStringLiteral("\U0001F30A"));
     row("markup", QStringLiteral("<b>&amp;"), QStringLiteral("<b>&amp;"));
     row("escapes", QStringLiteral("\\\"\\\\\\/\\b\\f\\n\\r\\t"), QStringLiteral("\"\\/\b\f\n\r\t"));
     row("raw control characters", QStringLiteral("A\t\u0001\nB"), QStringLiteral("A\t\u0001\nB"));
     row("raw delete character", QStringLiteral("A\u007fB"), QStringLiteral("A\u007fB"));
-    row("half a pair in UTF-16", QStringLiteral("A") + QChar(0xD83C) + u'B',
+    row("lone surrogate in UTF-16", QStringLiteral("A") + QChar(0xD83C) + u'B',
         QStringLiteral("A\ufffdB"));
     row("unknown escape", QStringLiteral("A\\eB"), QStringLiteral("AeB"));
 }
@@ -50,7 +50,7 @@ void TestStreamReaderTexts::texts()
              QStringLiteral("transaction|%1|Unknown|||0").arg(hash));
 }
 
-/// The limit is in bytes of UTF-8. What is longer is as good as absent.
+/// The limit is in bytes of UTF-8. A longer text is treated as absent.
 void TestStreamReaderTexts::longTexts()
 {
     const QString longest(128, u'x');
@@ -74,34 +74,35 @@ void TestStreamReaderTexts::malformed_data()
         QTest::newRow(name) << text << read;
     };
     row("whole", whole, true);
-    row("blanks around", QStringLiteral(" \t\r\n") + whole + QStringLiteral(" \t\r\n"), true);
+    row("surrounding whitespace", QStringLiteral(" \t\r\n") + whole + QStringLiteral(" \t\r\n"),
+        true);
     row("byte order mark", QChar(0xFEFF) + whole, true);
     row("two byte order marks", QString(2, QChar(0xFEFF)) + whole);
     row("empty", {});
-    row("blanks", QStringLiteral(" \n"));
+    row("whitespace", QStringLiteral(" \n"));
     row("a number", QStringLiteral("3"));
     row("a text", json("'transaction'"));
     row("an array", u'[' + whole + u']');
     row("null", QStringLiteral("null"));
-    row("something behind", whole + u'x');
+    row("trailing character", whole + u'x');
     row("two objects", whole + whole);
-    row("NUL behind", whole + QChar(0));
-    row("cut", whole.chopped(1));
+    row("trailing NUL", whole + QChar(0));
+    row("truncated", whole.chopped(1));
     row("trailing comma", json("{'type':'transaction','hash':'A',}"));
     row("comment", json("{'type':'transaction',/**/'hash':'A'}"));
-    row("names unquoted", QStringLiteral("{type:\"transaction\",hash:\"A\"}"));
+    row("unquoted names", QStringLiteral("{type:\"transaction\",hash:\"A\"}"));
     row("leading zero", json("{'type':'transaction','hash':'A','x':01}"));
     row("not-a-number", json("{'type':'transaction','hash':'A','x':NaN}"));
     row("number too large", json("{'type':'transaction','hash':'A','x':1e999}"));
-    row("number ends in a point", json("{'type':'transaction','hash':'A','x':1.}"), true);
+    row("number ends in a decimal point", json("{'type':'transaction','hash':'A','x':1.}"), true);
     row("number of 400 digits",
         json("{'type':'transaction','hash':'A','x':%1}").arg(QString(400, u'9')));
     row("number of 200 digits",
         json("{'type':'transaction','hash':'A','x':%1}").arg(QString(200, u'9')), true);
     row("bad escape", json("{'type':'transaction','hash':'A','x':'\\u12G4'}"));
-    row("half a pair, high", json("{'type':'transaction','hash':'A','x':'\\ud83c'}"), true);
-    row("half a pair, low", json("{'type':'transaction','hash':'A','x':'\\udf0a'}"), true);
-    row("half a pair in a name", json("{'type':'transaction','hash':'A','\\ud83c':1}"), true);
+    row("lone high surrogate", json("{'type':'transaction','hash':'A','x':'\\ud83c'}"), true);
+    row("lone low surrogate", json("{'type':'transaction','hash':'A','x':'\\udf0a'}"), true);
+    row("lone surrogate in a name", json("{'type':'transaction','hash':'A','\\ud83c':1}"), true);
 }
 
 void TestStreamReaderTexts::malformed()
@@ -125,7 +126,7 @@ void TestStreamReaderTexts::depth()
     QCOMPARE(said(json("{'x':").repeated(1'000'000)), QStringLiteral("nothing"));
 }
 
-void TestStreamReaderTexts::goesOnAfterBadMessages()
+void TestStreamReaderTexts::continuesAfterBadMessages()
 {
     StreamReader reader;
     const QString good = json("{'type':'transaction','hash':'A'}");
