@@ -35,7 +35,7 @@ WallClock::time_point at(const char *date)
     return NodeDate::parse(QString::fromLatin1(date)).value();
 }
 
-/// A node that is well, on the day of the recordings.
+/// A healthy node, on the day of the recordings.
 RunningNode well()
 {
     RunningNode node;
@@ -47,7 +47,7 @@ RunningNode well()
     return node;
 }
 
-/// The same with other members in its answer.
+/// The same with these members in its answer.
 RunningNode saying(const QByteArray &members)
 {
     RunningNode node = well();
@@ -74,8 +74,8 @@ private slots:
     void initTestCase();
     void running_data();
     void running();
-    void says_data();
-    void says();
+    void texts_data();
+    void texts();
     void precedence();
     void recordings();
     void foreignTextIsBounded();
@@ -142,7 +142,7 @@ void TestAdvice::running_data()
     }
     row("another warning", saying(R"({"warnings":[{"id":7,"message":"mind the gap"}]})"),
         Cause::OtherWarning);
-    row("another warning without a word", saying(R"({"warnings":[{"id":7,"message":" "},{}]})"));
+    row("another warning without text", saying(R"({"warnings":[{"id":7,"message":" "},{}]})"));
 }
 
 void TestAdvice::running()
@@ -155,7 +155,7 @@ void TestAdvice::running()
         QCOMPARE(advice->cause, *cause);
 }
 
-void TestAdvice::says_data()
+void TestAdvice::texts_data()
 {
     QTest::addColumn<RunningNode>("node");
     QTest::addColumn<QString>("text");
@@ -210,7 +210,7 @@ void TestAdvice::says_data()
         "The node warns: <b>mind</b> the gap");
 }
 
-void TestAdvice::says()
+void TestAdvice::texts()
 {
     QFETCH(RunningNode, node);
     QFETCH(QString, text);
@@ -219,7 +219,7 @@ void TestAdvice::says()
     QCOMPARE(advice->text, text);
 }
 
-/// What has to be mended first is said first.
+/// The problem that has to be fixed first is reported first.
 void TestAdvice::precedence()
 {
     RunningNode node = saying(R"({"amendment_blocked":true,"closed_ledger":
@@ -253,7 +253,7 @@ void TestAdvice::precedence()
     QCOMPARE(causeNow(), Cause::OtherWarning);
 }
 
-/// What real nodes have answered.
+/// Uses recorded answers of real nodes.
 void TestAdvice::recordings()
 {
     RunningNode node;
@@ -312,12 +312,12 @@ void TestAdvice::ended_data()
     row("missing", missing,
         "There is no node at /usr/bin/xrpld. Install the package “xrpld” from its publisher (“man "
         "quaymere” tells more), then start the node.");
-    row("without a word", with(""));
-    row("in the usual words", with("Application:FTL port 15005 is taken"));
+    row("no output", with(""));
+    row("ordinary error", with("Application:FTL port 15005 is taken"));
     row("truncated", with("Terminating thread: std::runtime_error: short read [nudb:3]\n"),
         damaged);
     row("index damaged", with("terminate\nState DB error: no such table\n"), damaged);
-    row("damaged on the way", [&] {
+    row("damaged while running", [&] {
         EndedNode node = with("short read [nudb:3]");
         node.hasAnswered = true;
         return node;

@@ -38,8 +38,8 @@ private slots:
     void covers();
     void rate_data();
     void rate();
-    void rateIsTakenFromTheLastSample();
-    void shrinkingLeavesTheRate();
+    void rateUsesTheLastSample();
+    void shrinkingKeepsTheRate();
     void answersWithoutBootstrap();
 };
 
@@ -139,7 +139,7 @@ void TestBootstrapProgress::rate()
              expected.isEmpty() ? QStringLiteral("x") : QStringLiteral("x · ") + expected);
 }
 
-void TestBootstrapProgress::rateIsTakenFromTheLastSample()
+void TestBootstrapProgress::rateUsesTheLastSample()
 {
     BootstrapProgress progress = after(R"({"total_stored_bytes":0})");
     progress.update(counts(R"({"total_stored_bytes":1000000})"), start + 10s);
@@ -147,13 +147,13 @@ void TestBootstrapProgress::rateIsTakenFromTheLastSample()
     QCOMPARE(progress.rate(), std::optional(QStringLiteral("3 MB/s")));
 }
 
-void TestBootstrapProgress::shrinkingLeavesTheRate()
+void TestBootstrapProgress::shrinkingKeepsTheRate()
 {
     BootstrapProgress progress = after(R"({"total_stored_bytes":0})");
     progress.update(counts(R"({"total_stored_bytes":10000})"), start + 10s);
     progress.update(counts(R"({"total_stored_bytes":5000})"), start + 20s);
     QCOMPARE(progress.rate(), std::optional(QStringLiteral("1 KB/s")));
-    // The shrunk figure is the new origin all the same.
+    // The smaller value is nevertheless the new starting point.
     progress.update(counts(R"({"total_stored_bytes":25000})"), start + 30s);
     QCOMPARE(progress.rate(), std::optional(QStringLiteral("2 KB/s")));
 }

@@ -11,8 +11,8 @@ namespace {
 
 constexpr quint64 largestBody = 20;
 
-/// The body when the bytes arrive so many at a time and the connection is closed then; nothing when
-/// they are no complete response.
+/// The body, if the bytes arrive in pieces of this size and then the connection closes; nothing if
+/// they do not form a complete response.
 std::optional<std::string> bodyOf(const QByteArray &bytes, qsizetype atATime)
 {
     HttpResponseReader reader(largestBody);
@@ -25,7 +25,7 @@ std::optional<std::string> bodyOf(const QByteArray &bytes, qsizetype atATime)
 
 } // namespace
 
-/// Responses as bytes, well formed and not, whole and in pieces.
+/// Tests responses as bytes, well-formed and malformed, in one piece and in several.
 class TestHttpResponseReader : public QObject
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ private slots:
     void headerHasALimit();
     void bodyHasALimit_data();
     void bodyHasALimit();
-    void staysAsItEnded();
+    void staysInItsFinalState();
 };
 
 void TestHttpResponseReader::bodies_data()
@@ -56,29 +56,29 @@ void TestHttpResponseReader::bodies_data()
     row("length", ok + "Content-Length: 2\r\n\r\nab", "ab");
     row("length, more follows", ok + "Content-Length: 2\r\n\r\nabHTTP/1.1", "ab");
     row("length 0", ok + "Content-Length: 0\r\n\r\n", "");
-    row("cut", ok + "Content-Length: 3\r\n\r\nab");
-    row("length is no number", ok + "Content-Length: 2x\r\n\r\nab");
+    row("truncated", ok + "Content-Length: 3\r\n\r\nab");
+    row("length not a number", ok + "Content-Length: 2x\r\n\r\nab");
     row("negative length", ok + "Content-Length: -1\r\n\r\nab");
     row("huge length", ok + "Content-Length: 99999999999999999999\r\n\r\nab");
     row("two lengths", ok + "Content-Length: 1\r\nContent-Length: 2\r\n\r\nab");
     row("length and chunks",
         ok + "Content-Length: 1\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nab\r\n0\r\n\r\n");
     row("to the end", "HTTP/1.0 200 OK\r\n\r\nab", "ab");
-    row("to the end, nothing", "HTTP/1.0 200 OK\r\n\r\n", "");
+    row("to the end, empty", "HTTP/1.0 200 OK\r\n\r\n", "");
     row("chunks", chunked + "1\r\na\r\n01;x=y\r\nb\r\n0\r\n\r\n", "ab");
     row("chunks, trailer", chunked + "A\r\n0123456789\r\n0\r\nX: y\r\n\r\n", "0123456789");
     row("no chunks", chunked + "0\r\n\r\n", "");
-    row("cut after a chunk", chunked + "1\r\na\r\n");
-    row("cut in the trailer", chunked + "1\r\na\r\n0\r\nX: y\r\n");
+    row("truncated after a chunk", chunked + "1\r\na\r\n");
+    row("truncated in the trailer", chunked + "1\r\na\r\n0\r\nX: y\r\n");
     row("chunk without size", chunked + "\r\na\r\n0\r\n\r\n");
-    row("chunk longer than told", chunked + "1\r\nab\r\n0\r\n\r\n");
+    row("chunk longer than announced", chunked + "1\r\nab\r\n0\r\n\r\n");
     row("chunk size wraps", chunked + "10000000000000001\r\na\r\n0\r\n\r\n");
     row("interim", "HTTP/1.1 100 Continue\r\n\r\n" + ok + "Content-Length: 2\r\n\r\nab", "ab");
     row("interim only", "HTTP/1.1 100 Continue\r\n\r\n");
     row("other protocol", "HTTP/1.1 101 Switching Protocols\r\n\r\nab", "");
     row("no content", "HTTP/1.1 204 No Content\r\n\r\n", "");
     row("no reason", "HTTP/1.1 200 \r\nContent-Length: 2\r\n\r\nab", "ab");
-    row("nothing", "");
+    row("empty", "");
     row("status line only", ok);
     row("garbage", "garbage\r\n\r\nab");
     row("HTTP/2", "HTTP/2.0 200 OK\r\nContent-Length: 2\r\n\r\nab");
@@ -86,7 +86,7 @@ void TestHttpResponseReader::bodies_data()
     row("header without colon", ok + "Content-Length 2\r\n\r\nab");
 }
 
-/// However the bytes are cut into pieces on their way, the response is the same.
+/// The response is the same however its bytes are split on arrival.
 void TestHttpResponseReader::bodies()
 {
     QFETCH(QByteArray, bytes);
@@ -104,7 +104,7 @@ void TestHttpResponseReader::isCompleteWithItsLastByte_data()
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\na\r\n0\r\n\r\n");
 }
 
-/// Nobody has to wait for the node to close the connection.
+/// The caller does not have to wait for the node to close the connection.
 void TestHttpResponseReader::isCompleteWithItsLastByte()
 {
     QFETCH(QByteArray, bytes);
@@ -168,7 +168,7 @@ void TestHttpResponseReader::bodyHasALimit()
     QCOMPARE(bodyOf(header + before + body + "x" + after, 1000), std::nullopt);
 }
 
-void TestHttpResponseReader::staysAsItEnded()
+void TestHttpResponseReader::staysInItsFinalState()
 {
     const QByteArray good = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nab";
     HttpResponseReader complete(largestBody);

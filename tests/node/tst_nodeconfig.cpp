@@ -35,7 +35,7 @@ private slots:
     void headerIsExact();
     void growthStep_data();
     void growthStep();
-    void makesTheFolder();
+    void createsTheFolder();
     void rendersAgain();
     void folderBehindALink();
     void folderOfAnyName();
@@ -45,7 +45,7 @@ private slots:
     void unusableFolders();
     void failureAfterTheConfiguration();
 
-    void environmentLaysItsFileOver();
+    void environmentIncludesTheFile();
     void environment_data();
     void environment();
     void environmentThatCannotBeRead();
@@ -56,8 +56,8 @@ private slots:
     void dataDirectory();
     void dataDirectoryThatCannotBeRenamed();
 
-    void usersValidatorsGoFirst();
-    void dataFoldersThatANodeMisreads();
+    void usersValidatorsTakePrecedence();
+    void rejectsDataFoldersThatANodeMisreads();
 
 private:
     NodeConfig config() const { return {m_bundle->bundle(), defaults()}; }
@@ -125,7 +125,7 @@ void TestNodeConfig::growthStep()
     QCOMPARE(contentOf(m_target / "xrpld.cfg"), header + QByteArray::number(applied));
 }
 
-void TestNodeConfig::makesTheFolder()
+void TestNodeConfig::createsTheFolder()
 {
     const fs::path deep = m_path / "a" / "b" / "c";
     QCOMPARE(config().render(deep), deep / "xrpld.cfg");
@@ -179,7 +179,8 @@ void TestNodeConfig::missingResources()
     fs::remove(m_bundle->resource(resource));
     QCOMPARE(failureOf([&] { config().render(m_target); }),
              QLatin1String("missing bundle resource ") + QString::fromLatin1(resource));
-    // A missing list is noticed after the old copy went, so that no stale one is trusted.
+    // A missing list is noticed only after the old copy has been removed, so no stale list is
+    // trusted.
     QVERIFY(fs::exists(m_target / "xrpld.cfg"));
     QCOMPARE(fs::exists(m_target / "validators.txt"), resource != "validators.txt");
 }
@@ -209,7 +210,7 @@ void TestNodeConfig::unusableFolders()
 
 void TestNodeConfig::failureAfterTheConfiguration()
 {
-    // A folder in the list's place, with something in it, is not ours to delete.
+    // A non-empty folder in place of the list must not be deleted.
     fs::create_directories(m_target / "validators.txt");
     writeFile(m_target / "validators.txt" / "precious", "x");
     QCOMPARE(failureOf([&] { config().render(m_target); }),
@@ -218,7 +219,7 @@ void TestNodeConfig::failureAfterTheConfiguration()
     QVERIFY(fs::exists(m_target / "validators.txt" / "precious"));
 }
 
-void TestNodeConfig::environmentLaysItsFileOver()
+void TestNodeConfig::environmentIncludesTheFile()
 {
     qputenv("TIDEWICK_TEST_INHERITED", "inherited");
     qputenv("TIDEWICK_TEST_REPLACED", "inherited");
@@ -237,13 +238,13 @@ void TestNodeConfig::environment_data()
         QTest::newRow(name) << QByteArray(file) << expected;
     };
     row("empty", "", {});
-    row("blanks around", "  FOO=a=b  \n", {"FOO=a=b"});
+    row("surrounding whitespace", "  FOO=a=b  \n", {"FOO=a=b"});
     row("comment", "#A=1\n  # B=2\n\t#C=3\nD=4\n", {"D=4"});
     row("no equals", "A\nB=2\n", {"B=2"});
     row("empty name", "=value\n", {"=value"});
     row("empty value", "A=\n", {"A="});
-    row("inner blanks stay", "A = b \n", {"A = b"});
-    row("quotes stay", "A=\"$HOME\"\n", {"A=\"$HOME\""});
+    row("inner spaces are kept", "A = b \n", {"A = b"});
+    row("quotes are kept", "A=\"$HOME\"\n", {"A=\"$HOME\""});
     row("hash in a value", "A=b#c\n", {"A=b#c"});
     row("later wins", "A=1\nA=2\n", {"A=2"});
     row("no line end", "A=1\nB=2", {"A=1", "B=2"});
@@ -253,14 +254,15 @@ void TestNodeConfig::environment_data()
         "E=5\xE2\x80\xA8"
         "F=6\xE2\x80\xA9G=7",
         {"A=1", "B=2", "C=3", "D=4", "E=5", "F=6", "G=7"});
-    row("all blanks", "\xC2\xA0\xE3\x80\x80\xE2\x80\x8B\tA=1\xE2\x80\x83\xE2\x80\x8B", {"A=1"});
+    row("all kinds of whitespace", "\xC2\xA0\xE3\x80\x80\xE2\x80\x8B\tA=1\xE2\x80\x83\xE2\x80\x8B",
+        {"A=1"});
     row("not ASCII", "Ä=é–😀\n", {"Ä=é–😀"});
-    row("byte order mark is no blank",
+    row("byte order mark is not whitespace",
         "\xEF\xBB\xBF"
         "A=1",
         {"\xEF\xBB\xBF"
          "A=1"});
-    // A process is handed texts that end at a NUL.
+    // A process receives strings that end at a NUL.
     QTest::newRow("NUL") << QByteArray("A\0=1\nB=2\0\nC=3\n", 15) << QByteArrayList{"C=3"};
 }
 
@@ -332,14 +334,14 @@ void TestNodeConfig::dataDirectory()
 
 void TestNodeConfig::dataDirectoryThatCannotBeRenamed()
 {
-    // A link to nothing does not exist, and yet a folder cannot take its place.
+    // A dangling link counts as missing, but a folder cannot be renamed over it.
     fs::create_directory(m_path / "quaymere");
     fs::create_symlink("nothing", m_path / "Tidewick");
     QCOMPARE(NodeConfig::chooseDataDirectory(m_path), m_path / "quaymere");
     QVERIFY(fs::is_directory(m_path / "quaymere"));
 }
 
-void TestNodeConfig::usersValidatorsGoFirst()
+void TestNodeConfig::usersValidatorsTakePrecedence()
 {
     const fs::path users = ValidatorsFile::path();
     fs::create_directories(users.parent_path());
@@ -357,7 +359,7 @@ void TestNodeConfig::usersValidatorsGoFirst()
              contentOf(m_bundle->resource("validators.txt")));
 }
 
-void TestNodeConfig::dataFoldersThatANodeMisreads()
+void TestNodeConfig::rejectsDataFoldersThatANodeMisreads()
 {
     NodeConfig::checkDataDirectory(m_path / "ü [section] \"'%");
     for (const char *name : {"a#b", "a\nb", "a\rb"})

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using Cause = Advice::Cause;
 namespace fs = std::filesystem;
 
-/// When the controller has advice, and when it has it no longer.
+/// Tests when the controller gives advice and when it withdraws it.
 class TestNodeControllerAdvice : public QObject
 {
     Q_OBJECT
@@ -28,19 +28,19 @@ private slots:
 
     void silence();
     void silenceFromTheStart();
-    void loneliness();
+    void noPeers();
     void slowness_data();
     void slowness();
-    void slowByItsOwnAccount();
+    void slowAccordingToTheNode();
     void missingLists();
-    void sitesAreAskedForInNeedOnly();
-    void company();
-    void stopTakesItBack();
+    void sitesAreRequestedOnlyWhenNeeded();
+    void otherNode();
+    void stopWithdrawsAdvice();
     void damagedStore();
     void otherStore();
     void missingNode_data();
     void missingNode();
-    void notWhileWaiting();
+    void noAdviceForARefusedStart();
 
 private:
     std::optional<Cause> cause() const;
@@ -48,7 +48,7 @@ private:
     {
         return m_rig->runUntil([=, this] { return cause() == wanted; });
     }
-    /// Once so many more answers have been taken up.
+    /// Waits until this many more answers have been processed.
     bool takesAnswers(const ScriptedNode &node, int count);
 
     std::unique_ptr<NodeRig> m_rig;
@@ -96,7 +96,7 @@ void TestNodeControllerAdvice::silenceFromTheStart()
     QVERIFY(m_rig->status().advice->text.contains(QLatin1String("since its start")));
 }
 
-void TestNodeControllerAdvice::loneliness()
+void TestNodeControllerAdvice::noPeers()
 {
     ScriptedNode node(*m_rig);
     node.setInfo(R"({"server_state":"disconnected","peers":0})");
@@ -107,7 +107,7 @@ void TestNodeControllerAdvice::loneliness()
     QVERIFY(!cause());
     m_rig->clock().advance(1min);
     QVERIFY(comesTo(Cause::NoPeers));
-    // One peer is enough, and time begins anew without it.
+    // One peer is enough; without peers the time starts over.
     node.setInfo(R"({"server_state":"connected","peers":1})");
     QVERIFY(comesTo(std::nullopt));
     node.setInfo(R"({"server_state":"disconnected"})");
@@ -142,13 +142,13 @@ void TestNodeControllerAdvice::slowness()
     QVERIFY(comesTo(Cause::TooSlow));
     node.setInfo(fast);
     QVERIFY(comesTo(std::nullopt));
-    // An hour without a break is meant.
+    // The node has to be slow for an hour without interruption.
     node.setInfo(slow);
     QVERIFY(takesAnswers(node, 2));
     QVERIFY(!cause());
 }
 
-void TestNodeControllerAdvice::slowByItsOwnAccount()
+void TestNodeControllerAdvice::slowAccordingToTheNode()
 {
     ScriptedNode node(*m_rig);
     node.setInfo(
@@ -172,7 +172,7 @@ void TestNodeControllerAdvice::missingLists()
     }));
 }
 
-void TestNodeControllerAdvice::sitesAreAskedForInNeedOnly()
+void TestNodeControllerAdvice::sitesAreRequestedOnlyWhenNeeded()
 {
     ScriptedNode node(*m_rig);
     m_rig->node().start();
@@ -184,7 +184,7 @@ void TestNodeControllerAdvice::sitesAreAskedForInNeedOnly()
     QVERIFY(m_rig->runUntil([&] { return node.methods().contains("validator_list_sites"); }));
 }
 
-void TestNodeControllerAdvice::company()
+void TestNodeControllerAdvice::otherNode()
 {
     QTcpServer other;
     QVERIFY(other.listen(QHostAddress::LocalHost, NodePorts::peers));
@@ -194,7 +194,7 @@ void TestNodeControllerAdvice::company()
     QVERIFY(comesTo(std::nullopt));
 }
 
-void TestNodeControllerAdvice::stopTakesItBack()
+void TestNodeControllerAdvice::stopWithdrawsAdvice()
 {
     m_rig->setScenario("speed=50 state=connected amendment-blocked=yes");
     m_rig->node().start();
@@ -215,7 +215,7 @@ void TestNodeControllerAdvice::damagedStore()
     m_rig->node().start();
     QVERIFY(m_rig->waitForPhase(Phase::Error));
     QCOMPARE(cause(), Cause::StoreDamaged);
-    // What it tells to do helps.
+    // Following the advice helps.
     m_rig->node().setConfirm([](Confirmation) -> QCoro::Task<bool> { co_return true; });
     m_rig->node().clearStorage();
     m_rig->node().start();
@@ -236,7 +236,7 @@ void TestNodeControllerAdvice::missingNode_data()
 {
     QTest::addColumn<bool>("relative");
     QTest::newRow("absolute link") << false;
-    QTest::newRow("relative link, as a package has it") << true;
+    QTest::newRow("relative link, as in a package") << true;
 }
 
 void TestNodeControllerAdvice::missingNode()
@@ -254,7 +254,7 @@ void TestNodeControllerAdvice::missingNode()
              qPrintable(m_rig->status().advice->text));
 }
 
-void TestNodeControllerAdvice::notWhileWaiting()
+void TestNodeControllerAdvice::noAdviceForARefusedStart()
 {
     m_rig->setScenario("store=stock");
     m_rig->node().start();

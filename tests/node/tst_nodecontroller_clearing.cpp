@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A user who is asked and answers when the test says so.
+/// A user who is asked for confirmation and answers when the test says so.
 class User
 {
 public:
@@ -43,7 +43,7 @@ private:
 
 } // namespace
 
-/// Clearing the node's storage.
+/// Tests clearing the node's storage.
 class TestNodeControllerClearing : public QObject
 {
     Q_OBJECT
@@ -57,18 +57,18 @@ private slots:
     void clearWithoutANode();
     void clearWithARunningNode();
     void clearWhileStopping();
-    void clearThatFails();
+    void clearFails();
     void clearInTheErrorPhase();
     void oneQuestionAtATime();
-    void answerAfterTheEnd();
-    void withoutAConfirmationNothingIsCleared();
+    void answerAfterDestruction();
+    void nothingIsClearedWithoutConfirmation();
 
 private:
     void fillStore() const
     {
         fs::create_directories(m_rig->data() / "db");
         writeFile(m_rig->data() / "db" / "file", QByteArray(409'600, 'x'));
-        (void)allocatedBytes(m_rig->data() / "db" / "file"); // its size is settled from here on
+        (void)allocatedBytes(m_rig->data() / "db" / "file"); // settles the size of the file
     }
 
     std::unique_ptr<NodeRig> m_rig;
@@ -127,11 +127,11 @@ void TestNodeControllerClearing::clearWithARunningNode()
     user.answer(true);
     QCOMPARE(m_rig->status().phase, Phase::Stopping);
     QCOMPARE(m_rig->status().detail, QStringLiteral("Stopped to clear storage"));
-    QVERIFY(fs::exists(m_rig->data() / "db")); // not while the node has it open
+    QVERIFY(fs::exists(m_rig->data() / "db")); // not deleted while the node has it open
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
     QVERIFY(!fs::exists(m_rig->data() / "db"));
     QCOMPARE(m_rig->status().detail, QStringLiteral("Storage cleared"));
-    // Once: the next stop keeps the store.
+    // Only once: the next stop keeps the store.
     QVERIFY(m_rig->startUntil(Phase::Full));
     m_rig->node().stop();
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
@@ -151,7 +151,7 @@ void TestNodeControllerClearing::clearWhileStopping()
     QCOMPARE(m_rig->status().detail, QStringLiteral("Storage cleared"));
 }
 
-void TestNodeControllerClearing::clearThatFails()
+void TestNodeControllerClearing::clearFails()
 {
     User user(m_rig->node());
     writeFile(m_rig->data(), "not a folder");
@@ -186,7 +186,7 @@ void TestNodeControllerClearing::oneQuestionAtATime()
     user.answer(false);
 }
 
-void TestNodeControllerClearing::answerAfterTheEnd()
+void TestNodeControllerClearing::answerAfterDestruction()
 {
     User user(m_rig->node());
     fillStore();
@@ -196,7 +196,7 @@ void TestNodeControllerClearing::answerAfterTheEnd()
     QVERIFY(fs::exists(m_rig->data() / "db" / "file"));
 }
 
-void TestNodeControllerClearing::withoutAConfirmationNothingIsCleared()
+void TestNodeControllerClearing::nothingIsClearedWithoutConfirmation()
 {
     fillStore();
     m_rig->node().clearStorage();

@@ -11,7 +11,7 @@
 
 using namespace tidewick;
 
-/// What the controller makes of a running node's answers.
+/// Tests the figures that the controller derives from a running node's answers.
 class TestNodeControllerFigures : public QObject
 {
     Q_OBJECT
@@ -24,13 +24,13 @@ private slots:
     void pinnedPhases_data();
     void pinnedPhases();
     void figuresOfARunningNode();
-    void figuresGoWithTheProcess();
+    void figuresAreClearedWithTheProcess();
     void plainNode();
     void recordedAnswers();
     void wrongTypes();
     void memoryFromTheHost();
     void memoryInASandbox();
-    void memoryReportedOnceIsNotAskedForAgain();
+    void reportedMemoryIsKept();
     void storageLine();
     void storageIsRememberedAcrossRuns();
 
@@ -89,7 +89,7 @@ void TestNodeControllerFigures::pinnedPhases()
     QFETCH(QString, detail);
     m_rig->setScenario("speed=50 " + scenario);
     m_rig->node().start();
-    // Until the poll after which the counts are known, too.
+    // Waits for the end of a poll that includes the counts.
     QVERIFY(m_rig->runUntil(
         [&] { return m_rig->noted("get_counts") > 0 && m_rig->clock().alarms() == 1; }));
     QCOMPARE(m_rig->status().phase, phase);
@@ -112,7 +112,7 @@ void TestNodeControllerFigures::figuresOfARunningNode()
     QVERIFY(m_rig->runUntil([&] { return status.storeSize != QStringLiteral("Zero KB"); }));
 }
 
-void TestNodeControllerFigures::figuresGoWithTheProcess()
+void TestNodeControllerFigures::figuresAreClearedWithTheProcess()
 {
     m_rig->node().start();
     QVERIFY(m_rig->waitForPhase(Phase::Full));
@@ -123,7 +123,7 @@ void TestNodeControllerFigures::figuresGoWithTheProcess()
     for (const QString &figure : {status.ledger, status.uptime, status.memory})
         QCOMPARE(figure, NodeStatus::unknown());
     QVERIFY(!status.peers && !status.ledgerSeq && !status.timeLeft);
-    QVERIFY(status.storage); // keeps its value, as the disk figures do
+    QVERIFY(status.storage); // is kept, like the disk figures
     QVERIFY(status.hasServerInfo);
 }
 
@@ -134,10 +134,10 @@ void TestNodeControllerFigures::plainNode()
     QVERIFY(m_rig->runUntil([&] { return m_rig->noted("get_counts") >= 2; }));
     QCOMPARE(m_rig->status().phase, Phase::Full);
     QVERIFY(!m_rig->status().storage);
-    QVERIFY(m_rig->status().memory != NodeStatus::unknown()); // the host tells it
+    QVERIFY(m_rig->status().memory != NodeStatus::unknown()); // reported by the host
 }
 
-/// Of a stock node, as it gave them.
+/// Uses the recorded answers of a stock node.
 void TestNodeControllerFigures::recordedAnswers()
 {
     m_rig->bundle().setStore("NuDB");
@@ -187,7 +187,7 @@ void TestNodeControllerFigures::memoryInASandbox()
     QCOMPARE(m_rig->status().memory, NodeStatus::unknown());
 }
 
-void TestNodeControllerFigures::memoryReportedOnceIsNotAskedForAgain()
+void TestNodeControllerFigures::reportedMemoryIsKept()
 {
     ScriptedNode script(*m_rig);
     script.setCounts(R"({"process":{"footprint":"5000","peak_footprint":"6000"}})");
@@ -220,7 +220,7 @@ void TestNodeControllerFigures::storageIsRememberedAcrossRuns()
     m_rig->node().stop();
     ::kill(m_rig->lastChild(), SIGKILL);
     QVERIFY(m_rig->waitUntil([&] { return !m_rig->status().hasProcess; }));
-    // The node finishes what it had begun while it was not watched.
+    // While it was not being observed, the node has finished the rebuild that it had begun.
     script.setCounts(R"({"mossgrid_maintenance":{"last_outcome":"success"}})");
     m_rig->node().start();
     QVERIFY(m_rig->waitUntil(

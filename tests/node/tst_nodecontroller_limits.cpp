@@ -11,7 +11,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// Stopping the node because one of its limits is reached.
+/// Tests that the node is stopped when it reaches one of its limits.
 class TestNodeControllerLimits : public QObject
 {
     Q_OBJECT
@@ -22,9 +22,9 @@ private slots:
 
     void hardCap();
     void afterFull();
-    void firstFullIsTheOneThatCounts();
-    void earlierLimitGoverns();
-    void notFullNoAfterFullLimit();
+    void onlyTheFirstFullCounts();
+    void earlierLimitApplies();
+    void noAfterFullLimitBeforeFull();
     void timeLeft();
     void machineSleepDoesNotCountTowardsLimits();
     void runningDiskGuard_data();
@@ -43,7 +43,7 @@ void TestNodeControllerLimits::hardCap()
     QVERIFY(m_rig->waitForPhase(Phase::Stopping));
     QCOMPARE(m_rig->status().detail, QStringLiteral("Stopped automatically after its time limit"));
     const auto after = m_rig->clock().suspendingNow() - begin;
-    QVERIFY(after >= 60s && after <= 70s); // a check every ten seconds
+    QVERIFY(after >= 60s && after <= 70s); // checked every ten seconds
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
     QCOMPARE(m_rig->status().detail, QStringLiteral("Stopped automatically after its time limit"));
 }
@@ -58,7 +58,7 @@ void TestNodeControllerLimits::afterFull()
     QVERIFY(after >= 120s && after <= 130s);
 }
 
-void TestNodeControllerLimits::firstFullIsTheOneThatCounts()
+void TestNodeControllerLimits::onlyTheFirstFullCounts()
 {
     m_rig->defaults().setInteger(Settings::autoStopAfterFullMinutes.key, 2);
     ScriptedNode script(*m_rig);
@@ -74,7 +74,7 @@ void TestNodeControllerLimits::firstFullIsTheOneThatCounts()
     QVERIFY(after >= 120s && after <= 130s);
 }
 
-void TestNodeControllerLimits::earlierLimitGoverns()
+void TestNodeControllerLimits::earlierLimitApplies()
 {
     m_rig->defaults().setInteger(Settings::autoStopAfterFullMinutes.key, 60);
     m_rig->defaults().setInteger(Settings::autoStopHardCapMinutes.key, 1);
@@ -85,7 +85,7 @@ void TestNodeControllerLimits::earlierLimitGoverns()
     QVERIFY(after >= 60s && after <= 70s);
 }
 
-void TestNodeControllerLimits::notFullNoAfterFullLimit()
+void TestNodeControllerLimits::noAfterFullLimitBeforeFull()
 {
     m_rig->defaults().setInteger(Settings::autoStopAfterFullMinutes.key, 1);
     m_rig->setScenario("speed=50 state=syncing");
@@ -125,8 +125,8 @@ void TestNodeControllerLimits::runningDiskGuard_data()
 {
     QTest::addColumn<std::optional<double>>("free");
     QTest::addColumn<qint64>("guard");
-    QTest::addColumn<QString>("shown");  // of the free space, when the node goes on
-    QTest::addColumn<QString>("reason"); // empty: the node goes on
+    QTest::addColumn<QString>("shown");  // the free space, if the node keeps running
+    QTest::addColumn<QString>("reason"); // empty if the node keeps running
     using Free = std::optional<double>;
     const auto row = [](const char *name, Free free, qint64 guard, const char *shown,
                         const char *reason) {
@@ -134,7 +134,7 @@ void TestNodeControllerLimits::runningDiskGuard_data()
                             << QString::fromUtf8(reason);
     };
     row("equal", 10, 10, "10.0 GB free", "");
-    row("not told", {}, 10, "–", "");
+    row("unknown", {}, 10, "–", "");
     row("no guard", 0, 0, "0.0 GB free", "");
     row("below", 9.96, 10, "", "Stopped: only 10.0 GB free");
     row("far below", 0.25, 10, "", "Stopped: only 0.2 GB free");

@@ -13,7 +13,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// When the controller asks a running node, and which answers count.
+/// Tests when the controller polls a running node, and which answers count.
 class TestNodeControllerPolling : public QObject
 {
     Q_OBJECT
@@ -22,23 +22,23 @@ private slots:
     void init() { m_rig = std::make_unique<NodeRig>(); }
     void cleanup() { m_rig.reset(); }
 
-    void asksAtTheRightTimes();
-    void missedTimesAreNotMadeUp();
+    void pollsOnSchedule();
+    void missedPollsAreSkipped();
     void badAnswers_data();
     void badAnswers();
-    void silenceKeepsWhatIsKnown();
-    void countsWithoutAnAnswerChangeNothing_data();
-    void countsWithoutAnAnswerChangeNothing();
-    void lateAnswersAreForgotten();
-    void answersAfterAStopAreForgotten();
+    void silenceKeepsKnownValues();
+    void missingCountsChangeNothing_data();
+    void missingCountsChangeNothing();
+    void lateAnswersAreDiscarded();
+    void answersAfterAStopAreDiscarded();
     void unchangedAnswersPublishNothing();
-    void destroyedWhileAsking();
+    void destroyedWhilePolling();
 
 private:
     std::unique_ptr<NodeRig> m_rig;
 };
 
-void TestNodeControllerPolling::asksAtTheRightTimes()
+void TestNodeControllerPolling::pollsOnSchedule()
 {
     ScriptedNode script(*m_rig);
     m_rig->node().start();
@@ -46,7 +46,8 @@ void TestNodeControllerPolling::asksAtTheRightTimes()
     QVERIFY(m_rig->waitUntil([&] { return m_rig->status().freeSpace != NodeStatus::unknown(); }));
     QCOMPARE(script.methods(), expected);
     for (int cycle = 1; cycle <= 11; ++cycle) {
-        // A poll that began would have used up its alarm; what it asks takes a while to be seen.
+        // A poll that had begun would have used up its alarm, even before its request becomes
+        // visible.
         m_rig->clock().advance(2s - 1ms);
         QCOMPARE(m_rig->clock().alarms(), 1U);
         QCOMPARE(script.methods(), expected);
@@ -61,13 +62,13 @@ void TestNodeControllerPolling::asksAtTheRightTimes()
     }
 }
 
-void TestNodeControllerPolling::missedTimesAreNotMadeUp()
+void TestNodeControllerPolling::missedPollsAreSkipped()
 {
     ScriptedNode script(*m_rig);
     m_rig->node().start();
     QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; }));
     const qsizetype before = script.methods().size();
-    m_rig->clock().sleep(8h); // the machine; on waking one poll is due
+    m_rig->clock().sleep(8h); // system sleep; one poll is due on waking
     QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; }));
     QCOMPARE(script.methods().size(), before + 1);
 }
@@ -93,12 +94,12 @@ void TestNodeControllerPolling::badAnswers()
     QVERIFY(!status.hasServerInfo);
     QVERIFY(status.hasProcess);
     QCOMPARE(status.uptime, NodeStatus::unknown());
-    // It is alive all the same, and watched as far as the host can tell.
+    // The node is alive nevertheless, and observed as far as the host allows.
     QVERIFY(status.memory != NodeStatus::unknown());
     QCOMPARE(status.freeSpace, QStringLiteral("100.0 GB free"));
 }
 
-void TestNodeControllerPolling::silenceKeepsWhatIsKnown()
+void TestNodeControllerPolling::silenceKeepsKnownValues()
 {
     ScriptedNode script(*m_rig);
     script.setInfo(R"({"server_state":"connected","peers":5,"uptime":3600})");
@@ -109,20 +110,20 @@ void TestNodeControllerPolling::silenceKeepsWhatIsKnown()
     const NodeStatus known = m_rig->status();
     script.hold();
     QVERIFY(m_rig->runUntil([&] { return script.held() >= 1; }));
-    QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; })); // given up
+    QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; })); // timed out
     NodeStatus now = m_rig->status();
-    now.memory = known.memory; // the host goes on telling that
+    now.memory = known.memory; // still reported by the host
     QVERIFY(now == known);
 }
 
-void TestNodeControllerPolling::countsWithoutAnAnswerChangeNothing_data()
+void TestNodeControllerPolling::missingCountsChangeNothing_data()
 {
     QTest::addColumn<bool>("silent");
     QTest::newRow("silent") << true;
     QTest::newRow("refused") << false;
 }
 
-void TestNodeControllerPolling::countsWithoutAnAnswerChangeNothing()
+void TestNodeControllerPolling::missingCountsChangeNothing()
 {
     QFETCH(bool, silent);
     ScriptedNode script(*m_rig);
@@ -143,7 +144,7 @@ void TestNodeControllerPolling::countsWithoutAnAnswerChangeNothing()
     const qsizetype before = script.methods().count("get_counts");
     for (int poll = 1; poll <= 2; ++poll) {
         script.setInfo(R"({"server_state":"acquiring","peers":)" + QByteArray::number(5 + poll)
-                       + '}'); // and this is told
+                       + '}'); // while server_info is answered
         QVERIFY(
             m_rig->runUntil([&] { return script.methods().count("get_counts") == before + poll; }));
         QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; }));
@@ -152,7 +153,7 @@ void TestNodeControllerPolling::countsWithoutAnAnswerChangeNothing()
     }
 }
 
-void TestNodeControllerPolling::lateAnswersAreForgotten()
+void TestNodeControllerPolling::lateAnswersAreDiscarded()
 {
     ScriptedNode script(*m_rig);
     QList<std::optional<qint64>> published;
@@ -161,7 +162,7 @@ void TestNodeControllerPolling::lateAnswersAreForgotten()
     script.hold();
     m_rig->node().start();
     QVERIFY(m_rig->waitUntil([&] { return script.held() == 1; }));
-    // The first run ends with its question open, and a second begins.
+    // The first run ends while its request is pending, and a second run begins.
     ::kill(m_rig->lastChild(), SIGKILL);
     QVERIFY(m_rig->waitUntil([&] { return !m_rig->status().hasProcess; }));
     m_rig->node().start();
@@ -176,7 +177,7 @@ void TestNodeControllerPolling::lateAnswersAreForgotten()
     QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; }));
     QCOMPARE(script.methods(), expected);
     QCOMPARE(m_rig->node().lastServerInfo()->value(u"peers").toInt(), 1);
-    // Nor does the late answer make a difference to what is asked next.
+    // The late answer does not affect the following requests either.
     expected += "server_info";
     m_rig->clock().advance(2s);
     QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 1; }));
@@ -185,19 +186,19 @@ void TestNodeControllerPolling::lateAnswersAreForgotten()
     QVERIFY(!published.contains(std::optional<qint64>(99)));
 }
 
-void TestNodeControllerPolling::answersAfterAStopAreForgotten()
+void TestNodeControllerPolling::answersAfterAStopAreDiscarded()
 {
     ScriptedNode script(*m_rig);
     script.hold();
     m_rig->setNode(TIDEWICK_CHILD_PATH, {"ignore-terminate"});
     m_rig->node().start();
-    // The signal that stops it must find it ignored.
+    // By the time the signal is sent, the child has to be ignoring it.
     QVERIFY(m_rig->waitUntil([&] { return script.held() == 1 && m_rig->log().contains("ready"); }));
     m_rig->node().stop();
     const NodeStatus before = m_rig->status();
     QCOMPARE(before.phase, Phase::Stopping);
     script.release();
-    QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 2; })); // poll and kill
+    QVERIFY(m_rig->waitUntil([&] { return m_rig->clock().alarms() == 2; })); // poll, kill
     QVERIFY(m_rig->status() == before);
 }
 
@@ -216,7 +217,7 @@ void TestNodeControllerPolling::unchangedAnswersPublishNothing()
     QCOMPARE(changes.count(), 1);
 }
 
-void TestNodeControllerPolling::destroyedWhileAsking()
+void TestNodeControllerPolling::destroyedWhilePolling()
 {
     ScriptedNode script(*m_rig);
     script.hold();
@@ -224,7 +225,7 @@ void TestNodeControllerPolling::destroyedWhileAsking()
     QVERIFY(m_rig->waitUntil([&] { return script.held() == 1; }));
     m_rig->destroyNode();
     script.release();
-    // A question of its own would have come before this one.
+    // Any request of the controller would have arrived before this one.
     QVERIFY(rpcResult(NodePorts::rpc, QStringLiteral("stop")));
     QCOMPARE(script.methods(), (QByteArrayList{"server_info", "stop"}));
     QCOMPARE(m_rig->clock().alarms(), 0U);

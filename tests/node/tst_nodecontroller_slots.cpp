@@ -13,7 +13,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// What the controller tells its owner, and what the owner may do about it then and there.
+/// Tests the signals that the controller sends to its owner, and what the owner may do in a slot.
 class TestNodeControllerSlots : public QObject
 {
     Q_OBJECT
@@ -22,19 +22,19 @@ private slots:
     void init() { m_rig = std::make_unique<NodeRig>(); }
     void cleanup() { m_rig.reset(); }
 
-    void everyStatusIsWhole();
-    void restartedFromTheChange();
-    void destroyedFromTheChange_data();
-    void destroyedFromTheChange();
-    void destroyedWithAQuestionOpen();
+    void everyStatusIsConsistent();
+    void restartedInASlot();
+    void destroyedInASlot_data();
+    void destroyedInASlot();
+    void destroyedWhileConfirming();
 
-    void unexpectedEndIsItsOwn();
-    void refusedStartIsItsOwn_data();
-    void refusedStartIsItsOwn();
-    void waitingIsNoEnd();
-    void limitIsItsOwn_data();
-    void limitIsItsOwn();
-    void whatTheUserAskedForIsNot();
+    void reportsAnUnexpectedEnd();
+    void reportsARefusedStart_data();
+    void reportsARefusedStart();
+    void doesNotReportABlockedStart();
+    void reportsAReachedLimit_data();
+    void reportsAReachedLimit();
+    void doesNotReportARequestedStop();
     void automaticStopDoesNotMarkTheNextRun();
 
 private:
@@ -47,8 +47,8 @@ private:
     std::unique_ptr<NodeRig> m_rig;
 };
 
-/// No half of a change is ever seen: an error has its text, a start its process.
-void TestNodeControllerSlots::everyStatusIsWhole()
+/// No partial change is ever visible: an error has its text, a start its process.
+void TestNodeControllerSlots::everyStatusIsConsistent()
 {
     m_rig->setScenario("exit=3");
     QList<Phase> phases;
@@ -64,7 +64,7 @@ void TestNodeControllerSlots::everyStatusIsWhole()
     QCOMPARE(phases, (QList{Phase::Starting, Phase::Error, Phase::Starting, Phase::Error}));
 }
 
-void TestNodeControllerSlots::restartedFromTheChange()
+void TestNodeControllerSlots::restartedInASlot()
 {
     m_rig->setScenario("exit=3");
     connect(&m_rig->node(), &NodeController::statusChanged, this, [this] {
@@ -72,21 +72,21 @@ void TestNodeControllerSlots::restartedFromTheChange()
             return;
         m_rig->setScenario("speed=50 state=full");
         m_rig->node().start();
-        m_rig->node().start(); // there is one by now
+        m_rig->node().start(); // ignored, as the node is already starting
     });
     QVERIFY(start(Phase::Full));
     QCOMPARE(m_rig->spawned().size(), 2U);
     QVERIFY(m_rig->status().hasProcess);
 }
 
-void TestNodeControllerSlots::destroyedFromTheChange_data()
+void TestNodeControllerSlots::destroyedInASlot_data()
 {
     QTest::addColumn<Phase>("phase");
     for (const Phase phase : {Phase::Starting, Phase::Full, Phase::Stopping, Phase::Stopped})
         QTest::addRow("%s", phaseName(phase)) << phase;
 }
 
-void TestNodeControllerSlots::destroyedFromTheChange()
+void TestNodeControllerSlots::destroyedInASlot()
 {
     QFETCH(Phase, phase);
     bool destroyed = false;
@@ -102,7 +102,7 @@ void TestNodeControllerSlots::destroyedFromTheChange()
     QVERIFY(m_rig->runUntil([&] { return destroyed; }));
 }
 
-void TestNodeControllerSlots::destroyedWithAQuestionOpen()
+void TestNodeControllerSlots::destroyedWhileConfirming()
 {
     const auto answer = std::make_shared<OneShot<bool>>();
     const QString captured(1000, u'x');
@@ -118,7 +118,7 @@ void TestNodeControllerSlots::destroyedWithAQuestionOpen()
     QCOMPARE(seen, captured);
 }
 
-void TestNodeControllerSlots::unexpectedEndIsItsOwn()
+void TestNodeControllerSlots::reportsAnUnexpectedEnd()
 {
     const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
     QVERIFY(start(Phase::Full));
@@ -128,14 +128,14 @@ void TestNodeControllerSlots::unexpectedEndIsItsOwn()
     QCOMPARE(spy.size(), 1);
 }
 
-void TestNodeControllerSlots::refusedStartIsItsOwn_data()
+void TestNodeControllerSlots::reportsARefusedStart_data()
 {
     QTest::addColumn<QByteArray>("cause");
     for (const char *cause : {"port", "disk", "executable"})
         QTest::newRow(cause) << QByteArray(cause);
 }
 
-void TestNodeControllerSlots::refusedStartIsItsOwn()
+void TestNodeControllerSlots::reportsARefusedStart()
 {
     QFETCH(QByteArray, cause);
     if (cause == "port")
@@ -156,7 +156,7 @@ void TestNodeControllerSlots::refusedStartIsItsOwn()
     QCOMPARE(spy.size(), 2);
 }
 
-void TestNodeControllerSlots::waitingIsNoEnd()
+void TestNodeControllerSlots::doesNotReportABlockedStart()
 {
     const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
     m_rig->node().setStartBlocked(QStringLiteral("not yet"));
@@ -165,14 +165,14 @@ void TestNodeControllerSlots::waitingIsNoEnd()
     QCOMPARE(spy.size(), 0);
 }
 
-void TestNodeControllerSlots::limitIsItsOwn_data()
+void TestNodeControllerSlots::reportsAReachedLimit_data()
 {
     QTest::addColumn<bool>("disk");
     QTest::newRow("time") << false;
     QTest::newRow("disk") << true;
 }
 
-void TestNodeControllerSlots::limitIsItsOwn()
+void TestNodeControllerSlots::reportsAReachedLimit()
 {
     QFETCH(bool, disk);
     m_rig->defaults().setInteger(Settings::autoStopHardCapMinutes.key, 60);
@@ -188,12 +188,12 @@ void TestNodeControllerSlots::limitIsItsOwn()
                                                    : QLatin1String("Stopped automatically")));
 }
 
-void TestNodeControllerSlots::whatTheUserAskedForIsNot()
+void TestNodeControllerSlots::doesNotReportARequestedStop()
 {
     const QSignalSpy spy(&m_rig->node(), &NodeController::endedOnItsOwn);
     QVERIFY(start(Phase::Full));
     m_rig->node().stop();
-    m_rig->setFreeGB(1); // a limit that comes too late to be the reason
+    m_rig->setFreeGB(1); // reached too late to be the reason
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
     QCOMPARE(spy.size(), 0);
 }

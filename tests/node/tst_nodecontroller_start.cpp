@@ -22,7 +22,7 @@
 using namespace tidewick;
 namespace fs = std::filesystem;
 
-/// Starting the node, and its end without being asked.
+/// Tests starting the node, and its unrequested exits.
 class TestNodeControllerStart : public QObject
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ private slots:
 
     void beforeTheFirstStart();
     void startsTheNode();
-    void tellsTheNodeWhatItNeeds();
+    void passesArgumentsAndEnvironment();
     void outputIsAppended();
     void secondStartIsIgnored();
     void blockedStart();
@@ -45,8 +45,8 @@ private slots:
     void cannotStart_data();
     void cannotStart();
     void rotatesTheLogs();
-    void endsByItself_data();
-    void endsByItself();
+    void exitsUnexpectedly_data();
+    void exitsUnexpectedly();
     void tailOfThisRunOnly();
     void tailOfALargeLog();
     void grandchildKeepsTheLog();
@@ -67,7 +67,7 @@ void TestNodeControllerStart::beforeTheFirstStart()
         QCOMPARE(figure, QStringLiteral("–"));
     QVERIFY(!fresh.hasServerInfo && !fresh.hasProcess && !fresh.errorText && !fresh.peers
             && !fresh.ledgerSeq && !fresh.timeLeft && !fresh.storage);
-    QVERIFY(!fs::exists(m_rig->data())); // nothing is written before
+    QVERIFY(!fs::exists(m_rig->data())); // nothing is written before the first start
 }
 
 void TestNodeControllerStart::startsTheNode()
@@ -83,7 +83,7 @@ void TestNodeControllerStart::startsTheNode()
     QVERIFY(m_rig->node().lastServerInfo());
 }
 
-void TestNodeControllerStart::tellsTheNodeWhatItNeeds()
+void TestNodeControllerStart::passesArgumentsAndEnvironment()
 {
     writeFile(m_rig->bundle().resource("node.env"), "TIDEWICK_TEST=from node.env\n");
     m_rig->node().start();
@@ -96,7 +96,7 @@ void TestNodeControllerStart::tellsTheNodeWhatItNeeds()
     QVERIFY(spec.ownProcessGroup);
     QCOMPARE(spec.environment.at("TIDEWICK_TEST"), "from node.env");
     QCOMPARE(spec.environment.at("HOME"), qgetenv("HOME").toStdString());
-    QCOMPARE(spec.standardOutput, spec.standardError); // one descriptor for both
+    QCOMPARE(spec.standardOutput, spec.standardError); // one descriptor is used for both
     QVERIFY(contentOf(configuration).startsWith("# THIS FILE IS GENERATED"));
     QVERIFY(fs::exists(m_rig->data() / "validators.txt"));
 }
@@ -167,7 +167,7 @@ void TestNodeControllerStart::diskGuard_data()
 {
     QTest::addColumn<std::optional<double>>("free");
     QTest::addColumn<qint64>("guard");
-    QTest::addColumn<QString>("error"); // empty: the start goes on
+    QTest::addColumn<QString>("error"); // empty if the start proceeds
     using Free = std::optional<double>;
     QTest::newRow("enough") << Free(10.1) << qint64(10) << QString();
     QTest::newRow("equal") << Free(10) << qint64(10) << QString();
@@ -178,7 +178,7 @@ void TestNodeControllerStart::diskGuard_data()
     QTest::newRow("full disk") << Free(0) << qint64(5)
                                << QStringLiteral("Only 0.0 GB free; the disk guard needs 5 GB.");
     QTest::newRow("no guard") << Free(0) << qint64(0) << QString();
-    QTest::newRow("not told") << Free() << qint64(10) << QString();
+    QTest::newRow("unknown") << Free() << qint64(10) << QString();
 }
 
 void TestNodeControllerStart::diskGuard()
@@ -243,7 +243,7 @@ void TestNodeControllerStart::cannotStart()
     QFETCH(std::function<void(NodeRig &)>, obstacle);
     QFETCH(std::function<QString(NodeRig &)>, reason);
     obstacle(*m_rig);
-    const pid_t childrenBefore = ::waitpid(-1, nullptr, WNOHANG); // a sanitizer may have some
+    const pid_t childrenBefore = ::waitpid(-1, nullptr, WNOHANG); // a sanitizer may add some
     m_rig->node().start();
     QCOMPARE(m_rig->status().phase, Phase::Error);
     QCOMPARE(m_rig->status().detail, QLatin1String("Could not start the node: ") + reason(*m_rig));
@@ -265,7 +265,7 @@ void TestNodeControllerStart::rotatesTheLogs()
     QVERIFY(m_rig->log().size() < 1'000'000);
 }
 
-void TestNodeControllerStart::endsByItself_data()
+void TestNodeControllerStart::exitsUnexpectedly_data()
 {
     QTest::addColumn<QByteArray>("scenario");
     QTest::addColumn<QString>("how");
@@ -281,7 +281,7 @@ void TestNodeControllerStart::endsByItself_data()
     row("signal=ABRT", "signal 6");
 }
 
-void TestNodeControllerStart::endsByItself()
+void TestNodeControllerStart::exitsUnexpectedly()
 {
     QFETCH(QByteArray, scenario);
     QFETCH(QString, how);
@@ -294,7 +294,7 @@ void TestNodeControllerStart::endsByItself()
     QCOMPARE(status.detail, first);
     QVERIFY(status.errorText->startsWith(first + QLatin1String("\n\n")));
     QVERIFY(status.errorText->endsWith(QLatin1String("\nline 1\nline 2\nline 3\n")));
-    // What was known of the run is known no more; the disk figures are.
+    // The figures of the run are cleared; those of the disk are kept.
     QCOMPARE(status.uptime, NodeStatus::unknown());
     QCOMPARE(status.ledger, NodeStatus::unknown());
     QCOMPARE(status.memory, NodeStatus::unknown());
@@ -310,7 +310,7 @@ void TestNodeControllerStart::tailOfThisRunOnly()
     QVERIFY(m_rig->waitForPhase(Phase::Error));
     const QString first = *m_rig->status().errorText;
     QVERIFY(first.endsWith(QLatin1String("line 50\n")));
-    QCOMPARE(first.count(u'\n'), 2 + 19); // the message, then twenty pieces
+    QCOMPARE(first.count(u'\n'), 2 + 19); // the message, then twenty lines
     QVERIFY(!first.contains(QLatin1String("line 31\n")));
 
     m_rig->setNode(TIDEWICK_CHILD_PATH, {"exit", "4"});
@@ -342,7 +342,7 @@ void TestNodeControllerStart::grandchildKeepsTheLog()
     QVERIFY(m_rig->waitUntil([&] { return !m_rig->status().hasProcess; }));
     QCOMPARE(m_rig->status().detail,
              QStringLiteral("The node exited unexpectedly (exit status 3)."));
-    QVERIFY(runs(grandchild())); // and has the log open
+    QVERIFY(runs(grandchild())); // it still has the log open
 }
 
 void TestNodeControllerStart::startAfterAFailure()
@@ -364,7 +364,7 @@ void TestNodeControllerStart::destroyedWhileTheNodeRuns()
     QVERIFY(m_rig->waitForPhase(Phase::Full));
     const pid_t child = m_rig->lastChild();
     m_rig->destroyNode();
-    // It is the kernel that ends it, with this program; until then it answers.
+    // The kernel ends the node together with this program. Until then it keeps answering.
     QVERIFY(rpcResult(NodePorts::rpc, QStringLiteral("ping")));
     QVERIFY(m_rig->noted("RPCHandler:NFO ping") == 1);
     QCOMPARE(::waitpid(child, nullptr, WNOHANG), 0);

@@ -20,7 +20,7 @@ QCoro::Task<> noteWhenStopped(NodeController &node, QString name, QStringList &o
 
 } // namespace
 
-/// Stopping the node: asked for, and by force.
+/// Tests stopping the node, by request and by force.
 class TestNodeControllerStopping : public QObject
 {
     Q_OBJECT
@@ -32,14 +32,14 @@ private slots:
     void stopsOverRpcOnceAnswered();
     void stopsBySignalBeforeAnyAnswer();
     void stopsBySignalWhenRpcIsSilent();
-    void stopAnsweredWithAnErrorIsAnswered();
+    void errorResponseCountsAsAnAnswer();
     void stopWithoutAReason();
     void stopWithoutANode();
     void secondStopChangesNothing();
     void killsAfterNinetySeconds_data();
     void killsAfterNinetySeconds();
     void machineSleepCountsTowardsTheKill();
-    void statusOfARequestedEndDoesNotMatter();
+    void exitStatusOfARequestedStopIsIgnored();
     void waitersResumeInOrder();
     void waitingWithoutANode();
     void waitersOfADestroyedController();
@@ -63,7 +63,7 @@ void TestNodeControllerStopping::stopsOverRpcOnceAnswered()
     QVERIFY(!m_rig->status().hasProcess && !m_rig->status().errorText);
     QCOMPARE(m_rig->noted("RPCHandler:NFO stop"), 1);
     QCOMPARE(m_rig->noted("signal"), 0);
-    QCOMPARE(m_rig->clock().alarms(), 0U); // neither polled nor killed any more
+    QCOMPARE(m_rig->clock().alarms(), 0U); // no further poll or kill is pending
 }
 
 void TestNodeControllerStopping::stopsBySignalBeforeAnyAnswer()
@@ -88,7 +88,7 @@ void TestNodeControllerStopping::stopsBySignalWhenRpcIsSilent()
     QCOMPARE(m_rig->noted("signal 15"), 1);
 }
 
-void TestNodeControllerStopping::stopAnsweredWithAnErrorIsAnswered()
+void TestNodeControllerStopping::errorResponseCountsAsAnAnswer()
 {
     m_rig->setScenario("speed=50 state=full rpc.stop=error stop=hang");
     QVERIFY(m_rig->startUntil(Phase::Full));
@@ -126,7 +126,7 @@ void TestNodeControllerStopping::secondStopChangesNothing()
     m_rig->clock().advance(80s);
     m_rig->node().stop(QStringLiteral("second"));
     QCOMPARE(m_rig->status().detail, QStringLiteral("first"));
-    m_rig->clock().advance(10s); // ninety after the first
+    m_rig->clock().advance(10s); // ninety seconds after the first stop
     QVERIFY(m_rig->waitUntil([&] { return !m_rig->status().hasProcess; }));
     QCOMPARE(m_rig->status().detail, QStringLiteral("first"));
     QCOMPARE(m_rig->noted("signal 15"), 1);
@@ -136,7 +136,7 @@ void TestNodeControllerStopping::killsAfterNinetySeconds_data()
 {
     QTest::addColumn<QByteArray>("scenario");
     QTest::addColumn<int>("signalsBefore");
-    QTest::newRow("answers the stop and goes on") << QByteArray("stop=hang") << 0;
+    QTest::newRow("answers the stop but keeps running") << QByteArray("stop=hang") << 0;
     QTest::newRow("ignores both") << QByteArray("rpc.stop=silent sigterm=ignore") << 1;
 }
 
@@ -175,9 +175,9 @@ void TestNodeControllerStopping::machineSleepCountsTowardsTheKill()
     QVERIFY(m_rig->log().contains("sending SIGKILL"));
 }
 
-void TestNodeControllerStopping::statusOfARequestedEndDoesNotMatter()
+void TestNodeControllerStopping::exitStatusOfARequestedStopIsIgnored()
 {
-    m_rig->setNode(TIDEWICK_CHILD_PATH, {"wait"}); // dies of the signal
+    m_rig->setNode(TIDEWICK_CHILD_PATH, {"wait"}); // is terminated by the signal
     m_rig->node().start();
     m_rig->node().stop(QStringLiteral("Enough"));
     QVERIFY(m_rig->waitUntil([&] { return !m_rig->status().hasProcess; }));
@@ -195,7 +195,7 @@ void TestNodeControllerStopping::waitersResumeInOrder()
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
     QCOMPARE(order, (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
     QCOMPARE(m_rig->status().detail, QStringLiteral("a"));
-    // Each once: another run's end does not concern them.
+    // Each waiter resumes only once: the end of another run does not concern it.
     QVERIFY(m_rig->startUntil(Phase::Full));
     m_rig->node().stop();
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));

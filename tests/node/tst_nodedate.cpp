@@ -38,7 +38,7 @@ WallClock::time_point at(const char *date)
 void TestNodeDate::dates_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::addColumn<qint64>("seconds"); // since 1970; -1 for no date
+    QTest::addColumn<qint64>("seconds"); // since 1970, or -1 if it is not a date
     const auto row = [](const char *text, qint64 seconds) {
         QTest::newRow(text) << QString::fromUtf8(text) << seconds;
     };

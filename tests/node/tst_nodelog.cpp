@@ -26,7 +26,7 @@ private slots:
     void init();
     void tail_data();
     void tail();
-    void tailIsThatOfReadingItAll();
+    void tailMatchesAFullRead();
     void tailBeginsAtTheRun();
     void tailOfLongLines();
     void tailOfGigabytes_data();
@@ -64,7 +64,7 @@ QByteArray numberedLines(int first, int last)
     return lines.join('\n');
 }
 
-/// What the tail of the whole text is, by the plain way of splitting it.
+/// The expected tail, computed by splitting the complete text.
 QString plainTail(const QByteArray &text)
 {
     const QByteArrayList pieces = text.split('\n');
@@ -105,9 +105,9 @@ void TestNodeLog::tail()
     QCOMPARE(m_log->tail(0), expected);
 }
 
-void TestNodeLog::tailIsThatOfReadingItAll()
+void TestNodeLog::tailMatchesAFullRead()
 {
-    // Lengths around each step in which the log is read backwards.
+    // Line lengths close to multiples of the step in which the log is read backwards.
     for (const int lineLength : {1, 100, 203, 204, 205, 206, 3275, 3276, 3277, 3278, 50'000}) {
         QByteArray content;
         for (int i = 0; i < 60; ++i)
@@ -135,11 +135,11 @@ void TestNodeLog::tailBeginsAtTheRun()
 void TestNodeLog::tailOfLongLines()
 {
     constexpr qsizetype mebibyte = qsizetype{1024} * 1024;
-    // Exactly as much as is kept: all of it.
+    // Exactly at the limit: everything is kept.
     QByteArray content(mebibyte, 'x');
     writeFile(m_path, content);
     QCOMPARE(m_log->tail(0).size(), mebibyte);
-    // More: the end of it. Twenty lines of 100 kB are over the bound, too.
+    // Beyond the limit: only the end is kept. Twenty lines of 100 kB also exceed the limit.
     content = "beginning" + content;
     writeFile(m_path, content);
     QCOMPARE(m_log->tail(0), QString(mebibyte, u'x'));
@@ -148,7 +148,7 @@ void TestNodeLog::tailOfLongLines()
         content += QByteArray(100'000, static_cast<char>('a' + i)) + '\n';
     writeFile(m_path, content);
     QCOMPARE(m_log->tail(0), QString::fromLatin1(content.right(mebibyte)));
-    // A character that the bound cuts is left out as a whole.
+    // A character cut by the limit is omitted entirely.
     content = QByteArray();
     while (content.size() < mebibyte)
         content += "€";
@@ -166,12 +166,12 @@ void TestNodeLog::tailOfGigabytes_data()
     QTest::newRow("no line feed anywhere") << QByteArray();
 }
 
-/// Whatever the length of a log, only its end is read.
+/// Only the end of a log is read, however long the log is.
 void TestNodeLog::tailOfGigabytes()
 {
     QFETCH(QByteArray, end);
     writeFile(m_path, {});
-    fs::resize_file(m_path, 2'000'000'000); // takes no room on the disk
+    fs::resize_file(m_path, 2'000'000'000); // takes up no disk space
     {
         const UniqueDescriptor log = m_log->open();
         QVERIFY(Files::writeAll(log.get(), end.constData(), static_cast<std::size_t>(end.size())));
@@ -209,7 +209,7 @@ void TestNodeLog::appends()
         QVERIFY(flags & O_APPEND);
         QVERIFY(::fcntl(log.get(), F_GETFD) & FD_CLOEXEC);
         QVERIFY(Files::writeAll(log.get(), "a\n", 2));
-        // Somebody else writes between; nothing is overwritten.
+        // Another process writes in between; nothing is overwritten.
         QFile other(m_path);
         QVERIFY(other.open(QIODevice::Append));
         other.write("b\n");
@@ -250,7 +250,7 @@ void TestNodeLog::rotates()
 
 void TestNodeLog::rotationKeepsOneCopy()
 {
-    NodeLog::rotate(m_path); // no log, no trouble
+    NodeLog::rotate(m_path); // without a log, nothing happens
     writeFile(m_path.string() + ".1", "older");
     writeFile(m_path, "old");
     NodeLog::rotate(m_path);

@@ -16,7 +16,7 @@ using namespace tidewick;
 
 using Result = std::optional<QJsonObject>;
 
-/// What is asked, and what counts as an answer.
+/// Tests the requests, and what counts as an answer.
 class TestNodeRPCAnswers : public QObject
 {
     Q_OBJECT
@@ -32,8 +32,8 @@ private slots:
     void keepsNothingBetweenCalls();
     void usesNoProxy();
     void callsMayOverlap();
-    void survivesAServerThatComesAndGoes();
-    void destroyedWhileAsking();
+    void survivesDisconnects();
+    void destroyedDuringACall();
 };
 
 void TestNodeRPCAnswers::sendsTheEnvelope()
@@ -65,24 +65,25 @@ void TestNodeRPCAnswers::answers_data()
 
     row("empty result", ok(R"({"result":{}})"), QJsonObject());
     row("error result", ok(errorBody), error);
-    row("error beside", ok(R"({"error":"x","result":{}})"), QJsonObject());
+    row("error next to the result", ok(R"({"error":"x","result":{}})"), QJsonObject());
     row("no result", ok(R"({"status":"success"})"));
     row("array result", ok(R"({"result":[]})"));
     row("text result", ok(R"({"result":"x"})"));
     row("null result", ok(R"({"result":null})"));
     row("array", ok("[]"));
-    row("nothing", ok(""));
+    row("empty body", ok(""));
     row("garbage", ok("\x01\xFF garbage"));
-    row("cut JSON", ok(R"({"result":{)"));
+    row("truncated JSON", ok(R"({"result":{)"));
     row("deep", ok(R"({"result":)" + QByteArray(5000, '[') + QByteArray(5000, ']') + '}'));
-    row("no HTTP", "garbage\r\n\r\n");
+    row("not HTTP", "garbage\r\n\r\n");
     row("chunked",
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
         "5\r\n{\"res\r\nA\r\nult\":{}}\r\n\r\n0\r\n\r\n",
         QJsonObject());
     row("to the end of the connection", "HTTP/1.0 200 OK\r\n\r\n{\"result\":{}}", QJsonObject());
     row("half the body", "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"result\":{}}");
-    row("cut chunks", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nD\r\n{\"result\":{}}");
+    row("truncated chunks",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nD\r\n{\"result\":{}}");
     row("half the headers", "HTTP/1.1 200 OK\r\nContent-Le");
     for (const char *status :
          {"400 Bad Request", "401 Unauthorized", "403 Forbidden", "404 Not Found",
@@ -178,7 +179,7 @@ void TestNodeRPCAnswers::usesNoProxy()
     const QByteArray address = "http://127.0.0.1:" + QByteArray::number(proxy.port());
     for (const char *variable : {"http_proxy", "HTTP_PROXY", "all_proxy"})
         qputenv(variable, address);
-    // Which every socket takes that is not told otherwise.
+    // The proxy that every socket uses unless configured otherwise.
     QNetworkProxy::setApplicationProxy(
         QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), proxy.port()));
     const auto result = rpcResult(server.port());
@@ -204,11 +205,11 @@ void TestNodeRPCAnswers::callsMayOverlap()
     QVERIFY(first.result().has_value() != second.result().has_value());
 }
 
-void TestNodeRPCAnswers::survivesAServerThatComesAndGoes()
+void TestNodeRPCAnswers::survivesDisconnects()
 {
     auto server = std::make_unique<RawServer>([](QTcpSocket *c) {
         c->write(RawServer::http("{\"result\":{}}"));
-        c->disconnectFromHost(); // though the answer promised to stay
+        c->disconnectFromHost(); // although the response promised to keep the connection open
     });
     NodeRPC rpc(server->port());
     for (int i = 0; i < 5; ++i) {
@@ -222,7 +223,7 @@ void TestNodeRPCAnswers::survivesAServerThatComesAndGoes()
     QVERIFY(!call.result());
 }
 
-void TestNodeRPCAnswers::destroyedWhileAsking()
+void TestNodeRPCAnswers::destroyedDuringACall()
 {
     RawServer server([](QTcpSocket *) {});
     auto rpc = std::make_unique<NodeRPC>(server.port());

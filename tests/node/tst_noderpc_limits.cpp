@@ -18,8 +18,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Writes the block again and again as fast as it is taken, until that is a number of bytes; stops
-/// when nobody takes them.
+/// Writes the block repeatedly, as fast as it is accepted, until this many bytes have been written.
+/// Stops when the connection is gone.
 void pour(QTcpSocket *connection, const QByteArray &block, qint64 bytes)
 {
     const auto left = std::make_shared<qint64>(bytes);
@@ -31,7 +31,7 @@ void pour(QTcpSocket *connection, const QByteArray &block, qint64 bytes)
     more();
 }
 
-/// Writes one byte, then another each time the period has passed.
+/// Writes one byte, and another each time the period has passed.
 void drip(QTcpSocket *connection, const QByteArray &bytes, std::chrono::milliseconds period)
 {
     auto *timer = new QTimer(connection);
@@ -45,13 +45,13 @@ void drip(QTcpSocket *connection, const QByteArray &bytes, std::chrono::millisec
 
 } // namespace
 
-/// How long a call may take, and how large its answer may be.
+/// Tests how long a call may take and how large its answer may be.
 class TestNodeRPCLimits : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void refusedIsToldAtOnce();
+    void refusedConnectionFailsAtOnce();
     void limits_data();
     void limits();
     void largestAnswer();
@@ -59,7 +59,7 @@ private slots:
     void tooLarge();
 };
 
-void TestNodeRPCLimits::refusedIsToldAtOnce()
+void TestNodeRPCLimits::refusedConnectionFailsAtOnce()
 {
     quint16 port = 0;
     {
@@ -67,7 +67,7 @@ void TestNodeRPCLimits::refusedIsToldAtOnce()
         port = server.port();
     }
     NodeRPC rpc(port);
-    { // the first call makes the session
+    { // the first call sets up the session
         const RpcCall warm(rpc, QStringLiteral("x"));
         QTRY_VERIFY(warm.finished());
     }
@@ -112,8 +112,8 @@ void TestNodeRPCLimits::limits_data()
         4500ms);
 }
 
-/// The upper bound is a timer beside those of the call: when the whole program is held up, the one
-/// that is due first still comes first.
+/// The upper bound is a timer alongside those of the call: even if the whole program is delayed,
+/// the timer that is due first fires first.
 void TestNodeRPCLimits::limits()
 {
     QFETCH(RawServer::Answer, answer);
@@ -162,22 +162,22 @@ void TestNodeRPCLimits::tooLarge_data()
 
     row("announced", "HTTP/1.1 200 OK\r\nContent-Length: 200000000\r\n\r\n");
     row("not announced", "HTTP/1.0 200 OK\r\n\r\n", "x", 4 * NodeRPC::largestAnswer);
-    row("no HTTP", "");
+    row("not HTTP", "");
     row("status line", "HTTP/1.1 200 ");
     row("one header", "HTTP/1.1 200 OK\r\nX: ");
     row("many headers", "HTTP/1.1 200 OK\r\n", "X: y\r\n");
     row("folded header", "HTTP/1.1 200 OK\r\nX: y\r\n", " y\r\n");
     row("interim answers", "", "HTTP/1.1 100 Continue\r\n\r\n");
     row("chunk size", chunked);
-    row("zeros of a chunk size", chunked, "0");
+    row("zeros in the chunk size", chunked, "0");
     row("large chunk", chunked + "BEBC200\r\n");
     row("small chunks", chunked, "1\r\nx\r\n", 4 * NodeRPC::largestAnswer);
     row("chunk extension", chunked + "1;");
     row("trailers", chunked + "0\r\n", "X: y\r\n");
 }
 
-/// What is too large is let go of as it comes: memory stays far below what was sent, and the
-/// connection does not wait for the end of whoever asked.
+/// An oversized answer is discarded as it arrives: memory use stays far below the amount sent, and
+/// the connection closes while the caller still exists.
 void TestNodeRPCLimits::tooLarge()
 {
     QFETCH(QByteArray, begin);

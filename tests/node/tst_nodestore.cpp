@@ -19,10 +19,10 @@ private slots:
     void sizes();
     void removes();
     void removesNothing();
-    void losesTheLinkOnly();
-    void keepsWhatLinksBelowPointTo();
-    void removesAFileInItsPlace();
-    void tellsWhyItCouldNot();
+    void removesOnlyTheLink();
+    void keepsTheTargetsOfLinksInside();
+    void removesAFileInPlaceOfTheStore();
+    void reportsWhyItFailed();
 
 private:
     std::optional<TemporaryFolder> m_folder;
@@ -69,7 +69,7 @@ void TestNodeStore::removesNothing()
     QVERIFY(!NodeStore(m_data / "missing").remove());
 }
 
-void TestNodeStore::losesTheLinkOnly()
+void TestNodeStore::removesOnlyTheLink()
 {
     const fs::path precious = m_folder->path() / "precious";
     fs::create_directory(precious);
@@ -80,7 +80,7 @@ void TestNodeStore::losesTheLinkOnly()
     QVERIFY(fs::exists(precious / "file"));
 }
 
-void TestNodeStore::keepsWhatLinksBelowPointTo()
+void TestNodeStore::keepsTheTargetsOfLinksInside()
 {
     const fs::path precious = m_folder->path() / "precious";
     fs::create_directory(precious);
@@ -95,14 +95,14 @@ void TestNodeStore::keepsWhatLinksBelowPointTo()
     QVERIFY(fs::exists(precious / "file"));
 }
 
-void TestNodeStore::removesAFileInItsPlace()
+void TestNodeStore::removesAFileInPlaceOfTheStore()
 {
     writeFile(m_db, "x");
     QVERIFY(!NodeStore(m_data).remove());
     QVERIFY(!fs::exists(m_db));
 }
 
-void TestNodeStore::tellsWhyItCouldNot()
+void TestNodeStore::reportsWhyItFailed()
 {
     writeFile(m_folder->path() / "file", "x");
     QCOMPARE(NodeStore(m_folder->path() / "file").remove(),

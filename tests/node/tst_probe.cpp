@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A listener whose queue is full: it is there and takes nobody in.
+/// A listener with a full backlog: it exists but accepts no connections.
 class StuckListener
 {
 public:
@@ -38,8 +38,8 @@ public:
         if (::bind(m_listener.get(), address, size) != 0 || ::listen(m_listener.get(), 0) != 0
             || ::getsockname(m_listener.get(), address, &size) != 0
             || ::connect(m_first.get(), address, size) != 0)
-            qFatal("No listener");
-        // The queue for one is full now; this one stays outside, as the next will.
+            qFatal("Cannot create a listener");
+        // The backlog of one is now full; this connection stays outside it, as will the next.
         (void)::connect(m_second.get(), address, size);
     }
     quint16 port() const { return ntohs(m_address.sin_port); }
@@ -59,14 +59,14 @@ class TestProbe : public QObject
 
 private slots:
     void portTaken();
-    void portFreeIsToldAtOnce();
-    void portThatTakesNobodyIn();
+    void freePortIsReportedAtOnce();
+    void portWithAFullBacklog();
     void portWaitSurvivesSignals();
     void freeSpaceOfTheVolume();
-    void freeSpaceOfWhatIsNotThereYet();
+    void freeSpaceOfAMissingPath();
     void sizeCountsAllocatedBlocks();
-    void sizeLeavesOutWhatIsSkipped();
-    void sizeFollowsNoLinks();
+    void sizeOmitsSkippedNames();
+    void sizeDoesNotFollowLinks();
     void sizeOfAStoreBehindALink();
     void sizeOfNothing();
     void sizeOfADeepTree();
@@ -82,7 +82,7 @@ void TestProbe::portTaken()
     QVERIFY(Probe::portInUse(everywhere.serverPort(), 300));
 }
 
-void TestProbe::portFreeIsToldAtOnce()
+void TestProbe::freePortIsReportedAtOnce()
 {
     QTcpServer server;
     QVERIFY(server.listen(QHostAddress::LocalHost));
@@ -94,7 +94,7 @@ void TestProbe::portFreeIsToldAtOnce()
     QVERIFY(timer.elapsed() < 10'000);
 }
 
-void TestProbe::portThatTakesNobodyIn()
+void TestProbe::portWithAFullBacklog()
 {
     const StuckListener listener;
     QElapsedTimer timer;
@@ -102,7 +102,7 @@ void TestProbe::portThatTakesNobodyIn()
     QVERIFY(!Probe::portInUse(listener.port(), 50));
     QVERIFY(timer.elapsed() >= 50);
     QVERIFY(!Probe::portInUse(listener.port(), 0));
-    QVERIFY(!Probe::portInUse(listener.port(), -1)); // not for ever
+    QVERIFY(!Probe::portInUse(listener.port(), -1)); // does not wait forever
 }
 
 void TestProbe::portWaitSurvivesSignals()
@@ -135,10 +135,10 @@ void TestProbe::freeSpaceOfTheVolume()
         static_cast<double>(volume.f_bavail) * static_cast<double>(volume.f_frsize) / 1e9;
     const auto seen = Probe::freeGB("/");
     QVERIFY(seen);
-    QVERIFY(qAbs(*seen - expected) < 1.0); // others write, too
+    QVERIFY(qAbs(*seen - expected) < 1.0); // other processes write, too
 }
 
-void TestProbe::freeSpaceOfWhatIsNotThereYet()
+void TestProbe::freeSpaceOfAMissingPath()
 {
     const TemporaryFolder folder;
     const auto there = Probe::freeGB(folder.path());
@@ -165,7 +165,7 @@ void TestProbe::sizeCountsAllocatedBlocks()
     QVERIFY(expected < 1'000'000);
 }
 
-void TestProbe::sizeLeavesOutWhatIsSkipped()
+void TestProbe::sizeOmitsSkippedNames()
 {
     const TemporaryFolder folder;
     const fs::path &root = folder.path();
@@ -178,7 +178,7 @@ void TestProbe::sizeLeavesOutWhatIsSkipped()
     QCOMPARE(Probe::directorySize(root, skip), allocatedBytes(root / "kept" / "not.nudb.tpl"));
 }
 
-void TestProbe::sizeFollowsNoLinks()
+void TestProbe::sizeDoesNotFollowLinks()
 {
     const TemporaryFolder folder;
     const TemporaryFolder elsewhere;

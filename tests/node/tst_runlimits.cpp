@@ -57,8 +57,8 @@ void TestRunLimits::read_data()
     QTest::newRow("negative") << qint64(-5) << Length();
     QTest::newRow("one") << qint64(1) << Length(60s);
     QTest::newRow("a week") << qint64(10080) << Length(604800s);
-    QTest::newRow("the most there is")
-        << std::numeric_limits<qint64>::max() / 60 << Length(9223372036854775800s);
+    QTest::newRow("maximum") << std::numeric_limits<qint64>::max() / 60
+                             << Length(9223372036854775800s);
 }
 
 void TestRunLimits::read()
@@ -73,7 +73,7 @@ void TestRunLimits::read()
     QCOMPARE(RunLimits::read(defaults).hardCap, limit);
 }
 
-/// A limit so long that its seconds overflow ends the program; a wrapped one would stop the node.
+/// A limit whose seconds would overflow ends the program; a wrapped one would stop the node.
 void TestRunLimits::neverWraps()
 {
     Defaults defaults(m_folder->path() / "settings.ini");
@@ -83,7 +83,7 @@ void TestRunLimits::neverWraps()
     if (child == 0) {
         const rlimit noCore{};
         ::setrlimit(RLIMIT_CORE, &noCore);
-        ::signal(SIGABRT, SIG_DFL); // not for the test framework to report
+        ::signal(SIGABRT, SIG_DFL); // keeps the test framework from reporting the abort
         qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
         (void)RunLimits::read(defaults);
         ::_exit(0);

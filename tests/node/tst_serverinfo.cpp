@@ -43,8 +43,8 @@ private slots:
     void bootstrapping();
     void figures_data();
     void figures();
-    void figuresThatAreAbsentStay();
-    void peersThatAreAbsentGo();
+    void absentFiguresAreKept();
+    void absentPeersAreCleared();
     void recordedAnswers();
     void memory_data();
     void memory();
@@ -143,7 +143,7 @@ void TestServerInfo::figures()
     QCOMPARE(status.ledgerSeq.has_value(), ledger.startsWith(u'#'));
 }
 
-void TestServerInfo::figuresThatAreAbsentStay()
+void TestServerInfo::absentFiguresAreKept()
 {
     NodeStatus status = after(R"({"uptime":3600,"validated_ledger":{"seq":5,"age":1}})");
     ServerInfo::update(status, objectOf(R"({"server_state":"full"})"), {});
@@ -152,7 +152,7 @@ void TestServerInfo::figuresThatAreAbsentStay()
     QCOMPARE(status.ledgerSeq, std::optional<qint64>(5));
 }
 
-void TestServerInfo::peersThatAreAbsentGo()
+void TestServerInfo::absentPeersAreCleared()
 {
     NodeStatus status = after(R"({"peers":5})");
     QCOMPARE(status.peers, std::optional<qint64>(5));
@@ -170,7 +170,7 @@ void TestServerInfo::recordedAnswers()
     QCOMPARE(status.uptime, QStringLiteral("0m"));
     ServerInfo::update(status, recorded("server_info_later.json")[u"info"].toObject(), {});
     QCOMPARE(status.ledger, QStringLiteral("#12 (0s ago)"));
-    // A plain node's counts name none of the figures read from them.
+    // The counts of a plain node contain none of the memory figures.
     QCOMPARE(ServerInfo::reportedMemory(recorded("get_counts_later.json")), std::nullopt);
 }
 

@@ -11,7 +11,7 @@
 
 using namespace tidewick;
 
-/// What a bundle brings along for the node's configuration.
+/// Tests the node configuration that a bundle ships.
 class TestShippedConfig : public QObject
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ private slots:
 
 namespace {
 
-/// The lines of a section of the shipped list without its comments.
+/// The lines of a section of the shipped list, without comments.
 QByteArrayList shippedLines(const QByteArray &section)
 {
     const QByteArrayList lines = contentOf(TIDEWICK_RESOURCES "/validators.txt").split('\n');
@@ -41,8 +41,8 @@ QByteArrayList shippedLines(const QByteArray &section)
 
 } // namespace
 
-/// A real node refuses to start with a publisher's key that is not one, and never validates where
-/// keys and sites do not belong together.
+/// A real node refuses to start with an invalid publisher key, and never validates if keys and
+/// sites do not belong together.
 void TestShippedConfig::validatorsAreUsable()
 {
     QCOMPARE(ValidatorsFile::flaw(contentOf(TIDEWICK_RESOURCES "/validators.txt")), std::nullopt);

@@ -16,7 +16,7 @@ namespace {
 
 const WallClock::time_point now{std::chrono::hours(500'000)};
 
-/// A report on a store that has grown by so much since the last trim.
+/// A report on a store that has grown by this much since the last trim.
 QByteArray grownTo(double grownGB)
 {
     return QJsonDocument(
@@ -29,7 +29,8 @@ QByteArray grownTo(double grownGB)
 
 } // namespace
 
-/// What the storage line owes to earlier reports: how long rebuilds take, how fast the store grows.
+/// Tests what the storage line derives from earlier reports: the duration of rebuilds and the
+/// growth rate of the store.
 class TestStorageLearning : public QObject
 {
     Q_OBJECT
@@ -43,13 +44,13 @@ private slots:
     void learnsTheLastSecondsSeen();
     void learnsOncePerBuild();
     void remembersAcrossRuns();
-    void remembersEachOperationByItself();
-    void remembersNoLongNames();
+    void remembersEachOperationSeparately();
+    void doesNotRememberLongNames();
     void growthNeedsTime_data();
     void growthNeedsTime();
-    void growthStartsAnewAfterATrim();
-    void growthIsReckonedFromTheFirstSight();
-    void growthWithoutEnd();
+    void growthRestartsAfterATrim();
+    void growthIsMeasuredFromTheFirstReport();
+    void infiniteGrowth();
 
 private:
     QString describe(const QByteArray &object, WallClock::time_point at = now)
@@ -114,7 +115,7 @@ void TestStorageLearning::learnsFromSuccess()
     QVERIFY(!defaults().contains(key));
     describe(next);
     QCOMPARE(defaults().real(key), learns ? 1200.0 : 0.0);
-    // Whatever the outcome, that rebuild is settled.
+    // That rebuild is now settled, whatever its outcome.
     describe(R"({"last_outcome":"success"})");
     QCOMPARE(defaults().contains(key), learns);
 }
@@ -148,7 +149,7 @@ void TestStorageLearning::remembersAcrossRuns()
              QStringLiteral("Storage: rewriting the store · 5m so far, about 10m left"));
 }
 
-void TestStorageLearning::remembersEachOperationByItself()
+void TestStorageLearning::remembersEachOperationSeparately()
 {
     for (const char *operation : {"", "round", "a/b", "ünï [x]=\\n"}) {
         const QByteArray building =
@@ -163,8 +164,8 @@ void TestStorageLearning::remembersEachOperationByItself()
     }
 }
 
-/// The settings are no place for whatever a node sends.
-void TestStorageLearning::remembersNoLongNames()
+/// Arbitrary names sent by a node must not fill up the settings.
+void TestStorageLearning::doesNotRememberLongNames()
 {
     const auto learns = [this](qsizetype length) {
         const QByteArray name(length, 'x');
@@ -209,7 +210,7 @@ void TestStorageLearning::growthNeedsTime()
     QCOMPARE(describe(grownTo(grown), now + std::chrono::seconds(seconds)), expected);
 }
 
-void TestStorageLearning::growthStartsAnewAfterATrim()
+void TestStorageLearning::growthRestartsAfterATrim()
 {
     describe(grownTo(3));
     describe(grownTo(0.5), now + 3000s);
@@ -219,19 +220,19 @@ void TestStorageLearning::growthStartsAnewAfterATrim()
              QStringLiteral("Storage: next trim after 4.0 GB (1.5 GB so far, about 41m)"));
 }
 
-void TestStorageLearning::growthIsReckonedFromTheFirstSight()
+void TestStorageLearning::growthIsMeasuredFromTheFirstReport()
 {
     describe(grownTo(1));
     for (int i = 1; i <= 6; ++i)
         describe(grownTo(1 + i * 0.1), now + i * 100s);
-    // Other phases between do not disturb it.
+    // Other phases in between do not disturb the measurement.
     describe(R"({"phase":"building"})", now + 650s);
     QCOMPARE(describe(grownTo(2), now + 1000s),
              QStringLiteral("Storage: next trim after 4.0 GB (2.0 GB so far, about 33m)"));
 }
 
-/// Sizes beyond all numbers leave nothing to reckon with.
-void TestStorageLearning::growthWithoutEnd()
+/// Nothing can be estimated from infinite sizes.
+void TestStorageLearning::infiniteGrowth()
 {
     const QByteArray next = R"({"next":{"operation":"round","growth_bytes":"1e999",
                                         "grown_by_bytes":"%1"}})";

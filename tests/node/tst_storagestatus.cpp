@@ -24,7 +24,7 @@ QJsonObject objectOf(const QByteArray &text)
 
 } // namespace
 
-/// The line on the storage, as far as it follows from one report.
+/// Tests the storage line as far as it follows from a single report.
 class TestStorageStatus : public QObject
 {
     Q_OBJECT
@@ -65,7 +65,7 @@ void TestStorageStatus::line_data()
     row(R"({"phase":7})", upToDate);
     row(R"({"phase":"Building"})", upToDate);
 
-    // A rebuild under way.
+    // During a rebuild.
     row(R"({"phase":"building","operation":"major","phase_seconds":30})",
         "Storage: rewriting the store · under a minute so far");
     row(R"({"phase":"building","operation":"round","phase_seconds":180})",
@@ -82,7 +82,7 @@ void TestStorageStatus::line_data()
         "Storage: trimming the store · under a minute so far");
     row(R"({"phase":"building","progress":"not JSON"})",
         "Storage: trimming the store · under a minute so far");
-    row(R"({"phase":"building","phase_seconds":-5})", // less than no memory of an earlier one
+    row(R"({"phase":"building","phase_seconds":-5})", // negative, and no earlier rebuild is known
         "Storage: trimming the store · under a minute so far, under a minute left");
     row(R"({"phase":"building","phase_seconds":59.999})",
         "Storage: trimming the store · under a minute so far");
@@ -128,7 +128,7 @@ void TestStorageStatus::line_data()
     row(R"({"last_outcome":"disk full","next":{"waiting_for":"full"}})",
         "Storage: tidies up once the node is in sync");
 
-    // Idle before the next.
+    // Idle before the next rebuild.
     row(R"({"next":{"waiting_for":"full","operation":"major"}})",
         "Storage: tidies up once the node is in sync");
     row(R"({"next":{"waiting_for":"ledgers"}})", upToDate);
@@ -222,7 +222,7 @@ void TestStorageStatus::step_data()
     row(R"({"phase":"index"})", "indexing");
     row(R"({"phase":"swap"})", "switching");
     row(R"({"phase":"sweep"})", "sweep");
-    row(R"({"phase":"copy","done":42.5,"total":100})", "copying 42%"); // a tie goes to even
+    row(R"({"phase":"copy","done":42.5,"total":100})", "copying 42%"); // ties round to even
     row(R"({"phase":"copy","done":43.5,"total":100})", "copying 44%");
     row(R"({"phase":"copy","done":"1","total":"3"})", "copying 33%");
     row(R"({"phase":"copy","done":250,"total":100})", "copying 250%");
@@ -236,7 +236,7 @@ void TestStorageStatus::step_data()
     row(R"({"phase":"copy","done":"1e999","total":100})", "copying");
     row(R"({"phase":"copy","done":"1e999","total":"1e999"})", "copying");
     row(R"({"phase":"copy","done":1e308,"total":1})",
-        "copying"); // a hundred times that is too much
+        "copying"); // overflows when multiplied by 100
     row(R"({"phase":"copy","done":1,"total":"1e999"})", "copying 0%");
     row(R"({"done":1,"total":2})", "");
     row(R"({"phase":5})", "");
@@ -265,8 +265,8 @@ void TestStorageStatus::span_data()
     QTest::newRow("truncated") << 119.99 << QStringLiteral("1m");
     QTest::newRow("ten minutes") << 600.0 << QStringLiteral("10m");
     QTest::newRow("hours") << 3900.0 << QStringLiteral("1h 5m");
-    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN()
-                               << QStringLiteral("under a minute");
+    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN()
+                                  << QStringLiteral("under a minute");
     QTest::newRow("infinite") << infinite << QStringLiteral("2562047788015215h 30m");
 }
 

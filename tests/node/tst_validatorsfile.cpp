@@ -53,13 +53,13 @@ void TestValidatorsFile::flaws_data()
         "it names sites in [validator_list_sites] and no key in [validator_list_keys], so no node "
         "can use it");
     row("both", "[validator_list_sites]\nhttps://a.example\n[validator_list_keys]\n" + key + '\n');
-    row("CR LF and blanks", "  [validator_list_keys] \r\n\t" + key + " \r\n");
-    row("comment behind the key", "[validator_list_keys]\n" + key + " # a.example\n");
-    row("small letters", "[validator_list_keys]\n" + key.toLower() + '\n');
+    row("CR LF and whitespace", "  [validator_list_keys] \r\n\t" + key + " \r\n");
+    row("comment after the key", "[validator_list_keys]\n" + key + " # a.example\n");
+    row("lower-case key", "[validator_list_keys]\n" + key.toLower() + '\n');
     row("other kind of key", "[validator_list_keys]\n02" + key.mid(2) + '\n');
     row("short key", "[validator_list_keys]\n" + key.chopped(1) + '\n',
         '"' + key.chopped(1) + "\" in [validator_list_keys] is no publisher's key");
-    row("word for a key", "[validator_list_keys]\n" + key + "\nE\n",
+    row("invalid key", "[validator_list_keys]\n" + key + "\nE\n",
         "\"E\" in [validator_list_keys] is no publisher's key");
     row("validators by name",
         "[validators]\nnHUon2tpyJEHHYGmxqeGu37cvPYHzrMtUNQFVdCgGNvEkjmCpTqK\n");
@@ -86,7 +86,7 @@ void TestValidatorsFile::present()
     QCOMPARE(ValidatorsFile::read(), std::optional(content));
 }
 
-/// One that is there is never passed over for the bundle's.
+/// An existing file is never skipped in favor of the bundle's.
 void TestValidatorsFile::cannotBeRead()
 {
     const fs::path file = ValidatorsFile::path();
