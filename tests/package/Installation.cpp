@@ -14,7 +14,8 @@ Installation::Installation(const std::string &name) : m_prefix(m_folder.path() /
     const Outcome outcome =
         runTool({TIDEWICK_CMAKE, "--install", TIDEWICK_BUILD, "--prefix", m_prefix.string()});
     if (outcome.signaled || outcome.status != 0)
-        qFatal("Nothing is installed: %s%s", outcome.output.constData(), outcome.error.constData());
+        qFatal("cmake --install failed: %s%s", outcome.output.constData(),
+               outcome.error.constData());
 }
 
 void Installation::useSimulatedNode() const

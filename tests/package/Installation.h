@@ -9,7 +9,8 @@
 
 namespace tidewick {
 
-/// What "cmake --install" makes of this build, in a folder of that name in a temporary one.
+/// This build as installed by "cmake --install" into a folder with this name, inside a temporary
+/// one.
 class Installation
 {
 public:
@@ -18,7 +19,7 @@ public:
     const std::filesystem::path &prefix() const { return m_prefix; }
     std::filesystem::path program() const { return m_prefix / "bin/quaymere"; }
 
-    /// Has it run the simulated node, which is not installed.
+    /// Makes the installed program run the simulated node, which is not installed itself.
     void useSimulatedNode() const;
 
 private:

@@ -10,11 +10,11 @@
 
 namespace tidewick {
 
-/// Runs a program that is looked for where programs are, with variables laid over the test's own.
+/// Runs a program looked up in PATH; the variables override the test's own.
 Outcome runTool(std::vector<std::string> words, const ProcessEnvironment &variables = {});
 
-/// Whether it ended well and without a word on standard error. What it said else goes to the test's
-/// own output.
+/// Whether the program exits with status 0 and without output on standard error. Otherwise its
+/// output is printed to the test's own output.
 bool isContent(const std::vector<std::string> &words, const ProcessEnvironment &variables = {});
 
 } // namespace tidewick

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Of all hierarchies that processes are kept in by name; nothing where none can be made.
+/// Creates a control group in each hierarchy; empty if none can be created.
 std::vector<fs::path> makeControlGroups()
 {
     static int number = 0;
@@ -34,7 +34,7 @@ std::vector<fs::path> makeControlGroups()
     return groups;
 }
 
-/// False while a process is left in it.
+/// Returns false while processes are left in the group.
 bool removeControlGroup(const fs::path &group)
 {
     std::error_code error;
@@ -45,7 +45,7 @@ bool removeControlGroup(const fs::path &group)
     return fs::remove(group, error);
 }
 
-/// What comes first is the manager's own shell; it becomes the manager.
+/// Runs in the manager's shell first, which then becomes the manager itself.
 constexpr const char *becomeManager = R"(
     mount -t tmpfs none /run
     mkdir -p /run/systemd/system

@@ -13,11 +13,11 @@
 
 namespace tidewick {
 
-/// A service manager as a user's session has one, with its units in the home of the test and a
-/// session bus. It is told to end with its object, and ends what it has started first.
+/// A systemd user manager as in a user's session, with its units in the test's home and a session
+/// bus. On destruction it is asked to exit, and first stops everything it has started.
 ///
-/// It takes a control group of its own, and the appearance of a machine that systemd has started;
-/// both take root.
+/// It needs its own control group and an environment that looks like a machine booted with systemd;
+/// both require root.
 class UserManager
 {
 public:
@@ -26,18 +26,18 @@ public:
     UserManager &operator=(const UserManager &) = delete;
     ~UserManager();
 
-    /// Waits until it is up, or cannot be had on this machine.
+    /// Waits until the manager is up, or until it turns out that it cannot run on this machine.
     bool comesUp();
     bool isRefused() const { return !m_manager || m_manager->ending(); }
 
-    /// Whether systemctl has done as it was told.
+    /// Runs systemctl and returns whether it succeeded.
     bool control(std::vector<std::string> arguments) const;
     QByteArray property(const std::string &unit, const std::string &name) const;
 
-    /// Where the session bus listens.
+    /// The address at which the session bus listens.
     QString busAddress() const;
 
-    /// Where it looks for the user's own units.
+    /// The folder in which the manager looks for the user's own units.
     static std::filesystem::path units();
 
 private:

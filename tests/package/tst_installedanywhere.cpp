@@ -19,7 +19,7 @@ using namespace tidewick;
 
 namespace fs = std::filesystem;
 
-/// What is installed to folders with all kinds of names, as the programs that read it do.
+/// Tests the installed files in folders with all kinds of names, using the programs that read them.
 class TestInstalledAnywhere : public QObject
 {
     Q_OBJECT
@@ -40,7 +40,7 @@ private slots:
     void busStarts();
     void bashCompletes_data() { addFolders(); }
     void bashCompletes();
-    // It takes some names for patterns in the list of its own folders.
+    // It treats some names as patterns in its own list of folders.
     void zshCompletes_data() { addFolders("#~[]*?"); }
     void zshCompletes();
     void fishCompletes_data() { addFolders(); }
@@ -96,14 +96,15 @@ void TestInstalledAnywhere::cleanup()
     fs::remove(note());
 }
 
-/// Puts a program in the place of the installed one that takes a note of its own name.
+/// Replaces the installed program with one that records its own name.
 void TestInstalledAnywhere::watchStarts() const
 {
     fs::remove(m_installation->program());
     writeFile(m_installation->program(), "#!/bin/sh\n"
                                          "printf %s \"$0\" >\"$TMPDIR/started.new\"\n"
                                          "mv \"$TMPDIR/started.new\" \"$TMPDIR/started\"\n"
-                                         // Or the bus would wait for its child's child.
+                                         // Otherwise the bus would wait for a descendant of its
+                                         // child.
                                          "exit 1\n");
     fs::permissions(m_installation->program(), fs::perms::owner_all);
 }
@@ -141,7 +142,7 @@ void TestInstalledAnywhere::desktopLaunches()
 {
     watchStarts();
     for (const char *entry : entries) {
-        // Or the bus would be asked to start it.
+        // Otherwise the bus would be asked to start the program.
         const ProcessEnvironment withoutBus{{"DBUS_SESSION_BUS_ADDRESS", "disabled:"}};
         QVERIFY(isContent({"gio", "launch", installed(entry)}, withoutBus));
         QCOMPARE(started(), QByteArray::fromStdString(m_installation->program().string()));
@@ -157,7 +158,7 @@ void TestInstalledAnywhere::busStarts()
     const fs::path service = fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / file;
     fs::copy_file(installed("share") / file, service, fs::copy_options::overwrite_existing);
     bus.connection().interface()->call(QStringLiteral("ReloadConfig"));
-    // It ends without having become the service.
+    // The program exits without having become the service.
     QVERIFY(!bus.connection()
                  .interface()
                  ->startService(QStringLiteral("org.tidewick.Tidewick"))

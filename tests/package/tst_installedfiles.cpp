@@ -12,8 +12,8 @@ using namespace tidewick;
 
 namespace fs = std::filesystem;
 
-/// The files that are installed beside the bundle: that those who read them understand them, and
-/// that they tell what the program does.
+/// Tests the files installed next to the bundle: the programs that read them accept them, and they
+/// describe what the program does.
 class TestInstalledFiles : public QObject
 {
     Q_OBJECT
@@ -23,8 +23,8 @@ private slots:
     void manualPage();
     void serviceIsNamedAsTheEntry();
 
-    void manualPageTellsEachOption();
-    void manualPageTellsEachVariable();
+    void manualPageCoversEachOption();
+    void manualPageCoversEachVariable();
     void bashCompletes_data();
     void bashCompletes();
     void fishCompletes_data();
@@ -47,7 +47,7 @@ QSet<QByteArray> allOptions()
     return names;
 }
 
-/// What the pattern's first group stands for, at each place where it matches.
+/// The first group of the pattern at each match.
 QSet<QByteArray> allIn(const fs::path &file, const char *pattern)
 {
     QSet<QByteArray> found;
@@ -82,13 +82,13 @@ void TestInstalledFiles::metainfo()
 void TestInstalledFiles::manualPage()
 {
     const Outcome outcome = runTool({"mandoc", "-Tlint", packaging / "quaymere.1"});
-    // What it says else is of the other manual pages on this machine.
+    // Any other output concerns other manual pages on this machine.
     for (const QByteArray &line : (outcome.output + outcome.error).split('\n'))
         QVERIFY2(!line.contains("quaymere.1:"), line);
     QVERIFY(!outcome.signaled && outcome.status < 2);
 }
 
-/// Or the bus would not find the program that the entry stands for, nor its unit.
+/// Otherwise the bus would find neither the program that the entry stands for nor its unit.
 void TestInstalledFiles::serviceIsNamedAsTheEntry()
 {
     QVERIFY(
@@ -98,7 +98,7 @@ void TestInstalledFiles::serviceIsNamedAsTheEntry()
     QVERIFY(service.contains("SystemdService=app-org.tidewick.Tidewick.service\n"));
 }
 
-void TestInstalledFiles::manualPageTellsEachOption()
+void TestInstalledFiles::manualPageCoversEachOption()
 {
     const fs::path page = packaging / "quaymere.1";
     for (const char *macro : {"\\.It", "\\.Nm\n\\."}) {
@@ -110,7 +110,7 @@ void TestInstalledFiles::manualPageTellsEachOption()
     }
 }
 
-void TestInstalledFiles::manualPageTellsEachVariable()
+void TestInstalledFiles::manualPageCoversEachVariable()
 {
     QSet<QByteArray> read;
     for (const auto &entry :
@@ -136,7 +136,7 @@ void TestInstalledFiles::addCompletions()
     QTest::newRow("one mode at a time") << QByteArray("quaymere --smoke --") << QSet<QByteArray>{};
     QTest::newRow("themes") << QByteArray("quaymere --snapshot-about a.png ")
                             << QSet<QByteArray>{"light", "dark"};
-    QTest::newRow("nothing behind")
+    QTest::newRow("nothing after the theme")
         << QByteArray("quaymere --snapshot-about a.png light ") << QSet<QByteArray>{};
     QTest::newRow("folders") << QByteArray("quaymere --render-config packagi")
                              << QSet<QByteArray>{"packaging"};
@@ -154,7 +154,7 @@ void TestInstalledFiles::bashCompletes()
 {
     QFETCH(QByteArray, line);
     QFETCH(QSet<QByteArray>, offered);
-    // compopt speaks to a completion under way, which there is none of here.
+    // compopt works only during a completion, and there is none here.
     const char *script = R"(
         compopt() { :; }
         cd -- "$3"
@@ -187,8 +187,8 @@ void TestInstalledFiles::fishCompletes()
     const QByteArray begun = line.split(' ').constLast();
     QByteArray words;
     for (const QByteArray &proposal : outcome.output.split('\n')) {
-        QByteArray word = proposal.split('\t').constFirst(); // behind it what it means
-        // Fish 4 lists those as well that have the letters elsewhere, but completes none of them.
+        QByteArray word = proposal.split('\t').constFirst(); // the description follows
+        // Fish 4 also lists words that contain the letters elsewhere, but completes none of them.
         if (!word.startsWith(begun))
             continue;
         if (word.endsWith('/'))

@@ -11,7 +11,7 @@ using namespace tidewick;
 
 namespace fs = std::filesystem;
 
-/// The Debian package as cpack makes it of this build, and what it is like to have it.
+/// Tests the Debian package that cpack makes of this build, and its installation and removal.
 class TestPackage : public QObject
 {
     Q_OBJECT
@@ -19,12 +19,12 @@ class TestPackage : public QObject
 private slots:
     void initTestCase();
 
-    void saysWhatItIs();
+    void fieldsDescribeThePackage();
     void lintianFindsNothing();
-    void sameBytesWhereverItIsMade();
-    void holdsNoTraceOfTheBuild();
-    void holdsNoSimulatedNode();
-    void livesAndGoes();
+    void buildIsReproducible();
+    void containsNoTraceOfTheBuild();
+    void containsNoSimulatedNode();
+    void installsUpgradesAndRemoves();
 
 private:
     static fs::path make(const fs::path &folder, const char *umask,
@@ -40,7 +40,7 @@ namespace {
 
 const fs::path bundle = "usr/lib/tidewick/Tidewick.app/Contents";
 
-/// Every file and link below a folder, with what is in it or where it leads.
+/// All files and links below a folder, with the file's content or the link's target.
 QMap<QByteArray, QByteArray> filesBelow(const fs::path &folder)
 {
     QMap<QByteArray, QByteArray> files;
@@ -55,7 +55,7 @@ QMap<QByteArray, QByteArray> filesBelow(const fs::path &folder)
     return files;
 }
 
-/// A system's root with nothing in it but a home, and programs that lie in it.
+/// An empty root file system, except for a home, for running the programs installed into it.
 class FreshRoot
 {
 public:
@@ -70,7 +70,7 @@ public:
     const fs::path &path() const { return m_folder.path(); }
     fs::path home() const { return path() / "home/user"; }
 
-    /// Without the packages that it depends on, which this program has from the system around it.
+    /// Ignores missing dependencies, which this program finds on the system outside the root.
     bool dpkg(const std::string &action, const std::string &what) const
     {
         const Outcome outcome =
@@ -102,12 +102,12 @@ fs::path TestPackage::make(const fs::path &folder, const char *umask,
                  TIDEWICK_CPACK, configuration, folder},
                 variables);
     if (outcome.status != 0)
-        qFatal("No package: %s%s", outcome.output.constData(), outcome.error.constData());
+        qFatal("cpack failed: %s%s", outcome.output.constData(), outcome.error.constData());
     for (const auto &entry : fs::directory_iterator(folder)) {
         if (entry.path().extension() == ".deb")
             return entry.path();
     }
-    qFatal("No package in the folder for it");
+    qFatal("There is no package in its folder");
 }
 
 QByteArray TestPackage::field(const char *name) const
@@ -122,7 +122,7 @@ void TestPackage::initTestCase()
     QVERIFY(isContent({"dpkg-deb", "--extract", m_package, m_unpacked}));
 }
 
-void TestPackage::saysWhatItIs()
+void TestPackage::fieldsDescribeThePackage()
 {
     QCOMPARE(field("Package"), QByteArray("tidewick"));
     QCOMPARE(field("Version"), QByteArray(TIDEWICK_VERSION));
@@ -144,14 +144,14 @@ void TestPackage::lintianFindsNothing()
     QCOMPARE(outcome.output, QByteArray());
 }
 
-void TestPackage::sameBytesWhereverItIsMade()
+void TestPackage::buildIsReproducible()
 {
     const fs::path other = make(m_folder.path() / "a folder/of another length", "077",
                                 {{"TZ", "Pacific/Auckland"}, {"LC_ALL", "C"}, {"HOME", "/"}});
     QCOMPARE(other.filename(), m_package.filename());
     QVERIFY(contentOf(other) == contentOf(m_package));
 
-    // What came into it with the time of day would not show within a second.
+    // The comparison would miss the time of day if both were built within the same second.
     const Outcome listing = runTool({"dpkg-deb", "--contents", m_package}, {{"TZ", "UTC"}});
     QSet<QByteArray> times;
     for (const QByteArray &line : listing.output.trimmed().split('\n'))
@@ -159,13 +159,13 @@ void TestPackage::sameBytesWhereverItIsMade()
     QCOMPARE(times.size(), 1);
 }
 
-void TestPackage::holdsNoTraceOfTheBuild()
+void TestPackage::containsNoTraceOfTheBuild()
 {
     static const QRegularExpression date(QStringLiteral(
         "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 123][0-9] 20[0-9][0-9]"));
     const auto files = filesBelow(m_unpacked);
     QVERIFY(files.size() > 20);
-    // With what may stand before and behind it, since "/tidewick" alone would be found anywhere.
+    // Includes the neighboring characters, since "/tidewick" alone would match anywhere.
     static const QRegularExpression sources(
         QStringLiteral("(?<![\\w/])") + QRegularExpression::escape(QStringLiteral(TIDEWICK_SOURCE))
         + QStringLiteral("/"));
@@ -178,7 +178,7 @@ void TestPackage::holdsNoTraceOfTheBuild()
     QVERIFY(!QString::fromLatin1(program).contains(date));
 }
 
-void TestPackage::holdsNoSimulatedNode()
+void TestPackage::containsNoSimulatedNode()
 {
     const QByteArray simulated = contentOf(TIDEWICK_SIMNODE_PATH);
     QList<QByteArray> programs;
@@ -197,12 +197,13 @@ void TestPackage::holdsNoSimulatedNode()
     QVERIFY(info.contains("\nxrpld_kind=linked\nxrpld_path=" TIDEWICK_PACKAGED_NODE "\n"));
 }
 
-/// Installed, used without and with a node, upgraded, used, removed.
-void TestPackage::livesAndGoes()
+/// Installs the package, uses it without and with a node, upgrades it, uses it again, and removes
+/// it.
+void TestPackage::installsUpgradesAndRemoves()
 {
     const fs::path node = TIDEWICK_PACKAGED_NODE;
     if (*std::next(node.begin()) != "usr")
-        QSKIP("This build's package looks for its node outside of the root it is installed into");
+        QSKIP("This build's package looks for its node outside the root that it is installed into");
     const FreshRoot root;
     QVERIFY(root.dpkg("--install", m_package));
     const auto installed = filesBelow(root.path() / "usr");
@@ -223,7 +224,7 @@ void TestPackage::livesAndGoes()
     outcome = root.quaymere("--smoke");
     QVERIFY2(outcome.status == 0, outcome.output + outcome.error);
 
-    // What a user has by then.
+    // The user's files at this point.
     fs::create_directories(root.home() / ".config/Tidewick");
     writeFile(root.home() / ".config/Tidewick/settings.ini", "[General]\nmaxHours=7\n");
     fs::create_directories(root.home() / ".local/share/Tidewick/db");

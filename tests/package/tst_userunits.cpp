@@ -16,9 +16,9 @@ using namespace tidewick;
 
 namespace fs = std::filesystem;
 
-/// Tidewick under a user's real service manager, in the three ways in which one starts it,
-/// installed to a folder whose name takes all kinds of quoting. Whichever it was, its node is told
-/// to end by Tidewick alone, and has the time to close its store.
+/// Tests Tidewick under a real systemd user manager, started in each of the three ways the manager
+/// supports, and installed to a folder whose name requires all kinds of quoting. In each case only
+/// Tidewick tells the node to stop, and the node has time to close its store.
 class TestUserUnits : public QObject
 {
     Q_OBJECT
@@ -29,10 +29,10 @@ private slots:
     void cleanup();
 
     void serviceIsEnabledAndStopped();
-    void serviceStartsAgainAfterAFailure();
-    void serviceStaysDownWhereAnotherRuns();
-    void autostartedHasItsTime();
-    void startedByTheBusOutlivesIt();
+    void serviceRestartsAfterAFailure();
+    void serviceFailsIfAnotherRuns();
+    void autostartedHasTimeToStop();
+    void outlivesTheBusThatStartedIt();
     void endsWithTheManager();
 
 private:
@@ -40,7 +40,7 @@ private:
     bool isStopped(const char *unit) const;
 
     const Installation m_installation{"a b'c%d \"$e\" ${f} #g;h ü"};
-    /// Without what systemd does not read in desktop entries.
+    /// Without the characters that systemd cannot read in desktop entries.
     const Installation m_autostarted{"a b'c%d #e;f ü"};
     std::optional<UserManager> m_manager;
 };
@@ -58,13 +58,14 @@ fs::path scenario()
     return fs::path(qgetenv("TMPDIR").toStdString()) / "scenario";
 }
 
-/// By the second question Tidewick has the answer to the first: before that it sends a signal.
+/// With the second request, Tidewick has the answer to the first; before that it would stop the
+/// node with a signal.
 bool nodeHasAnswered()
 {
     return waitUntil([] { return LaunchedApplication::noted("server_info") >= 2; });
 }
 
-/// Told by a command, not by a signal.
+/// Stopped by a command, not by a signal.
 bool nodeHasClosed()
 {
     return LaunchedApplication::noted("Done.") == 1
@@ -78,8 +79,8 @@ void install(const fs::path &from, const fs::path &to)
     fs::copy_file(from, to);
 }
 
-/// A session bus that has the manager start what is asked for. The package that has these units
-/// would change what a machine boots with.
+/// Installs a session bus that lets the manager start services. Installing the package with these
+/// units would change what a machine boots with.
 void installBus()
 {
     writeFile(UserManager::units() / "dbus.socket", "[Socket]\nListenStream=%t/bus\n");
@@ -112,13 +113,13 @@ void TestUserUnits::initTestCase()
 
 void TestUserUnits::init()
 {
-    // In a file, so that a test can ask for another course of its node later.
+    // In a file, so that a test can change the scenario of its node later.
     writeFile(scenario(), usualCourse);
     qputenv("TIDEWICK_SIMNODE", '@' + QByteArray::fromStdString(scenario().string()));
     m_manager.emplace();
     QVERIFY(m_manager->comesUp());
     if (m_manager->isRefused())
-        QSKIP("No service manager can be had here: it takes root and a control group");
+        QSKIP("No service manager can run here: it requires root and a control group");
 }
 
 void TestUserUnits::cleanup()
@@ -148,7 +149,7 @@ void TestUserUnits::serviceIsEnabledAndStopped()
     QVERIFY(nodeHasClosed());
 }
 
-void TestUserUnits::serviceStartsAgainAfterAFailure()
+void TestUserUnits::serviceRestartsAfterAFailure()
 {
     QVERIFY(startsNode(service));
     ::kill(m_manager->property(service, "MainPID").toInt(), SIGKILL);
@@ -158,18 +159,18 @@ void TestUserUnits::serviceStartsAgainAfterAFailure()
     QVERIFY(m_manager->control({"stop", service}));
 }
 
-void TestUserUnits::serviceStaysDownWhereAnotherRuns()
+void TestUserUnits::serviceFailsIfAnotherRuns()
 {
     QVERIFY(startsNode(activated));
     QVERIFY(m_manager->control({"start", service}));
-    // One that is to be started again does not come to that.
+    // A service that is due for a restart would not enter this state.
     QVERIFY(waitUntil([&] { return m_manager->property(service, "ActiveState") == "failed"; }));
     QCOMPARE(m_manager->property(activated, "ActiveState"), QByteArray("active"));
     QCOMPARE(LaunchedApplication::noted("Application starting"), 1);
 }
 
-/// Without our word to it, the manager kills what it has started so after 5 s.
-void TestUserUnits::autostartedHasItsTime()
+/// Without the unit's drop-in, the manager kills autostarted programs after 5 s.
+void TestUserUnits::autostartedHasTimeToStop()
 {
     writeFile(scenario(), QByteArray(usualCourse) + " stop-delay=7");
     QVERIFY(startsNode(autostarted));
@@ -178,7 +179,7 @@ void TestUserUnits::autostartedHasItsTime()
     QVERIFY(nodeHasClosed());
 }
 
-void TestUserUnits::startedByTheBusOutlivesIt()
+void TestUserUnits::outlivesTheBusThatStartedIt()
 {
     QVERIFY(m_manager->control({"start", "dbus.socket"}));
     {
