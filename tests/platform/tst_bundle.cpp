@@ -15,9 +15,9 @@ class TestBundleLookup : public QObject
 private slots:
     void ofExecutable_data();
     void ofExecutable();
-    void mainIsWhereThisProgramLies();
+    void mainContainsThisProgram();
     void findsResources();
-    void tellsItsVersion();
+    void readsItsVersion();
 };
 
 void TestBundleLookup::ofExecutable_data()
@@ -42,7 +42,7 @@ void TestBundleLookup::ofExecutable()
     QCOMPARE(Bundle::ofExecutable(executable.toStdString()).path(), fs::path(bundle.toStdString()));
 }
 
-void TestBundleLookup::mainIsWhereThisProgramLies()
+void TestBundleLookup::mainContainsThisProgram()
 {
     QCOMPARE(Bundle::main().path(), fs::path(QCoreApplication::applicationDirPath().toStdString()));
 }
@@ -62,7 +62,7 @@ void TestBundleLookup::findsResources()
     QCOMPARE(bundle.nodeExecutable(), bundle.path() / "Contents/MacOS/xrpld");
 }
 
-void TestBundleLookup::tellsItsVersion()
+void TestBundleLookup::readsItsVersion()
 {
     TemporaryFolder folder;
     const Bundle bundle(folder.path());

@@ -100,7 +100,7 @@ void TestByteCount::text_data()
     row(-12'345'678'987, "-12.35 GB");
     row(std::numeric_limits<qint64>::min(), "-9.22 EB");
 
-    // Ties: away from zero.
+    // Ties round away from zero.
     row(2'500, "3 KB");
     row(1'150'000, "1.2 MB");
     row(1'250'000, "1.3 MB");

@@ -29,7 +29,7 @@ ChildSpec specOf(std::vector<std::string> arguments)
     return spec;
 }
 
-/// Whether the number is in use, if only by what is left of a process that has ended.
+/// Whether the process id is in use, even if only by a zombie.
 bool exists(pid_t process)
 {
     return ::kill(process, 0) == 0;
@@ -42,11 +42,11 @@ class TestChildProcess : public QObject
     Q_OBJECT
 
 private slots:
-    void tellsHowItEnded_data();
-    void tellsHowItEnded();
+    void reportsItsEnding_data();
+    void reportsItsEnding();
     void waitsWithoutAnEventLoop();
-    void startsClean();
-    void givesWhatWasAsked();
+    void childStartsWithCleanState();
+    void passesWhatWasRequested();
     void streamsMaySwapPlaces();
     void failures_data();
     void failures();
@@ -77,7 +77,7 @@ QByteArrayList TestChildProcess::reportOf(ChildSpec spec)
     return contentOf(output).split('\n');
 }
 
-void TestChildProcess::tellsHowItEnded_data()
+void TestChildProcess::reportsItsEnding_data()
 {
     QTest::addColumn<QByteArrayList>("arguments");
     QTest::addColumn<int>("status");
@@ -92,7 +92,7 @@ void TestChildProcess::tellsHowItEnded_data()
     }
 }
 
-void TestChildProcess::tellsHowItEnded()
+void TestChildProcess::reportsItsEnding()
 {
     QFETCH(QByteArrayList, arguments);
     QFETCH(int, status);
@@ -114,9 +114,10 @@ void TestChildProcess::waitsWithoutAnEventLoop()
     QVERIFY(!ending.signaled);
 }
 
-void TestChildProcess::startsClean()
+void TestChildProcess::childStartsWithCleanState()
 {
-    // All that a child could inherit: a descriptor left open, a mask, an ignored signal, a handler.
+    // Everything that a child could inherit: an open descriptor, a mask, an ignored signal, a
+    // handler.
     const UniqueDescriptor leaked(::open("/dev/null", O_RDONLY));
     QVERIFY(leaked);
     sigset_t mask;
@@ -146,7 +147,7 @@ void TestChildProcess::startsClean()
     QVERIFY(report.contains("on standard error"));
 }
 
-void TestChildProcess::givesWhatWasAsked()
+void TestChildProcess::passesWhatWasRequested()
 {
     ChildSpec spec = specOf({"report", "", "two words", "--conf", "\xFF"});
     spec.environment = {{"NAME", "a=b"}, {"", "empty name"}, {"EMPTY", ""}};
@@ -168,7 +169,7 @@ void TestChildProcess::givesWhatWasAsked()
     QCOMPARE(environment, (QByteArrayList{"=empty name", "EMPTY=", "NAME=a=b"}));
 }
 
-/// Output as the child's error stream and the other way round: no stream overwrites another.
+/// Uses the output as the child's error stream and vice versa: neither stream overwrites the other.
 void TestChildProcess::streamsMaySwapPlaces()
 {
     const fs::path first = m_folder.path() / "first";
@@ -234,13 +235,14 @@ void TestChildProcess::failures()
         seen = QString::fromUtf8(error.what());
     }
     QCOMPARE(seen, message);
-    QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // nothing left behind
+    QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1); // no child is left over
 }
 
 void TestChildProcess::failsWithoutDescriptors()
 {
     NoDescriptorsLeft exhausted;
-    // From none free up to enough: each time it either starts or says why, and leaves nothing.
+    // From zero free descriptors up to enough: each attempt either succeeds or reports the reason,
+    // and leaves nothing over.
     int failures = 0;
     while (true) {
         try {

@@ -16,23 +16,23 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// What happens to children when the program that started them dies.
+/// Tests what happens to children when the program that started them dies.
 class TestDeathWatch : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void tellsOnceWhenTheProgramIsKilled_data();
-    void tellsOnceWhenTheProgramIsKilled();
-    void tellsOnceWhenItGoes();
-    void killsInTheEnd_data();
-    void killsInTheEnd();
-    void tellsALaterProgram();
+    void signalsOnceWhenTheProgramIsKilled_data();
+    void signalsOnceWhenTheProgramIsKilled();
+    void signalsOnceWhenDestroyed();
+    void killsAfterTheTimeout_data();
+    void killsAfterTheTimeout();
+    void laterProgramSeesTheLock();
     void leavesOthersAlone();
     void holdsNoStreams();
 
 private:
-    /// Starts a child that counts what it is told, in the given file.
+    /// A child that counts the SIGTERMs it receives and writes the number to the given file.
     ChildSpec counting(const std::filesystem::path &output);
 
     TemporaryFolder m_folder;
@@ -50,15 +50,15 @@ ChildSpec TestDeathWatch::counting(const std::filesystem::path &output)
     return spec;
 }
 
-void TestDeathWatch::tellsOnceWhenTheProgramIsKilled_data()
+void TestDeathWatch::signalsOnceWhenTheProgramIsKilled_data()
 {
     QTest::addColumn<int>("signalNumber");
     QTest::newRow("killed") << SIGKILL;
     QTest::newRow("crashed") << SIGSEGV;
-    QTest::newRow("told to end") << SIGTERM;
+    QTest::newRow("terminated") << SIGTERM;
 }
 
-void TestDeathWatch::tellsOnceWhenTheProgramIsKilled()
+void TestDeathWatch::signalsOnceWhenTheProgramIsKilled()
 {
     QFETCH(int, signalNumber);
     const std::filesystem::path output = m_folder.path() / "output";
@@ -74,7 +74,7 @@ void TestDeathWatch::tellsOnceWhenTheProgramIsKilled()
     }
 }
 
-void TestDeathWatch::tellsOnceWhenItGoes()
+void TestDeathWatch::signalsOnceWhenDestroyed()
 {
     const std::filesystem::path output = m_folder.path() / "output";
     std::optional<DeathWatch> watch(std::in_place);
@@ -88,14 +88,14 @@ void TestDeathWatch::tellsOnceWhenItGoes()
     QCOMPARE(contentOf(output), "ready\ntold 1\n");
 }
 
-void TestDeathWatch::killsInTheEnd_data()
+void TestDeathWatch::killsAfterTheTimeout_data()
 {
     QTest::addColumn<bool>("isTold");
-    QTest::newRow("told by the watch") << false;
-    QTest::newRow("told by the program") << true;
+    QTest::newRow("signalled by the watchdog") << false;
+    QTest::newRow("signalled by the program") << true;
 }
 
-void TestDeathWatch::killsInTheEnd()
+void TestDeathWatch::killsAfterTheTimeout()
 {
     QFETCH(bool, isTold);
     const std::filesystem::path output = m_folder.path() / "output";
@@ -117,7 +117,7 @@ void TestDeathWatch::killsInTheEnd()
     QVERIFY(ended[0][1].toBool());
 }
 
-void TestDeathWatch::tellsALaterProgram()
+void TestDeathWatch::laterProgramSeesTheLock()
 {
     const std::filesystem::path lock = m_folder.path() / "lock";
     const std::filesystem::path output = m_folder.path() / "output";
@@ -141,7 +141,7 @@ void TestDeathWatch::leavesOthersAlone()
 {
     const std::filesystem::path output = m_folder.path() / "output";
     std::optional<DeathWatch> watch(std::in_place);
-    const auto child = ChildProcess::start(counting(output)); // not guarded by it
+    const auto child = ChildProcess::start(counting(output)); // not guarded by the watchdog process
     QTRY_VERIFY(contentOf(output) == "ready\n");
     watch.reset();
     QCOMPARE(contentOf(output), "ready\n");
@@ -151,7 +151,7 @@ void TestDeathWatch::leavesOthersAlone()
     QCOMPARE(contentOf(output), "ready\ntold 1\n");
 }
 
-/// Who reads a pipe to its end must not have to wait for the watch.
+/// Programs that read a pipe to its end must not have to wait for the watchdog process.
 void TestDeathWatch::holdsNoStreams()
 {
     std::array<int, 2> ends{};

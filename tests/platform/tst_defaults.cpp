@@ -22,14 +22,14 @@ private slots:
     void readsWhatIsStored();
     void absentIsNotZero();
     void writesAreSeenAtOnceAndOnDisk();
-    void seesWhatOthersWrite();
+    void seesExternalWrites();
     void realsKeepTheirValue();
-    void anyTextIsAKey_data();
-    void anyTextIsAKey();
-    void suitesAreApart();
+    void anyTextMayBeAKey_data();
+    void anyTextMayBeAKey();
+    void suitesAreSeparate();
     void suitesThatCannotBeOpened();
     void readingWritesNothing();
-    void failedWritesAreTold();
+    void failedWritesAreReported();
 
 private:
     std::optional<TemporaryFolder> m_folder;
@@ -108,12 +108,12 @@ void TestDefaults::writesAreSeenAtOnceAndOnDisk()
     first.setInteger(QStringLiteral("roundGrowthMiB"), 4096);
     QCOMPARE(second.integer(QStringLiteral("roundGrowthMiB")), 4096);
     QVERIFY(contentOf(m_file).contains("roundGrowthMiB=4096"));
-    // Before it is saved, a real must not be rounded either.
+    // A real number must not be rounded before it is saved, either.
     first.setReal(QStringLiteral("x"), 12.9);
     QCOMPARE(first.integer(QStringLiteral("x")), 12);
 }
 
-void TestDefaults::seesWhatOthersWrite()
+void TestDefaults::seesExternalWrites()
 {
     writeFile(m_file, "[General]\nkey=1\n");
     Defaults defaults(m_file);
@@ -121,7 +121,7 @@ void TestDefaults::seesWhatOthersWrite()
     writeFile(m_file, "[General]\nkey=23\nother=4\n");
     defaults.refresh();
     QCOMPARE(defaults.integer(QStringLiteral("key")), 23);
-    // What others wrote outlives a write of ours.
+    // Values written by others survive a write of ours.
     defaults.setInteger(QStringLiteral("key"), 5);
     QVERIFY(contentOf(m_file).contains("other=4"));
 }
@@ -135,11 +135,11 @@ void TestDefaults::realsKeepTheirValue()
     }
 }
 
-void TestDefaults::anyTextIsAKey_data()
+void TestDefaults::anyTextMayBeAKey_data()
 {
     QTest::addColumn<QString>("key");
     QTest::newRow("plain") << QStringLiteral("lastBuildSeconds.major");
-    QTest::newRow("nothing after the point") << QStringLiteral("lastBuildSeconds.");
+    QTest::newRow("nothing after the dot") << QStringLiteral("lastBuildSeconds.");
     QTest::newRow("slashes") << QStringLiteral("lastBuildSeconds./a//b/");
     QTest::newRow("backslash") << QStringLiteral("a\\b");
     QTest::newRow("percent") << QStringLiteral("a%20b");
@@ -148,13 +148,13 @@ void TestDefaults::anyTextIsAKey_data()
     QTest::newRow("not ASCII") << QStringLiteral("é😀");
 }
 
-void TestDefaults::anyTextIsAKey()
+void TestDefaults::anyTextMayBeAKey()
 {
     QFETCH(QString, key);
     Defaults defaults(m_file);
     defaults.setInteger(key, 7);
     defaults.setInteger(QStringLiteral("other"), 8);
-    // Read by a process that did not write it: the same file under another name.
+    // Read as another process would: the same file under another name.
     const fs::path copy = m_folder->path() / "copy.ini";
     fs::copy_file(m_file, copy);
     const Defaults later(copy);
@@ -162,7 +162,7 @@ void TestDefaults::anyTextIsAKey()
     QCOMPARE(later.integer(QStringLiteral("other")), 8);
 }
 
-void TestDefaults::suitesAreApart()
+void TestDefaults::suitesAreSeparate()
 {
     Defaults standard = Defaults::standard();
     auto suite = Defaults::suite(QStringLiteral("quaymere-describe-storage"));
@@ -193,9 +193,9 @@ void TestDefaults::readingWritesNothing()
     QVERIFY(!fs::exists(m_file));
 }
 
-void TestDefaults::failedWritesAreTold()
+void TestDefaults::failedWritesAreReported()
 {
-    // Where its folder should be there is a file, which stops the mightiest user too.
+    // A file in place of the folder, which prevents even root from writing.
     const fs::path folder = m_folder->path() / "folder";
     writeFile(folder, "");
     Defaults defaults(folder / "settings.ini");

@@ -22,9 +22,9 @@ private slots:
     void writtenInPlace();
     void replaced();
     void removedAndBack();
-    void foldersThatComeLater();
+    void foldersCreatedLater();
     void behindALink();
-    void otherFilesDoNotCount();
+    void otherFilesAreIgnored();
 
 private:
     qint64 value() const { return Defaults(m_file).integer(QStringLiteral("key")); }
@@ -63,7 +63,7 @@ void TestDefaultsWatch::replaced()
         QTRY_VERIFY(!changes.isEmpty());
         QCOMPARE(value(), number);
     }
-    // The one that is there now is watched, too.
+    // The new file is watched, too.
     writeFile(m_file, "[General]\nkey=55555\n");
     QTRY_COMPARE(value(), 55555);
 }
@@ -80,7 +80,7 @@ void TestDefaultsWatch::removedAndBack()
     QTRY_COMPARE(value(), 22);
 }
 
-void TestDefaultsWatch::foldersThatComeLater()
+void TestDefaultsWatch::foldersCreatedLater()
 {
     m_file = m_folder->path() / "a" / "b" / "settings.ini";
     DefaultsWatch watch{Defaults(m_file)};
@@ -110,14 +110,14 @@ void TestDefaultsWatch::behindALink()
     QTRY_COMPARE(value(), 333);
 }
 
-void TestDefaultsWatch::otherFilesDoNotCount()
+void TestDefaultsWatch::otherFilesAreIgnored()
 {
     writeFile(m_file, "[General]\nkey=1\n");
     DefaultsWatch watch{Defaults(m_file)};
     const QSignalSpy changes(&watch, &DefaultsWatch::changed);
     writeFile(m_folder->path() / "settings.ini.tmp", "");
     writeFile(m_folder->path() / "other.ini", "");
-    // What is told after these two is the first that is told.
+    // The first notification is for the change after these two.
     QVERIFY(Defaults(m_file).setInteger(QStringLiteral("key"), 22));
     QTRY_VERIFY(!changes.isEmpty());
     QCOMPARE(changes.size(), 1);

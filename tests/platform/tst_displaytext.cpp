@@ -32,7 +32,8 @@ void TestDisplayText::singleLine_data()
     row("terminal codes", QStringLiteral("\x1b[2Jx\x07\x7f\u009b"), QStringLiteral(" [2Jx   "));
     row("nul", QStringLiteral("a") + QChar(u'\0') + u'b', QStringLiteral("a b"));
     row("markup stays", QStringLiteral("<b>&amp;_</b>"), QStringLiteral("<b>&amp;_</b>"));
-    row("turned around", QStringLiteral("a\u202eb\u2066c\u2069\u202c"), QStringLiteral("abc"));
+    row("bidirectional controls", QStringLiteral("a\u202eb\u2066c\u2069\u202c"),
+        QStringLiteral("abc"));
     row("right to left text stays", QStringLiteral("שלום\u200f"), QStringLiteral("שלום\u200f"));
     row("emoji with joiners stay", QStringLiteral("👩‍🚀"), QStringLiteral("👩‍🚀"));
 }
@@ -58,11 +59,11 @@ void TestDisplayText::elided_data()
     row("just as long", QStringLiteral("abcd"), 4, QStringLiteral("abcd"));
     row("longer", QStringLiteral("abcde"), 4, QStringLiteral("abc…"));
     row("one left", QStringLiteral("abcde"), 1, QStringLiteral("…"));
-    row("pairs count once", QStringLiteral("𝄞𝄞𝄞𝄞"), 4, QStringLiteral("𝄞𝄞𝄞𝄞"));
-    row("pairs are not cut", QStringLiteral("𝄞𝄞𝄞𝄞𝄞"), 4, QStringLiteral("𝄞𝄞𝄞…"));
+    row("surrogate pairs count once", QStringLiteral("𝄞𝄞𝄞𝄞"), 4, QStringLiteral("𝄞𝄞𝄞𝄞"));
+    row("surrogate pairs are not cut", QStringLiteral("𝄞𝄞𝄞𝄞𝄞"), 4, QStringLiteral("𝄞𝄞𝄞…"));
     row("combined characters are not cut", QStringLiteral("👩‍🚀👩‍🚀👩‍🚀"), 2,
         QStringLiteral("👩‍🚀…"));
-    row("marks stacked up", u'a' + QString(1000, u'\u0301') + u'b', 4, QStringLiteral("…"));
+    row("stacked marks", u'a' + QString(1000, u'\u0301') + u'b', 4, QStringLiteral("…"));
 }
 
 void TestDisplayText::elided()

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// As on a full disk, writing fails beyond so many bytes of a file while this lives.
+/// While it exists, writing a file beyond this size fails, as on a full disk.
 class FileSizeLimit
 {
 public:
@@ -44,7 +44,7 @@ class TestFiles : public QObject
 
 private slots:
     void readsWhatWasWritten();
-    void namesFileAndReason();
+    void errorsNameFileAndReason();
     void readTextRefusesWhatIsNotUtf8_data();
     void readTextRefusesWhatIsNotUtf8();
     void readTextKeepsTheByteOrderMark();
@@ -69,7 +69,7 @@ void TestFiles::readsWhatWasWritten()
     QCOMPARE(Files::read(m_path / "empty"), QByteArray());
 }
 
-void TestFiles::namesFileAndReason()
+void TestFiles::errorsNameFileAndReason()
 {
     const fs::path missing = m_path / "missing";
     QCOMPARE(failureOf([&] { Files::read(missing); }),
@@ -119,7 +119,8 @@ void TestFiles::replacesInOneStep()
 
     QCOMPARE(contentOf(path), QByteArray("new content"));
     std::array<char, 16> seen{};
-    QCOMPARE(::read(reader.get(), seen.data(), seen.size()), ssize_t(3)); // still the old file
+    QCOMPARE(::read(reader.get(), seen.data(), seen.size()),
+             ssize_t(3)); // still reads the old file
     struct stat status
     {
     };
@@ -157,7 +158,7 @@ void TestFiles::descriptorsAreClosed()
         UniqueDescriptor first(::open("/dev/null", O_RDONLY));
         number = first.get();
         UniqueDescriptor second = std::move(first);
-        QVERIFY(!first); // NOLINT(bugprone-use-after-move): that is what is tested
+        QVERIFY(!first); // NOLINT(bugprone-use-after-move): this is what the test checks
         QCOMPARE(second.get(), number);
         QVERIFY(::fcntl(number, F_GETFD) >= 0);
     }

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A variable with another value, or unset for nullptr, while this lives.
+/// Changes a variable, or unsets it if the value is nullptr, for as long as the object exists.
 class Variable
 {
 public:
@@ -60,9 +60,9 @@ private slots:
 void TestFolders::fromEnvironment_data()
 {
     QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<QByteArray>("expected"); // after the home folder when relative
+    QTest::addColumn<QByteArray>("expected"); // relative to the home folder
     QTest::newRow("absolute") << QByteArray("/x/y") << QByteArray("/x/y");
-    QTest::newRow("slash at the end") << QByteArray("/x/y//") << QByteArray("/x/y");
+    QTest::newRow("trailing slash") << QByteArray("/x/y//") << QByteArray("/x/y");
     QTest::newRow("relative") << QByteArray("x/y") << QByteArray();
     QTest::newRow("empty") << QByteArray("") << QByteArray();
     QTest::newRow("not UTF-8") << QByteArray("/x\xFF") << QByteArray("/x\xFF");
@@ -123,7 +123,7 @@ void TestFolders::lockFile()
 void TestFolders::fromOperand_data()
 {
     QTest::addColumn<QByteArray>("operand");
-    QTest::addColumn<QByteArray>("expected"); // after the current folder when relative
+    QTest::addColumn<QByteArray>("expected"); // relative to the working directory
     const auto row = [](const char *operand, const char *expected) {
         QTest::addRow("'%s'", operand) << QByteArray(operand) << QByteArray(expected);
     };

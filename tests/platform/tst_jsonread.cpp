@@ -11,7 +11,7 @@ using namespace tidewick;
 
 namespace {
 
-/// The only element of a JSON array given as text.
+/// The single element of a JSON array that contains this text.
 QJsonValue valueOf(const QByteArray &text)
 {
     return QJsonDocument::fromJson('[' + text + ']').array().at(0);
@@ -29,7 +29,7 @@ private slots:
     void casts_data();
     void casts();
     void absentIsNothing();
-    void memberHasExactlyTheName();
+    void memberNamesMatchExactly();
 };
 
 void TestJsonRead::parseObject_data()
@@ -40,18 +40,18 @@ void TestJsonRead::parseObject_data()
         QTest::newRow(name) << text << valid;
     };
     row("empty", "", false);
-    row("blanks", " \n", false);
+    row("whitespace", " \n", false);
     row("number", "3", false);
     row("string", "\"a\"", false);
     row("null", "null", false);
     row("array", "[]", false);
     row("object", "{}", true);
-    row("trailing blanks", "{} \t\r\n", true);
-    row("something behind", "{}x", false);
+    row("trailing whitespace", "{} \t\r\n", true);
+    row("trailing character", "{}x", false);
     row("two objects", "{}{}", false);
     row("byte order mark", "\xEF\xBB\xBF{}", true);
     row("not UTF-8", "{\"a\":\"\xFF\"}", false);
-    row("NUL behind", QByteArray("{}\0", 3), false);
+    row("trailing NUL", QByteArray("{}\0", 3), false);
     row("comment", "{/**/}", false);
     row("unquoted key", "{a:1}", false);
     row("infinite", "{\"a\":1e999}", false);
@@ -126,7 +126,7 @@ void TestJsonRead::absentIsNothing()
     QVERIFY(!JsonRead::boolean(empty[u"a"]));
 }
 
-void TestJsonRead::memberHasExactlyTheName()
+void TestJsonRead::memberNamesMatchExactly()
 {
     const auto object = JsonRead::parseObject(R"({"a\u0000":1,"bc":2,"d":3,"d\u0000":4,"":5})");
     QVERIFY(object);

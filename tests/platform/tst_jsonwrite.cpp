@@ -120,7 +120,7 @@ void TestJsonWrite::strings()
     QFETCH(QString, expected);
     QCOMPARE(rewritten("{\"v\":\"" + string + "\"}"),
              QLatin1String("{\n  \"v\" : \"") + expected + QLatin1String("\"\n}"));
-    // Names are written as strings are.
+    // Member names are written like strings.
     QCOMPARE(rewritten("{\"" + string + "\":1}"),
              QLatin1String("{\n  \"") + expected + QLatin1String("\" : 1\n}"));
 }
@@ -132,7 +132,7 @@ void TestJsonWrite::members()
                                   "  \"foo1\" : 5,\n  \"foo12\" : 1\n}"));
 }
 
-/// What a real node answered is the same value after it was written and read again.
+/// A recorded answer of a real node keeps its value when it is written and read again.
 void TestJsonWrite::recordedAnswer()
 {
     const std::filesystem::path folder(TIDEWICK_TEST_DATA "/wire");
@@ -140,14 +140,14 @@ void TestJsonWrite::recordedAnswer()
     for (const auto &entry : std::filesystem::directory_iterator(folder)) {
         const auto answer = JsonRead::parseObject(contentOf(entry.path()));
         if (!answer)
-            continue; // a recording of many messages, a line each
+            continue; // a recording with one message per line
         ++answers;
         QCOMPARE(JsonRead::parseObject(JsonWrite::pretty(*answer).toUtf8()), answer);
     }
     QVERIFY(answers > 0);
 }
 
-/// As deep as the reader lets through.
+/// As deep as the reader allows.
 void TestJsonWrite::deepNesting()
 {
     constexpr int depth = 1000;

@@ -23,14 +23,14 @@ void TestLines::splits_data()
         QTest::newRow(name) << text << lines;
     };
     const QStringList three{QStringLiteral("a"), QStringLiteral("b c"), QStringLiteral("d")};
-    row("nothing", {}, {});
+    row("empty", {}, {});
     row("empty lines only", QStringLiteral("\n\r\n\n"), {});
     row("no end", QStringLiteral("a"), {QStringLiteral("a")});
     row("line feeds", QStringLiteral("a\nb c\n\nd\n"), three);
     row("carriage returns", QStringLiteral("a\r\nb c\rd\r\n"), three);
     row("tabs and form feeds", QStringLiteral("a\vb c\fd"), three);
-    row("Unicode's", QStringLiteral("a\u0085b c\u2028\u2029d"), three);
-    row("blanks stay", QStringLiteral(" a\t\n"), {QStringLiteral(" a\t")});
+    row("Unicode line ends", QStringLiteral("a\u0085b c\u2028\u2029d"), three);
+    row("whitespace is kept", QStringLiteral(" a\t\n"), {QStringLiteral(" a\t")});
 }
 
 void TestLines::splits()

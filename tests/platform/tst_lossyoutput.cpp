@@ -19,10 +19,10 @@ class TestLossyOutput : public QObject
 private slots:
     void init();
     void writesAtOnce();
-    void finishesWhatItBegan();
-    void refusesWhatFindsNoRoom();
-    void waitsForRoomOnlyWhenItWasMissing();
-    void endsWithItsReader();
+    void finishesAPartialWrite();
+    void dropsTextWithoutRoom();
+    void signalsReadyOnlyAfterItWasFull();
+    void closesWithItsReader();
     void survivesAFullDisk();
     void survivesAClosedStandardOutput();
 
@@ -59,7 +59,7 @@ void TestLossyOutput::writesAtOnce()
     QCOMPARE(read(), QByteArray("onetwo"));
 }
 
-void TestLossyOutput::finishesWhatItBegan()
+void TestLossyOutput::finishesAPartialWrite()
 {
     LossyOutput output(m_writer.get());
     const QByteArray text = QByteArray(100'000, 'x') + '\n';
@@ -73,7 +73,7 @@ void TestLossyOutput::finishesWhatItBegan()
     QCOMPARE(all + read(), text + "next");
 }
 
-void TestLossyOutput::refusesWhatFindsNoRoom()
+void TestLossyOutput::dropsTextWithoutRoom()
 {
     LossyOutput output(m_writer.get());
     const QByteArray full(::fcntl(m_writer.get(), F_GETPIPE_SZ), 'x');
@@ -85,7 +85,7 @@ void TestLossyOutput::refusesWhatFindsNoRoom()
     QCOMPARE(read(), QByteArray("next"));
 }
 
-void TestLossyOutput::waitsForRoomOnlyWhenItWasMissing()
+void TestLossyOutput::signalsReadyOnlyAfterItWasFull()
 {
     LossyOutput output(m_writer.get());
     QSignalSpy ready(&output, &LossyOutput::ready);
@@ -94,7 +94,7 @@ void TestLossyOutput::waitsForRoomOnlyWhenItWasMissing()
     QCOMPARE(ready.count(), 0);
 }
 
-void TestLossyOutput::endsWithItsReader()
+void TestLossyOutput::closesWithItsReader()
 {
     LossyOutput output(m_writer.get());
     QVERIFY(!output.isClosed());
@@ -112,7 +112,7 @@ void TestLossyOutput::survivesAFullDisk()
     QVERIFY(!output.isClosed());
 }
 
-/// Which the program has filled with something that cannot be written.
+/// The program has replaced the closed stream with a descriptor that cannot be written.
 void TestLossyOutput::survivesAClosedStandardOutput()
 {
     const UniqueDescriptor readable(::open("/dev/null", O_RDONLY | O_CLOEXEC));

@@ -50,7 +50,7 @@ void TestNumberText::fixed_data()
             << value << decimals << QString::fromLatin1(expected);
     };
 
-    // Exact ties go to the even digit.
+    // Exact ties round to the even digit.
     row(0.25, 1, "0.2");
     row(0.75, 1, "0.8");
     row(1.25, 1, "1.2");
@@ -63,7 +63,7 @@ void TestNumberText::fixed_data()
     row(42.5, 0, "42");
     row(99.5, 0, "100");
     row(100.5, 0, "100");
-    // What looks like a tie in decimal is none in binary.
+    // A tie in decimal notation is not a tie in binary.
     row(0.05, 1, "0.1");
     row(0.15, 1, "0.1");
     row(0.35, 1, "0.3");
@@ -89,7 +89,8 @@ void TestNumberText::fixed()
 
 void TestNumberText::fixedIgnoresTheLocale()
 {
-    // Another separator for C's own functions, where such a locale is installed; and for Qt's.
+    // Sets another decimal separator: for C's own functions if such a locale is installed, and for
+    // Qt's.
     const std::string before = std::setlocale(LC_ALL, nullptr);
     for (const char *name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8"})
         std::setlocale(LC_ALL, name);

@@ -20,7 +20,7 @@ class TestProcessMemory : public QObject
 private slots:
     void seesMemoryComeAndGo();
     void absentProcess();
-    void givesBackWhatIsFreed();
+    void returnsFreedMemory();
 };
 
 void TestProcessMemory::seesMemoryComeAndGo()
@@ -35,7 +35,7 @@ void TestProcessMemory::seesMemoryComeAndGo()
     ::munmap(block, size);
     const auto after = ProcessMemory::of(::getpid());
 
-    // The kernel keeps these figures in portions for each processor.
+    // The kernel updates these figures in batches for each processor.
     constexpr qint64 slack = size / 8;
     QVERIFY(during->footprint >= before->footprint + size - slack);
     QVERIFY(after->footprint <= during->footprint - size + slack);
@@ -47,10 +47,10 @@ void TestProcessMemory::absentProcess()
     QVERIFY(!ProcessMemory::of(0x7FFFFFFF));
 }
 
-void TestProcessMemory::givesBackWhatIsFreed()
+void TestProcessMemory::returnsFreedMemory()
 {
     if (PeakMemory::hasSanitizer)
-        QSKIP("A sanitizer brings an allocator of its own");
+        QSKIP("A sanitizer uses its own allocator");
     constexpr qsizetype MiB = qsizetype{1024} * 1024;
     constexpr qsizetype block = MiB / 16;
     constexpr qsizetype held = 24 * MiB;

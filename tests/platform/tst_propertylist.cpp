@@ -50,15 +50,15 @@ void TestPropertyList::readsTexts_data()
     row("no entries", list({}), none);
     row("no dictionary", "<plist><array/></plist>", none);
     row("no property list", "<html><dict>" + version + "</dict></html>", none);
-    row("cut off", list(version).chopped(12), none);
+    row("truncated", list(version).chopped(12), none);
     row("markup within", list("<key>version</key><string>1<b/>2</string>"), none);
     row("declared entity",
         "<!DOCTYPE plist [<!ENTITY e \"1.2\">]><plist><dict>"
         "<key>version</key><string>&e;</string></dict></plist>",
         found);
     row("large", list(version + QByteArray(65536, ' ')), found);
-    row("no XML", "version=1.2", none);
-    row("nothing", {}, none);
+    row("not XML", "version=1.2", none);
+    row("no input", {}, none);
 }
 
 void TestPropertyList::readsTexts()

@@ -13,12 +13,12 @@ class TestSignalListener : public QObject
     Q_OBJECT
 
 private slots:
-    void tellsEachSignalInTheEventLoop();
+    void deliversEachSignalInTheEventLoop();
     void restoresTheDefault();
     void leavesAnIgnoredHangupIgnored();
 };
 
-void TestSignalListener::tellsEachSignalInTheEventLoop()
+void TestSignalListener::deliversEachSignalInTheEventLoop()
 {
     SignalListener listener({SIGTERM, SIGINT, SIGHUP});
     QSignalSpy spy(&listener, &SignalListener::received);

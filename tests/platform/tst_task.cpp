@@ -37,9 +37,9 @@ private slots:
     void sleepingTaskWakesInTime();
     void cancellingEndsASleepingTask();
     void destroyingTheOwnerEndsTheTask();
-    void renewingEndsTheTaskBefore();
+    void renewingEndsThePreviousTask();
     void cancelledBeforeTheSleep();
-    void wakersGoWithTheirScope();
+    void callbacksEndWithTheirScope();
     void machineSleepCounts();
 };
 
@@ -115,7 +115,7 @@ void TestTask::destroyingTheOwnerEndsTheTask()
     QCOMPARE(ticks, (QList<int>{0, -1}));
 }
 
-void TestTask::renewingEndsTheTaskBefore()
+void TestTask::renewingEndsThePreviousTask()
 {
     const auto clock = std::make_shared<FakeClock>();
     QList<int> first;
@@ -139,7 +139,7 @@ void TestTask::cancelledBeforeTheSleep()
     QCOMPARE(clock->alarms(), 0U);
 }
 
-void TestTask::wakersGoWithTheirScope()
+void TestTask::callbacksEndWithTheirScope()
 {
     QList<int> calls;
     TaskOwner owner;

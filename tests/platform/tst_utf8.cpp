@@ -60,7 +60,7 @@ void TestUtf8::decode_data()
     decodeLossy_data();
 }
 
-/// Strictly, a text is all there or not at all.
+/// In strict mode, a text is decoded entirely or not at all.
 void TestUtf8::decode()
 {
     QFETCH(QByteArray, bytes);
