@@ -14,11 +14,11 @@ T ElfFile::at(std::size_t offset) const
 {
     T value{};
     if (m_content.copy(reinterpret_cast<char *>(&value), sizeof value, offset) != sizeof value)
-        qFatal("The program ends early");
+        qFatal("The program file is truncated");
     return value;
 }
 
-/// So many bytes of equal entries.
+/// The entries of a table of this size in bytes.
 template <typename T>
 std::vector<T> ElfFile::table(std::size_t offset, std::size_t size) const
 {
@@ -34,7 +34,7 @@ ElfFile::ElfFile(const std::filesystem::path &path) : m_content(contentOf(path).
 {
     constexpr int nativeClass = sizeof(void *) == 8 ? ELFCLASS64 : ELFCLASS32;
     if (!m_content.starts_with(ELFMAG) || m_content.at(EI_CLASS) != nativeClass)
-        qFatal("%s is no program of this machine's kind", path.c_str());
+        qFatal("%s is not a program for this machine", path.c_str());
     const auto header = at<ElfW(Ehdr)>(0);
     m_type = header.e_type;
     m_entry = header.e_entry;
@@ -93,7 +93,8 @@ quint32 ElfFile::property(quint32 type) const
     if (!note)
         return 0;
     const auto header = at<ElfW(Nhdr)>(note->p_offset);
-    // The name is "GNU" with its end. Each property begins at a multiple of an address's size.
+    // The name is "GNU" with its terminating NUL. Each property is aligned to the size of an
+    // address.
     std::size_t offset = note->p_offset + sizeof header + header.n_namesz;
     const std::size_t end = offset + header.n_descsz;
     while (offset < end) {

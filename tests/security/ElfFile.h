@@ -14,8 +14,8 @@
 
 namespace tidewick {
 
-/// What a program of this machine's kind says about itself to the kernel and the dynamic linker.
-/// Reads the file once; ends the test where it is none.
+/// The information that a program for this machine provides to the kernel and the dynamic linker.
+/// Reads the file once; ends the test if it is not such a program.
 class ElfFile
 {
 public:
@@ -29,18 +29,18 @@ public:
     const std::vector<Segment> &segments() const { return m_segments; }
     std::optional<Segment> segment(unsigned type) const;
 
-    /// The value of the dynamic section's entry with this tag.
+    /// The value of the entry with this tag in the dynamic section.
     std::optional<ElfW(Xword)> dynamic(ElfW(Sxword) tag) const;
     bool dynamicFlag(ElfW(Sxword) tag, ElfW(Xword) flag) const;
 
-    /// What is at these addresses once the program is loaded.
+    /// The bytes at these addresses once the program is loaded.
     std::string bytesAt(ElfW(Addr) address, std::size_t size) const;
     ElfW(Addr) entry() const { return m_entry; }
 
-    /// The functions and variables that it takes from elsewhere.
+    /// The functions and variables that the program imports.
     const QByteArrayList &imports() const { return m_imports; }
 
-    /// A property of the processor's that the linker has found in every object: its bits.
+    /// The bits of a processor property that the linker has found in every object.
     quint32 property(quint32 type) const;
 
 private:

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The mask of the modes of new files, for this process and those it starts.
+/// Sets the umask of this process and its children for as long as the object exists.
 class FileModeMask
 {
 public:
@@ -47,7 +47,8 @@ constexpr uid_t somebodyElse = 65534;
 
 } // namespace
 
-/// Who else may read and write what the program makes, and what becomes of what others have made.
+/// Tests who else may read and write the files that the program creates, and how it treats files of
+/// other users.
 class TestFileModes : public QObject
 {
     Q_OBJECT
@@ -64,19 +65,19 @@ private slots:
     void settings_data() { listMasks(); }
     void settings();
 
-    void foldersThatAreThereStayAsTheyAre();
+    void existingFoldersKeepTheirModes();
     void nothingInTheTemporaryFolder_data();
     void nothingInTheTemporaryFolder();
-    void folderOfSomebodyElse_data();
-    void folderOfSomebodyElse();
-    void linkInTheSmokeTestsPlace();
+    void folderOfAnotherUser_data();
+    void folderOfAnotherUser();
+    void linkInPlaceOfTheSmokeFolder();
     void sharedFolderForTheSmokeTest();
 
 private:
     static void listMasks();
-    /// The program's options, in the home of this test.
+    /// A command line of the program with these options, in the home of this test.
     ChildSpec program(std::vector<std::string> arguments) const;
-    /// Without a display or a bus.
+    /// Launches the application without a display or a bus.
     std::unique_ptr<LaunchedApplication> launch(ProcessEnvironment variables = {}) const;
 
     TestBundle m_bundle;
@@ -132,7 +133,7 @@ void TestFileModes::application()
     QVERIFY(waitUntil([&] { return application->output().contains("Full"); }));
     const fs::path folder = m_data / "Tidewick";
     QCOMPARE(modeOf(folder), "0700");
-    // The parents that were not there, too.
+    // Parent folders that were missing are created with the same mode.
     QCOMPARE(modeOf(m_data), "0700");
     QCOMPARE(modeOf(m_data.parent_path()), "0700");
     for (const char *name : {"xrpld.cfg", "validators.txt", "xrpld.stdout.log"})
@@ -169,7 +170,7 @@ void TestFileModes::settings()
 {
     QFETCH(uint, mask);
     const FileModeMask masked(mask);
-    // Qt writes the file, with the mode that it gives all files; the folder is what keeps it.
+    // Qt writes the file with its usual mode; the folder protects it.
     Defaults defaults(m_configuration / "Tidewick" / "settings.ini");
     QVERIFY(defaults.setInteger(QStringLiteral("roundGrowthMiB"), 1024));
     QCOMPARE(modeOf(m_configuration), "0700");
@@ -178,7 +179,7 @@ void TestFileModes::settings()
              '0' + QByteArray::number(0666 & ~mask, 8));
 }
 
-void TestFileModes::foldersThatAreThereStayAsTheyAre()
+void TestFileModes::existingFoldersKeepTheirModes()
 {
     for (const fs::path &folder : {m_data / "Tidewick", m_configuration / "Tidewick"}) {
         fs::create_directories(folder);
@@ -198,7 +199,8 @@ void TestFileModes::nothingInTheTemporaryFolder_data()
     QTest::newRow("on a desktop") << true;
 }
 
-/// It may be everybody's, and a name in it that can be known beforehand may be taken by anybody.
+/// The folder may be shared by all users, so anybody could create a file with a predictable name
+/// there first.
 void TestFileModes::nothingInTheTemporaryFolder()
 {
     QFETCH(bool, hasDisplay);
@@ -214,8 +216,8 @@ void TestFileModes::nothingInTheTemporaryFolder()
         return fs::exists(log) && contentOf(log).contains("RPCHandler:NFO server_info")
                && (!display || isWindowShown(QStringLiteral("Tidewick")));
     }));
-    // The toolkit makes one where the desktop names no folder for this, and looks who it belongs
-    // to.
+    // If the desktop does not provide a runtime folder, the toolkit creates one here and checks its
+    // owner.
     for (const fs::directory_entry &entry : fs::directory_iterator(temporary)) {
         QVERIFY2(display && entry.path().filename().string().starts_with("runtime-"),
                  entry.path().c_str());
@@ -224,14 +226,14 @@ void TestFileModes::nothingInTheTemporaryFolder()
     QVERIFY(application->endsWell(SIGTERM));
 }
 
-void TestFileModes::folderOfSomebodyElse_data()
+void TestFileModes::folderOfAnotherUser_data()
 {
     QTest::addColumn<bool>("isLink");
     QTest::newRow("a folder") << false;
     QTest::newRow("a link") << true;
 }
 
-void TestFileModes::folderOfSomebodyElse()
+void TestFileModes::folderOfAnotherUser()
 {
     QFETCH(bool, isLink);
     const fs::path folder = m_data / "Tidewick";
@@ -241,7 +243,7 @@ void TestFileModes::folderOfSomebodyElse()
     if (isLink)
         fs::create_directory_symlink(target, folder);
     if (::lchown(folder.c_str(), somebodyElse, somebodyElse) != 0)
-        QSKIP("Only root can give a folder away");
+        QSKIP("Only root can change the owner of a folder");
     const auto application = launch();
     QVERIFY(waitUntil([&] { return application->output().contains("Error"); }));
     QVERIFY2(application->output().contains(QByteArray::fromStdString(folder.string())
@@ -251,7 +253,7 @@ void TestFileModes::folderOfSomebodyElse()
     QVERIFY(application->endsWell(SIGTERM));
 }
 
-void TestFileModes::linkInTheSmokeTestsPlace()
+void TestFileModes::linkInPlaceOfTheSmokeFolder()
 {
     const fs::path precious = m_home->path() / "precious";
     fs::create_directories(m_data);
@@ -264,8 +266,8 @@ void TestFileModes::linkInTheSmokeTestsPlace()
     QCOMPARE(std::distance(fs::directory_iterator(precious), {}), 1);
 }
 
-/// Where the data folder's parent is everybody's, the folder may be there already, and may not be
-/// this user's to remove.
+/// If the data folder's parent is shared by all users, the folder may already exist, and this user
+/// may not be allowed to remove it.
 void TestFileModes::sharedFolderForTheSmokeTest()
 {
     if (::geteuid() != 0)

@@ -40,7 +40,7 @@ bool keepsCodeFromWriting(const ElfFile &program)
     });
 }
 
-/// The file's headers and read-only data are not mapped with the code.
+/// The file's headers and read-only data are not mapped together with the code.
 bool keepsCodeApart(const ElfFile &program)
 {
     const auto first = program.segment(PT_LOAD);
@@ -59,7 +59,8 @@ bool checksItsCalls(const ElfFile &program)
         [](const QByteArray &name) { return name.startsWith("__") && name.endsWith("_chk"); });
 }
 
-/// All of its objects are made for it, and so are the places that the loader jumps to.
+/// All objects of the program support branch tracking, and so do the addresses that the loader
+/// jumps to.
 bool tracksItsBranches(const ElfFile &program)
 {
 #if defined(__x86_64__)
@@ -98,11 +99,11 @@ struct Protection
 {
     const char *name;
     bool (*holds)(const ElfFile &program);
-    /// Why this build does not have it, if it need not.
+    /// Why this build may lack the protection; null if it must have it.
     const char *excuse;
 };
 
-/// An instrumented program calls, and is linked with, what its sanitizer brings.
+/// An instrumented program calls, and links to, the libraries of its sanitizer.
 constexpr const char *instrumentedExcuse =
     TIDEWICK_INSTRUMENTED ? "the build is instrumented" : nullptr;
 
@@ -123,7 +124,7 @@ constexpr std::array protections{
 
 } // namespace
 
-/// The application's executable, as the build has made it.
+/// Tests the application's executable as built.
 class TestHardening : public QObject
 {
     Q_OBJECT
@@ -154,12 +155,12 @@ void TestHardening::application()
     QVERIFY(protection.holds(ElfFile(TIDEWICK_QUAYMERE_PATH)));
 }
 
-/// Each look at the application can say no.
+/// Each check is able to fail.
 void TestHardening::softProgram()
 {
     QFETCH(int, index);
     if (TIDEWICK_INSTRUMENTED)
-        QSKIP("another linker, which protects some things unasked");
+        QSKIP("The linker of this build enables some protections by default");
     QVERIFY(!protections.at(std::size_t(index)).holds(ElfFile(TIDEWICK_SOFT_PATH)));
 }
 

@@ -34,7 +34,7 @@ QByteArray limitsOf(pid_t process)
 
 } // namespace
 
-/// What the node is started with by the real application on a desktop.
+/// Tests how the real application starts the node on a desktop.
 class TestNodeSurroundings : public QObject
 {
     Q_OBJECT
@@ -45,13 +45,14 @@ private slots:
     void configuration();
     void environment();
     void limits();
-    void notLookedForInThePath();
+    void nodeIsNotSearchedInPath();
 
 private:
     TestBundle m_bundle;
 };
 
-/// It answers this machine only, holds no keys, and checks who publishes validator lists.
+/// The node answers only this machine, holds no keys, and verifies the publishers of validator
+/// lists.
 void TestNodeSurroundings::configuration()
 {
     ChildSpec spec;
@@ -85,7 +86,7 @@ void TestNodeSurroundings::environment()
                                     {{"TIDEWICK_TEST_OWN", "a=b c"}, {"MALLOC_ARENA_MAX", "99"}});
     QVERIFY(waitUntil([] { return LaunchedApplication::noted("server_info") > 0; }));
 
-    // That of the application as it was started, with node.env laid over it, and nothing else.
+    // The application's environment at its launch, overridden by node.env, and nothing else.
     ProcessEnvironment expected = environmentOf(application.process().id());
     QCOMPARE(expected.at("TIDEWICK_TEST_OWN"), "a=b c");
     QCOMPARE(expected.at("MALLOC_ARENA_MAX"), "99");
@@ -103,7 +104,7 @@ void TestNodeSurroundings::environment()
     QVERIFY(application.endsWell(SIGTERM));
 }
 
-/// That of core dumps among them.
+/// Includes the limit of core dumps.
 void TestNodeSurroundings::limits()
 {
     const SessionBus bus;
@@ -115,7 +116,7 @@ void TestNodeSurroundings::limits()
     QVERIFY(application.endsWell(SIGTERM));
 }
 
-void TestNodeSurroundings::notLookedForInThePath()
+void TestNodeSurroundings::nodeIsNotSearchedInPath()
 {
     const TemporaryFolder elsewhere;
     const fs::path other = elsewhere.path() / "xrpld";
@@ -136,7 +137,7 @@ void TestNodeSurroundings::notLookedForInThePath()
                                      + ": No such file or directory"),
              outcome.output);
     QVERIFY(!fs::exists(trace));
-    // It would have been found.
+    // A search in PATH would have found it.
     spec.executable = "/bin/sh";
     spec.arguments = {"-c", "xrpld"};
     QCOMPARE(runProgram(spec).status, 0);

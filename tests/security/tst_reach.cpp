@@ -21,7 +21,7 @@ using namespace tidewick;
 
 namespace {
 
-/// Attempts to reach something beyond this machine, and names asked for.
+/// Counters of attempts to reach other machines, and of name lookups.
 constexpr std::array outwardCounters{"IpOutNoRoutes", "Ip6OutNoRoutes", "UdpOutDatagrams",
                                      "Udp6OutDatagrams"};
 
@@ -34,7 +34,8 @@ std::array<qint64, outwardCounters.size()> countOutward()
 
 } // namespace
 
-/// What the application, with all its windows open, has open for others, and whom it turns to.
+/// Tests which ports and names the application, with all its windows open, offers to others, and
+/// whom it contacts.
 class TestReach : public QObject
 {
     Q_OBJECT
@@ -43,10 +44,10 @@ private slots:
     void initTestCase();
     void cleanupTestCase();
 
-    void seesWhatListens();
+    void detectsListeners();
     void nothingListens();
-    void turnsToItsNodeOnly();
-    void seesAttemptsOutward();
+    void contactsOnlyItsNode();
+    void detectsOutwardAttempts();
     void namesOnTheBus();
     void methodsOnTheBus();
 
@@ -91,7 +92,7 @@ void TestReach::cleanupTestCase()
     QVERIFY(m_application->endsWell(SIGTERM));
 }
 
-/// Of the application and what belongs to it, but for the node.
+/// The sockets of the application and its children, except those of the node.
 Sockets TestReach::look() const
 {
     Sockets all;
@@ -104,7 +105,7 @@ Sockets TestReach::look() const
     return all;
 }
 
-void TestReach::seesWhatListens()
+void TestReach::detectsListeners()
 {
     QVERIFY(Sockets::of(::getpid()).open.isEmpty());
     QTcpServer four;
@@ -119,16 +120,16 @@ void TestReach::seesWhatListens()
                                + "01000000]:" + QByteArray::number(six.serverPort()));
     }
     QCOMPARE(Sockets::of(::getpid()).open, expected);
-    // The node is seen in the same way.
+    // The same check finds the node's ports.
     const QByteArrayList node = Sockets::of(*m_application->node()).open;
     QVERIFY2(node.contains("tcp 127.0.0.1:15005") && node.contains("tcp 127.0.0.1:16006"),
              node.join(' '));
 }
 
-void TestReach::seesAttemptsOutward()
+void TestReach::detectsOutwardAttempts()
 {
     if (!isAloneOnLoopback())
-        QSKIP("This network is not the test's own");
+        QSKIP("This network is shared with other processes");
     const auto before = countOutward();
     QTcpSocket socket;
     socket.connectToHost(QHostAddress(QStringLiteral("192.0.2.1")), 443);
@@ -146,10 +147,10 @@ void TestReach::nothingListens()
     QVERIFY2(open.isEmpty(), open.join(", "));
 }
 
-void TestReach::turnsToItsNodeOnly()
+void TestReach::contactsOnlyItsNode()
 {
     std::set<QByteArray> peers;
-    // Questions that stay unanswered for a while leave their connections to be seen.
+    // While requests stay unanswered, their connections remain visible.
     ::kill(*m_application->node(), SIGUSR1);
     const qsizetype polls = LaunchedApplication::noted("server_info");
     const bool seen = waitUntil([&] {
@@ -160,7 +161,7 @@ void TestReach::turnsToItsNodeOnly()
     QVERIFY(seen);
     QCOMPARE(peers, (std::set<QByteArray>{"127.0.0.1:15005", "127.0.0.1:16006"}));
     if (!isAloneOnLoopback())
-        QSKIP("Attempts that were over at once cannot be told: this network is not the test's own");
+        QSKIP("Brief attempts cannot be detected: this network is shared");
     QCOMPARE(countOutward(), m_countBefore);
 }
 
@@ -173,7 +174,7 @@ void TestReach::namesOnTheBus()
     QCOMPARE(names, QStringList{QStringLiteral("org.tidewick.Tidewick")});
 }
 
-/// All by which the application can be called, those of its connections among them.
+/// All names under which the application can be called, including those of its connections.
 QStringList TestReach::busNames() const
 {
     const QDBusConnectionInterface *bus = m_bus->connection().interface();
@@ -193,7 +194,7 @@ QString TestReach::introspection(const QString &name, const QString &path) const
     return m_bus->connection().call(call).arguments().value(0).toString();
 }
 
-/// As "path interface", without those that every object has.
+/// Collects entries of the form "path interface", without the standard interfaces of every object.
 void TestReach::gatherInterfaces(const QString &service, const QString &path,
                                  QStringList &found) const
 {
