@@ -10,14 +10,14 @@
 
 namespace tidewick {
 
-/// Whether this is the body of a usual answer to server_info.
+/// Whether this is the body of a normal answer to server_info.
 inline bool isUsual(const QByteArray &body)
 {
     const auto answer = JsonRead::parseObject(body);
     return answer && (*answer)[u"result"][u"info"][u"uptime"].isDouble();
 }
 
-/// A node that answers as the scenario says; made, it answers.
+/// A running node that answers as its scenario says.
 class AnsweringNode : public SimulatedNode
 {
 public:
@@ -25,10 +25,10 @@ public:
     {
         start("start-delay=0 stop-delay=0 redirect-port=4711 " + scenario);
         if (!waitUntilOpen())
-            qFatal("The node does not open its port");
+            qFatal("The node did not open its port");
     }
 
-    /// What it answers to a client of its own.
+    /// Asks the node with a new client and returns the response.
     HttpAnswer ask(const QByteArray &method = "server_info") const
     {
         RawClient client(rpcPort());
@@ -36,7 +36,7 @@ public:
         return client.readAnswer();
     }
 
-    /// In bytes; -1 where there is no such figure.
+    /// The peak memory use of the node in bytes, or -1 if it is unknown.
     qint64 peakMemory() const
     {
         const auto memory = ProcessMemory::of(id());

@@ -21,7 +21,7 @@ QByteArray recording(const char *file)
     return contentOf(std::filesystem::path(TIDEWICK_TEST_DATA) / "wire" / file);
 }
 
-/// Members whose presence depends on what the node happens to do.
+/// Members whose presence depends on the current activity of the node.
 bool isPassing(const QString &name)
 {
     return name.contains(QLatin1String("::")) || name == u"local_txs" || name == u"job_types";

@@ -10,24 +10,24 @@
 
 #include <vector>
 
-/// What tests of the simulated node's messages share.
+/// Helpers shared by the tests of the simulated node's messages.
 namespace tidewick::sim {
 
-/// A recorded answer.
+/// The recorded answer in this file.
 QJsonObject recorded(const char *file);
 
-/// The messages of a recorded session from "node" or "client".
+/// The messages sent by "node" or "client" in a recorded session.
 std::vector<QJsonObject> session(const char *file, const char *from);
 
-/// Every member of the message with the type of its value, as sorted lines; but for members that
-/// are there or not, depending on what a node happens to do.
+/// Each member of the message with the type of its value, as sorted lines. Leaves out members whose
+/// presence depends on the current activity of a node.
 QStringList shapeOf(const QJsonValue &message);
 
-/// The answers of a node launched at 2026-11-20 19:47:40 UTC.
+/// The answers of a node started at 2026-11-20 19:47:40 UTC.
 Answers answersOf(const Scenario &scenario = {},
                   NodeConfiguration::Store store = NodeConfiguration::Store::Mossgrid);
 
-/// So long after the launch, with the ledgers closed that are due.
+/// The state this long after the start, when the ledgers due by then have closed.
 NodeTime timeAt(const Answers &answers, Seconds elapsed);
 
 } // namespace tidewick::sim

@@ -59,7 +59,7 @@ QByteArray RawClient::request(const QByteArray &method, const QByteArray &header
            + QByteArray::number(body.size()) + "\r\n" + headers + "\r\n" + body;
 }
 
-/// What has come, if anything comes in time while the connection is open.
+/// The next bytes, if any arrive within the limit while the connection is open.
 std::optional<QByteArray> RawClient::readSome(std::chrono::milliseconds limit)
 {
     pollfd entry{m_socket.get(), POLLIN, 0};

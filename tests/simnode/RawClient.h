@@ -14,18 +14,18 @@
 
 namespace tidewick {
 
-/// An HTTP answer in its parts. Header names are lower-case.
+/// The parts of an HTTP response. Header names are in lower case.
 struct HttpAnswer
 {
     int status = 0;
     QMap<QByteArray, QByteArray> headers;
     QByteArray body;
 
-    /// The answer at the beginning of these bytes; nothing while its head is not complete.
+    /// The response at the start of these bytes; nothing while its head is incomplete.
     static std::optional<HttpAnswer> read(const QByteArray &bytes);
 };
 
-/// A client on a bare socket, which sees what the other end really does. Blocks.
+/// A client on a plain socket, which sees exactly what the other end does. Its calls block.
 class RawClient
 {
 public:
@@ -33,30 +33,30 @@ public:
 
     static constexpr std::chrono::seconds patience{10};
 
-    /// Connects to a port on loopback.
+    /// Connects to a loopback port.
     explicit RawClient(quint16 port);
 
     State state() const { return m_state; }
 
     void send(const QByteArray &bytes);
 
-    /// A call of this method over HTTP, with more header lines, each with its line end.
+    /// An HTTP request for this method. Each extra header line includes its line end.
     static QByteArray request(const QByteArray &method, const QByteArray &headers = {});
-    /// Sends one.
+    /// Sends such a request.
     void call(const QByteArray &method, const QByteArray &headers = {})
     {
         send(request(method, headers));
     }
 
-    /// Reads until there is enough, the other end has closed, or the time is up; gives all that was
-    /// read since the last time.
+    /// Reads until there is enough, the other end has closed, or the time is up. Returns everything
+    /// read since the last call.
     QByteArray read(const std::function<bool(const QByteArray &)> &enough,
                     std::chrono::milliseconds limit = patience);
 
-    /// Reads one whole HTTP answer whose length is announced.
+    /// Reads one complete HTTP response with a Content-Length.
     HttpAnswer readAnswer();
 
-    /// Reads until the other end has closed and gives the number of bytes.
+    /// Reads until the other end has closed and returns the number of bytes read.
     qint64 readAway();
 
 private:

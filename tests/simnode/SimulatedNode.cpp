@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Below the range from which the kernel takes the ports of clients. Nobody else is on the loopback
+/// Below the range that the kernel uses for client ports. No other process uses the loopback
 /// network of these tests.
 constexpr quint16 firstPort = 20'001;
 
@@ -65,11 +65,11 @@ void SimulatedNode::startWith(const QStringList &arguments, const QByteArray &sc
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("TIDEWICK_SIMNODE"), QString::fromUtf8(scenario));
     m_process.setProcessEnvironment(environment);
-    // A test that aborts destroys nothing.
+    // A test that aborts runs no destructors.
     m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGKILL); });
     m_process.start(QStringLiteral(TIDEWICK_SIMNODE_PATH), arguments);
     if (!m_process.waitForStarted())
-        qFatal("The simulated node cannot be run");
+        qFatal("Cannot run the simulated node");
 }
 
 bool SimulatedNode::waitUntilOpen()
@@ -98,7 +98,7 @@ void SimulatedNode::signal(int number) const
 SimulatedNode::Ending SimulatedNode::waitForEnd()
 {
     if (isRunning() && !m_process.waitForFinished())
-        qFatal("The simulated node does not end");
+        qFatal("The simulated node does not exit");
     return {m_process.exitCode(), m_process.exitStatus() == QProcess::CrashExit};
 }
 

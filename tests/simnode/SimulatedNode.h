@@ -14,8 +14,8 @@
 
 namespace tidewick {
 
-/// A simulated node as a process of its own, with a data folder of its own. It is killed with this
-/// object if need be.
+/// A simulated node in a separate process with its own data folder. The process is killed if it
+/// still runs when this object is destroyed.
 class SimulatedNode
 {
 public:
@@ -29,13 +29,13 @@ public:
 
     static constexpr std::chrono::seconds patience{10};
 
-    /// Nodes that run at the same time need different numbers, for their ports.
+    /// Nodes that run at the same time need different numbers, which determine their ports.
     explicit SimulatedNode(quint16 number = 0);
     SimulatedNode(const SimulatedNode &) = delete;
     SimulatedNode &operator=(const SimulatedNode &) = delete;
     ~SimulatedNode();
 
-    /// What start() writes as the configuration.
+    /// The configuration that start() writes.
     QByteArray configuration;
 
     quint16 rpcPort() const { return m_rpcPort; }
@@ -43,17 +43,17 @@ public:
     const std::filesystem::path &folder() const { return m_folder.path(); }
     std::filesystem::path store() const { return folder() / "db"; }
 
-    /// Runs it with the configuration and this scenario.
+    /// Starts the node with the configuration and this scenario.
     void start(const QByteArray &scenario = {});
-    /// Runs it with other arguments.
+    /// Starts the node with other arguments.
     void startWith(const QStringList &arguments, const QByteArray &scenario = {});
 
-    /// Waits until both ports, of which one is opened after the other, accept connections. False
-    /// when they do not in time.
+    /// Waits until both ports, which are opened one after the other, accept connections. Returns
+    /// false if they do not in time.
     bool waitUntilOpen();
     /// Waits until the JSON-RPC port refuses connections.
     bool waitUntilRefused();
-    /// Waits until the debug log has this text.
+    /// Waits until the debug log contains this text.
     bool waitForLog(const QByteArray &text, std::chrono::milliseconds limit = patience);
 
     pid_t id() const { return static_cast<pid_t>(m_process.processId()); }
@@ -61,7 +61,7 @@ public:
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     Ending waitForEnd();
 
-    /// The "result" of what the node answers to this method over HTTP; empty without one.
+    /// The "result" of the node's answer to this method over HTTP; empty if there is none.
     QJsonObject ask(const QByteArray &method) const;
 
     QByteArray debugLog() const;
@@ -75,7 +75,7 @@ private:
     QProcess m_process;
 };
 
-/// For messages of failed comparisons.
+/// For the messages of failed comparisons.
 char *toString(const SimulatedNode::Ending &ending);
 
 } // namespace tidewick

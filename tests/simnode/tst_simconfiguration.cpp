@@ -86,11 +86,12 @@ void TestSimConfiguration::sections_data()
     row("lines", "[a]\none\ntwo\n", {"one", "two"});
     row("no line feed at the end", "[a]\none", {"one"});
     row("CR LF", "[a]\r\none\r\ntwo\r\n", {"one", "two"});
-    row("blanks around", " [a] \n\t one two \n", {"one two"});
+    row("surrounding whitespace", " [a] \n\t one two \n", {"one two"});
     row("empty lines and comments", "# x\n[a]\n\n# y\n  # z\none\n", {"one"});
-    row("comments behind", "[a] # x\none # y\ntwo#z\nthree ## = #\n", {"one", "two", "three"});
+    row("comments at line ends", "[a] # x\none # y\ntwo#z\nthree ## = #\n",
+        {"one", "two", "three"});
     row("backslash", "[a]\none\\# x\n\\#two\n", {"one\\", "\\"});
-    row("cut heading", "[a]\none\n[b#]\ntwo\n", {"one", "[b", "two"});
+    row("heading cut by a comment", "[a]\none\n[b#]\ntwo\n", {"one", "[b", "two"});
     row("continued", "[a]\none\n[b]\nthree\n[a]\ntwo\n", {"one", "two"});
     row("empty section", "[a]\n[b]\none\n", {});
 }
@@ -143,7 +144,7 @@ void TestSimConfiguration::cutsPaths_data()
     QTest::addColumn<QString>("read");
     QTest::newRow("no comment") << QByteArray("data 1/db") << QStringLiteral("data 1/db");
     QTest::newRow("hash") << QByteArray("data#1/db") << QStringLiteral("data");
-    QTest::newRow("hash after a blank") << QByteArray("data #1/db") << QStringLiteral("data");
+    QTest::newRow("hash after a space") << QByteArray("data #1/db") << QStringLiteral("data");
     QTest::newRow("backslash") << QByteArray("data\\#1/db") << QStringLiteral("data\\");
 }
 
@@ -166,7 +167,7 @@ void TestSimConfiguration::accepts_data()
 
     QTest::newRow("unknown sections") << QByteArray("[server]") << QByteArray("[x]\n1\n[server]");
     QTest::newRow("CR LF") << QByteArray("\n") << QByteArray("\r\n");
-    QTest::newRow("small letters") << QByteArray("Mossgrid") << QByteArray("mossgrid");
+    QTest::newRow("lower case") << QByteArray("Mossgrid") << QByteArray("mossgrid");
     QTest::newRow("IPv6 loopback") << QByteArray("127.0.0.1") << QByteArray("::1");
     QTest::newRow("no growth") << QByteArray("round_growth_mib = 512\n") << QByteArray();
     QTest::newRow("odd growth") << QByteArray("512") << QByteArray("much");
@@ -222,7 +223,7 @@ void TestSimConfiguration::refuses()
     QVERIFY(text != plain);
     try {
         read(text);
-        QFAIL("It was accepted");
+        QFAIL("The configuration was accepted");
     } catch (const ConfigurationError &error) {
         QCOMPARE(error.reaction() == ConfigurationError::Reaction::Abort, aborts);
         QVERIFY(!QByteArray(error.what()).contains('\n'));
@@ -234,7 +235,7 @@ void TestSimConfiguration::needsTheFile()
     for (const fs::path &missing : {m_folder.path() / "none.cfg", m_folder.path()}) {
         try {
             NodeConfiguration::read(missing);
-            QFAIL("It was accepted");
+            QFAIL("The configuration was accepted");
         } catch (const ConfigurationError &error) {
             QCOMPARE(error.reaction(), ConfigurationError::Reaction::Abort);
         }
@@ -252,14 +253,14 @@ void TestSimConfiguration::validators_data()
         QTest::newRow(name) << "[validator_list_keys]\n" + lines + '\n' << accepted;
     };
     keys("list key", key, true);
-    keys("list key in small letters", key.toLower(), true);
+    keys("list key in lower case", key.toLower(), true);
     keys("two list keys", key + '\n' + key, true);
     keys("second list key damaged", key + "\nED77", false);
     keys("list key too short", key.chopped(1), false);
     keys("list key too long", key + '7', false);
     keys("list key of another kind", "02" + key.mid(2), false);
-    keys("list key with a letter", key.chopped(1) + 'G', false);
-    keys("list key with more", key + " mine", false);
+    keys("list key with an invalid digit", key.chopped(1) + 'G', false);
+    keys("list key with trailing text", key + " mine", false);
     keys("list key with a comment", key + " # mine", true);
     QTest::newRow("sites only") << QByteArray("[validator_list_sites]\nhttps://x\n") << false;
     QTest::newRow("empty") << QByteArray() << false;

@@ -17,7 +17,7 @@ namespace {
 constexpr Seconds step(0.25);
 constexpr qint64 growth = 2'000'000'000;
 
-/// What a run has at each step until then, without what repeats at once.
+/// The values at each step up to this time, with consecutive duplicates removed.
 template <typename Value>
 std::vector<Value> walk(Seconds until, const std::function<Value(Seconds)> &valueAt)
 {
@@ -62,7 +62,7 @@ private slots:
     void bootstraps();
     void validatesWhenTracking();
     void accountsForItsTime();
-    void stockNodeKnowsTheCoarseStates();
+    void stockNodeHasOnlyTheCoarseStates();
     void pinsAState_data();
     void pinsAState();
     void pinsPeers();
@@ -73,7 +73,7 @@ private slots:
     void reportsProgressOnlyWhileBuilding();
     void countsDown();
     void waitsToRetry();
-    void tellsWhyItIsBlocked();
+    void reportsWhyItIsBlocked();
     void grows();
     void pinsAStage_data();
     void pinsAStage();
@@ -161,7 +161,7 @@ void TestSimCourse::accountsForItsTime()
     QCOMPARE(accounts[QStringLiteral("connected")].duration, Seconds(6));
 }
 
-void TestSimCourse::stockNodeKnowsTheCoarseStates()
+void TestSimCourse::stockNodeHasOnlyTheCoarseStates()
 {
     const Course stock({}, {}, Course::Kind::Stock);
     const auto states =
@@ -248,7 +248,7 @@ void TestSimCourse::maintenanceRepeats()
     const MaintenanceMoment first = course.at(Seconds(1000), Seconds(200));
     QCOMPARE(QString::fromLatin1(MaintenanceCourse::stage(first.number).name),
              QStringLiteral("idle"));
-    // Stages are numbered on, also after a year.
+    // Stages are numbered consecutively, even after a year.
     int last = 0;
     for (Seconds full(0); full < Seconds(3000); full += step) {
         const int number = course.at(full + Seconds(30), full).number;
@@ -302,7 +302,7 @@ void TestSimCourse::countsDown()
     QCOMPARE(last[u"full_seconds"].toInt(), 44);
     QCOMPARE(last[u"ledgers"].toInt(), 11);
 
-    // The old copy goes after so many ledgers.
+    // The old copy is removed after this many ledgers.
     const QJsonObject switched = reportAt(Seconds(165))[u"next"].toObject();
     QCOMPARE(switched[u"ledgers_needed"].toInt(), 8);
     QCOMPARE(switched[u"ledgers"].toInt(), 0);
@@ -314,12 +314,12 @@ void TestSimCourse::waitsToRetry()
     const auto waits = walk<qint64>(Seconds(600), [](Seconds elapsed) {
         return reportAt(elapsed)[u"next_attempt_seconds"].toInteger(0);
     });
-    QCOMPARE(waits.size(), std::size_t{32}); // none, 30 to 1, none
+    QCOMPARE(waits.size(), std::size_t{32}); // none, then 30 down to 1, then none
     QCOMPARE(waits[1], 30);
     QCOMPARE(waits[30], 1);
 }
 
-void TestSimCourse::tellsWhyItIsBlocked()
+void TestSimCourse::reportsWhyItIsBlocked()
 {
     const QJsonObject report = MaintenanceCourse::report(
         MaintenanceCourse(QStringLiteral("blocked")).at(Seconds(1), std::nullopt), growth,

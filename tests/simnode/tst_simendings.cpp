@@ -41,10 +41,10 @@ class TestSimEndings : public QObject
 private slots:
     void stopsByCommand();
     void stopTakesAWhile();
-    void hangsWhenToldTo();
+    void hangsInsteadOfStopping();
     void endsBySignals_data();
     void endsBySignals();
-    void diesOfASecondSignal();
+    void isKilledByASecondSignal();
     void ignoresSigterm();
     void stopsWhileStarting();
     void endsAsScripted_data();
@@ -62,7 +62,7 @@ void TestSimEndings::stopsByCommand()
     node.start("start-delay=0 stop-delay=3");
     QVERIFY(node.waitUntilOpen());
     RawClient idle(node.rpcPort());
-    // In one go, so that the second arrives before the ports are closed.
+    // Sent in one go, so that the second command arrives before the ports are closed.
     RawClient client(node.rpcPort());
     QElapsedTimer timer;
     timer.start();
@@ -73,7 +73,7 @@ void TestSimEndings::stopsByCommand()
     QVERIFY(answers.indexOf("ripple server stopping") < answers.indexOf("server_state"));
     QVERIFY(answers.contains("ripple server stopping"));
     QVERIFY(node.waitUntilRefused());
-    QVERIFY(timer.elapsed() >= 70); // 80 ms, of which a coarse timer may lack a twentieth
+    QVERIFY(timer.elapsed() >= 70); // 80 ms, less up to 5% for a coarse timer
     QVERIFY(node.isRunning());
     QCOMPARE(idle.readAway(), 0);
     QCOMPARE(node.waitForEnd(), success);
@@ -89,16 +89,16 @@ void TestSimEndings::stopTakesAWhile()
     timer.start();
     node.signal(SIGTERM);
     QCOMPARE(node.waitForEnd(), success);
-    QVERIFY(timer.elapsed() >= 350); // 0.4 s, of which a coarse timer may lack a twentieth
+    QVERIFY(timer.elapsed() >= 350); // 0.4 s, less up to 5% for a coarse timer
 }
 
-void TestSimEndings::hangsWhenToldTo()
+void TestSimEndings::hangsInsteadOfStopping()
 {
     SimulatedNode node;
     node.start("start-delay=0 stop-delay=0 stop=hang");
     QVERIFY(node.waitUntilOpen());
     QCOMPARE(node.ask("stop")[u"status"].toString(), QStringLiteral("success"));
-    // One that stops says so before it answers.
+    // A node that stops logs this before it answers.
     QVERIFY(!node.debugLog().contains("Server stopping"));
     QCOMPARE(node.ask("server_info")[u"status"].toString(), QStringLiteral("success"));
     node.signal(SIGTERM);
@@ -129,7 +129,7 @@ void TestSimEndings::endsBySignals()
              number != SIGKILL);
 }
 
-void TestSimEndings::diesOfASecondSignal()
+void TestSimEndings::isKilledByASecondSignal()
 {
     for (const int second : {SIGTERM, SIGINT}) {
         SimulatedNode node;
@@ -219,7 +219,7 @@ void TestSimEndings::endsOnACue()
 void TestSimEndings::floods()
 {
     SimulatedNode node;
-    node.start("start-delay=0 stop-delay=0 flood=1000000000000"); // until it is stopped
+    node.start("start-delay=0 stop-delay=0 flood=1000000000000"); // floods until it is stopped
     QByteArray text;
     QTRY_VERIFY((text += node.standardError()).size() > 1'000'000);
     QVERIFY(text.contains("output line 9999."));
@@ -259,7 +259,7 @@ void TestSimEndings::leavesAGrandchild()
     QCOMPARE(child->wait().status, 1);
     ::kill(-group, SIGKILL);
 
-    // Only what is left of the node holds the other end of the pipe now.
+    // Only the node's grandchild holds the other end of the pipe now.
     pollfd entry{reading.get(), 0, 0};
     QCOMPARE(::poll(&entry, 1, 0), 0);
     QCOMPARE(::poll(&entry, 1, 5000), 1);

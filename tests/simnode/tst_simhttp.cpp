@@ -27,8 +27,8 @@ private slots:
     void keepAlive();
     void writesAHead();
     void changesAllTypes();
-    void faultsLeaveNothingOut_data();
-    void faultsLeaveNothingOut();
+    void eachFaultChangesTheAnswer_data();
+    void eachFaultChangesTheAnswer();
 };
 
 void TestSimHttp::readsARequest()
@@ -60,7 +60,7 @@ void TestSimHttp::states_data()
     const auto row = [](const char *name, const QByteArray &bytes, State state) {
         QTest::newRow(name) << bytes << state;
     };
-    row("nothing", "", State::Incomplete);
+    row("empty", "", State::Incomplete);
     row("half a line", "POST /", State::Incomplete);
     row("no empty line", "POST / HTTP/1.1\r\nA: b\r\n", State::Incomplete);
     row("half a body", "POST / HTTP/1.1\r\nContent-Length: 9\r\n\r\n1234", State::Incomplete);
@@ -68,12 +68,12 @@ void TestSimHttp::states_data()
     row("no version", "POST /\r\n\r\n", State::Malformed);
     row("another version", "POST / HTTP/2\r\n\r\n", State::Malformed);
     row("not HTTP", "hello\r\n\r\n", State::Malformed);
-    row("a line that is no header", "POST / HTTP/1.1\r\nhello\r\n\r\n", State::Malformed);
+    row("a line that is not a header", "POST / HTTP/1.1\r\nhello\r\n\r\n", State::Malformed);
     row("odd length", "POST / HTTP/1.1\r\nContent-Length: x\r\n\r\n", State::Malformed);
     row("negative length", "POST / HTTP/1.1\r\nContent-Length: -1\r\n\r\n", State::Malformed);
     row("chunked", "POST / HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n", State::Malformed);
     row("1 MiB", "POST / HTTP/1.1\r\nContent-Length: 1048576\r\n\r\n", State::Incomplete);
-    row("more", "POST / HTTP/1.1\r\nContent-Length: 1048577\r\n\r\n", State::TooLarge);
+    row("more than 1 MiB", "POST / HTTP/1.1\r\nContent-Length: 1048577\r\n\r\n", State::TooLarge);
     row("endless line", QByteArray(20'000, 'x'), State::TooLarge);
     row("endless headers", "POST / HTTP/1.1\r\n" + QByteArray("A: b\r\n").repeated(4000) + "\r\n",
         State::TooLarge);
@@ -132,15 +132,15 @@ void TestSimHttp::changesAllTypes()
     QVERIFY(result[u"e"][u"g"].isObject());
 }
 
-void TestSimHttp::faultsLeaveNothingOut_data()
+void TestSimHttp::eachFaultChangesTheAnswer_data()
 {
     QTest::addColumn<int>("fault");
     for (int fault = 0; fault <= static_cast<int>(RpcFault::Close); ++fault)
         QTest::addRow("%d", fault) << fault;
 }
 
-/// Each kind of misbehaviour is one: it differs from the usual answer.
-void TestSimHttp::faultsLeaveNothingOut()
+/// Checks that each kind of misbehaviour differs from the normal answer.
+void TestSimHttp::eachFaultChangesTheAnswer()
 {
     QFETCH(int, fault);
     HttpResponse usual;

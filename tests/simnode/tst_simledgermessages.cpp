@@ -37,7 +37,7 @@ void TestSimLedgerMessages::ledgerRequests_data()
     const std::vector<QJsonObject> requests = session("stream.jsonl", "client");
     const std::vector<QJsonObject> messages = session("stream.jsonl", "node");
     for (const QJsonObject &request : requests) {
-        // The first ledger of a network of one's own has no date.
+        // The first ledger of a private network has no date.
         if (request[u"command"] != QLatin1String("ledger") || request[u"ledger_index"] == 1)
             continue;
         for (const QJsonObject &answer : messages) {
@@ -51,7 +51,7 @@ void TestSimLedgerMessages::ledgerRequests()
 {
     QFETCH(QJsonObject, request);
     QFETCH(QJsonObject, answer);
-    // There, ledgers 2 to 12 were validated.
+    // In the recorded session, ledgers 2 to 12 were validated.
     const Answers answers = answersOf();
     const NodeTime time = timeAt(answers, Seconds(100));
     const qint64 asked = request[u"ledger_index"].toInteger();
@@ -60,7 +60,7 @@ void TestSimLedgerMessages::ledgerRequests()
 
     const Reply reply = answers.answer(QStringLiteral("ledger"), request, time);
     const QJsonObject served = webSocketEnvelope(reply, request);
-    // Some of the recorded ones were empty.
+    // Some of the recorded ledgers were empty.
     const QString element = QStringLiteral(".result.ledger.transactions[] text");
     QStringList expected = shapeOf(answer);
     expected.removeAll(element);

@@ -32,15 +32,15 @@ class TestSimLedgers : public QObject
 private slots:
     void followFromTheIndex();
     void formAChain();
-    void haveSoManyTransactions_data();
-    void haveSoManyTransactions();
+    void haveTheGivenNumberOfTransactions_data();
+    void haveTheGivenNumberOfTransactions();
     void mixTypesAndResults();
     void emptyOnesHaveNoTransactionHash();
 
     void scheduleFollowsTheClock_data();
     void scheduleFollowsTheClock();
     void schedulesAgree();
-    void scheduleGoesOnAboveTheStore();
+    void scheduleContinuesAboveTheStore();
     void schedulePace();
 
     void dates();
@@ -80,10 +80,10 @@ void TestSimLedgers::formAChain()
         }
         hashes.insert(ledger.transactionHash);
     }
-    QVERIFY(hashes.size() > 1000); // all of them different, or nearly
+    QVERIFY(hashes.size() > 1000); // nearly all of them are different
 }
 
-void TestSimLedgers::haveSoManyTransactions_data()
+void TestSimLedgers::haveTheGivenNumberOfTransactions_data()
 {
     QTest::addColumn<int>("least");
     QTest::addColumn<int>("most");
@@ -93,7 +93,7 @@ void TestSimLedgers::haveSoManyTransactions_data()
     QTest::newRow("always five") << 5 << 5;
 }
 
-void TestSimLedgers::haveSoManyTransactions()
+void TestSimLedgers::haveTheGivenNumberOfTransactions()
 {
     QFETCH(int, least);
     QFETCH(int, most);
@@ -164,7 +164,7 @@ void TestSimLedgers::schedulesAgree()
     QVERIFY(one.closeOf(one.firstIndex() + 1) > time(1'795'204'061));
 }
 
-void TestSimLedgers::scheduleGoesOnAboveTheStore()
+void TestSimLedgers::scheduleContinuesAboveTheStore()
 {
     const WallTime now = time(1'793'491'202);
     QCOMPARE(LedgerSchedule(now, 4s, 98'000'000).firstIndex(), 98'700'000U);

@@ -68,7 +68,7 @@ void TestSimMessages::serverInfo()
     QJsonObject result = served[u"result"].toObject();
     QJsonObject info = result[u"info"].toObject();
 
-    // A node that has validated nothing yet tells of the last closed ledger in the same words.
+    // A node that has not validated a ledger yet reports the last closed ledger in the same form.
     const bool validates = elapsed >= 25;
     QCOMPARE(info.contains(u"validated_ledger"), validates);
     QCOMPARE(info.contains(u"closed_ledger"), !validates);

@@ -26,7 +26,7 @@ int linesIn(const QByteArray &text)
     return static_cast<int>(text.count('\n'));
 }
 
-/// Whether these come one after the other.
+/// Whether these parts appear in this order.
 bool inOrder(const QByteArray &text, std::initializer_list<const char *> parts)
 {
     qsizetype at = 0;
@@ -45,14 +45,14 @@ class TestSimProcess : public QObject
     Q_OBJECT
 
 private slots:
-    void tellsItsVersion();
+    void printsItsVersion();
     void refusesArguments_data();
     void refusesArguments();
     void refusesScenarios();
     void saysThatItIsSimulated();
     void refusesConfigurations_data();
     void refusesConfigurations();
-    void doesWithoutADebugLog();
+    void runsWithoutADebugLog();
     void needsAWritableStore();
     void needsItsPorts_data();
     void needsItsPorts();
@@ -63,10 +63,10 @@ private slots:
     void prints();
     void goesThroughItsCourse();
     void stockNodeGoesThroughItsCourse();
-    void goesOnWithItsStore();
+    void continuesItsStore();
 };
 
-void TestSimProcess::tellsItsVersion()
+void TestSimProcess::printsItsVersion()
 {
     SimulatedNode node;
     node.startWith({QStringLiteral("--version")});
@@ -163,13 +163,13 @@ void TestSimProcess::refusesConfigurations()
     node.configuration.replace(before, after);
     node.start(quick);
     QCOMPARE(node.waitForEnd(), (Ending{number, signaled}));
-    QCOMPARE(linesIn(node.standardError()), 2); // that it is simulated, and why it ends
+    QCOMPARE(linesIn(node.standardError()), 2); // that it is simulated, and why it exits
 
     node.startWith({QStringLiteral("--conf"), QStringLiteral("/no/such/file")});
     QCOMPARE(node.waitForEnd(), (Ending{SIGABRT, true}));
 }
 
-void TestSimProcess::doesWithoutADebugLog()
+void TestSimProcess::runsWithoutADebugLog()
 {
     SimulatedNode node;
     node.configuration.replace("debug.log", "missing/debug.log");
@@ -260,7 +260,7 @@ void TestSimProcess::goesThroughItsCourse()
 {
     SimulatedNode node;
     node.start("speed=200 stop-delay=0");
-    // After the first tidy-up the old file is gone.
+    // The old file is removed after the first tidy-up.
     QVERIFY(node.waitForLog("maintenance: retiring"));
     QVERIFY(node.waitForLog("maintenance: trimming"));
     const QByteArray log = node.debugLog();
@@ -294,7 +294,7 @@ void TestSimProcess::stockNodeGoesThroughItsCourse()
     QVERIFY(!log.contains("maintenance"));
 }
 
-void TestSimProcess::goesOnWithItsStore()
+void TestSimProcess::continuesItsStore()
 {
     const auto newest = [](const SimulatedNode &node) {
         return node.ask("server_info")[u"info"][u"validated_ledger"][u"seq"].toInteger();

@@ -10,7 +10,7 @@
 
 using namespace tidewick;
 
-/// What the JSON-RPC port answers, well and badly, where the whole answer arrives.
+/// Tests the correct and incorrect answers of the JSON-RPC port that arrive completely.
 class TestSimRpcAnswers : public QObject
 {
     Q_OBJECT
@@ -19,11 +19,11 @@ private slots:
     void answersProperly();
     void answersOnLists_data();
     void answersOnLists();
-    void answersOneAfterTheOther();
+    void answersInSequence();
     void refusesWhatItCannotRead_data();
     void refusesWhatItCannotRead();
-    void answersWholly_data();
-    void answersWholly();
+    void answersCompletely_data();
+    void answersCompletely();
     void gzip();
     void deep();
     void wrongTypes();
@@ -78,12 +78,12 @@ void TestSimRpcAnswers::answersOnLists()
                  .toString(),
              refresh);
     QCOMPARE(simulated.ask("validators")[u"validator_list"], info[u"validator_list"]);
-    // Without valid lists it does not get any further.
+    // Without valid lists the node does not advance any further.
     if (warnings > 0)
         QCOMPARE(info[u"server_state"].toString(), QStringLiteral("connected"));
 }
 
-void TestSimRpcAnswers::answersOneAfterTheOther()
+void TestSimRpcAnswers::answersInSequence()
 {
     const AnsweringNode node("");
     RawClient client(node.rpcPort());
@@ -126,12 +126,12 @@ void TestSimRpcAnswers::refusesWhatItCannotRead()
     QVERIFY(isUsual(node.ask().body));
 }
 
-void TestSimRpcAnswers::answersWholly_data()
+void TestSimRpcAnswers::answersCompletely_data()
 {
     QTest::addColumn<QByteArray>("kind");
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("header");
-    // Empty: the usual one.
+    // Empty for the normal body.
     QTest::addColumn<QByteArray>("body");
 
     const auto row = [](const char *kind, int status, const char *header, const char *body) {
@@ -154,7 +154,7 @@ void TestSimRpcAnswers::answersWholly_data()
     row("redirect", 302, "location: http://127.0.0.1:4711/", "not here\r\n");
 }
 
-void TestSimRpcAnswers::answersWholly()
+void TestSimRpcAnswers::answersCompletely()
 {
     QFETCH(QByteArray, kind);
     QFETCH(int, status);

@@ -11,7 +11,7 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
-/// How the answers of the JSON-RPC port go over the connection, or do not, and from when on.
+/// Tests how the answers of the JSON-RPC port are transmitted, if at all, and when faults begin.
 class TestSimRpcFaults : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ private slots:
     void huge();
     void hugeHeader();
     void closes();
-    void ofOneMethod();
+    void affectsOneMethod();
     void beginsLater();
     void carriesOutTheCommand_data();
     void carriesOutTheCommand();
@@ -97,8 +97,8 @@ void TestSimRpcFaults::drips()
     const qint64 elapsed = timer.elapsed();
     QVERIFY(seen.size() >= 2);
     QVERIFY(seen.startsWith(head ? "{\"" : "HT"));
-    // A second between two bytes, of which a coarse timer may lack a twentieth. A client that is
-    // held up sees several at once.
+    // One second between two bytes, less up to 5% for a coarse timer. A delayed client sees several
+    // at once.
     QVERIFY2(elapsed >= (seen.size() - 1) * 900, qPrintable(QString::number(elapsed)));
 }
 
@@ -125,7 +125,7 @@ void TestSimRpcFaults::huge()
     const qint64 length = answer.body.size() + client.readAway();
     QVERIFY(announced ? length == 200'000'000 : length > 200'000'000);
     QVERIFY(node.peakMemory() > 0);
-    QVERIFY2(node.peakMemory() < 150'000'000, "It did not keep it all in memory");
+    QVERIFY2(node.peakMemory() < 150'000'000, "The node keeps the whole answer in memory");
 }
 
 void TestSimRpcFaults::hugeHeader()
@@ -138,7 +138,7 @@ void TestSimRpcFaults::hugeHeader()
     QVERIFY(begin.startsWith("HTTP/1.1 200 OK\r\n"));
     QVERIFY(!begin.contains("\r\n\r\n"));
     QVERIFY(begin.size() + client.readAway() > 200'000'000);
-    QVERIFY2(node.peakMemory() < 150'000'000, "It did not keep it all in memory");
+    QVERIFY2(node.peakMemory() < 150'000'000, "The node keeps the whole header in memory");
 }
 
 void TestSimRpcFaults::closes()
@@ -151,7 +151,7 @@ void TestSimRpcFaults::closes()
     QCOMPARE(client.state(), RawClient::State::Closed);
 }
 
-void TestSimRpcFaults::ofOneMethod()
+void TestSimRpcFaults::affectsOneMethod()
 {
     const AnsweringNode node("rpc.get_counts=503");
     QCOMPARE(node.ask("server_info").status, 200);

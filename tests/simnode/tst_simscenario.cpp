@@ -102,7 +102,7 @@ void TestSimScenario::listNames_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<ListState>("lists");
-    // Empty: it is not pinned.
+    // Empty if the state is not pinned.
     QTest::addColumn<QString>("state");
     const auto row = [](const char *text, ListState lists, const char *state) {
         QTest::newRow(text) << QString::fromLatin1(text) << lists << QString::fromLatin1(state);
@@ -203,7 +203,7 @@ void TestSimScenario::readsTheCounts()
 void TestSimScenario::separators_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("blanks") << QStringLiteral("  peers=1   speed=2 ");
+    QTest::newRow("spaces") << QStringLiteral("  peers=1   speed=2 ");
     QTest::newRow("commas") << QStringLiteral("peers=1,speed=2,");
     QTest::newRow("lines") << QStringLiteral("peers=1\r\nspeed=2\n");
     QTest::newRow("comments") << QStringLiteral("# speed=9\npeers=1 # few\n\nspeed=2#x");
@@ -358,7 +358,7 @@ void TestSimScenario::refuses()
     QFETCH(QString, text);
     try {
         Scenario::parse(text);
-        QFAIL("It was accepted");
+        QFAIL("The scenario was accepted");
     } catch (const ScenarioError &error) {
         QVERIFY(!QByteArray(error.what()).contains('\n'));
         QVERIFY(*error.what() != '\0');

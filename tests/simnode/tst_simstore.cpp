@@ -26,12 +26,12 @@ private slots:
     void init();
     void beginsEmpty();
     void grows();
-    void goesOn();
+    void continuesAfterARestart();
     void staysBounded();
     void isRebuilt();
     void rebuildMayFail();
-    void forgetsACutOffRebuild();
-    void keepsWhatIsNotItsOwn();
+    void discardsAnInterruptedRebuild();
+    void keepsForeignFiles();
     void overwritesHalfARecord();
     void failsWithoutAFolder();
 
@@ -74,7 +74,7 @@ void TestSimStore::grows()
              2 * record);
 }
 
-void TestSimStore::goesOn()
+void TestSimStore::continuesAfterARestart()
 {
     {
         Store store(folder());
@@ -127,12 +127,12 @@ void TestSimStore::rebuildMayFail()
     store.beginCopy();
     store.append(2);
     store.tidy();
-    store.switchToCopy(); // of no effect
+    store.switchToCopy(); // has no effect
     QCOMPARE(store.bytes(), 2 * record);
     QCOMPARE(files(), (std::set<std::string>{"simulated-ledgers-1.store"}));
 }
 
-void TestSimStore::forgetsACutOffRebuild()
+void TestSimStore::discardsAnInterruptedRebuild()
 {
     {
         Store store(folder());
@@ -152,7 +152,7 @@ void TestSimStore::forgetsACutOffRebuild()
     QCOMPARE(files(), (std::set<std::string>{"simulated-ledgers-2.store"}));
 }
 
-void TestSimStore::keepsWhatIsNotItsOwn()
+void TestSimStore::keepsForeignFiles()
 {
     fs::create_directories(folder());
     for (const char *name : {"peerfinder.sqlite", "x.copy", "simulated-ledgers-x.store"})

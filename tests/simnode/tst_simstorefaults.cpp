@@ -19,7 +19,7 @@ constexpr const char *quick = "start-delay=0 stop-delay=0 store=";
 
 } // namespace
 
-/// Nodes that cannot use their store.
+/// Tests nodes that cannot use their store.
 class TestSimStoreFaults : public QObject
 {
     Q_OBJECT

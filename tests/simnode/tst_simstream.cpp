@@ -21,7 +21,7 @@ namespace {
 
 constexpr int patience = 10'000;
 
-/// A client of the node's WebSocket that keeps what it is told.
+/// A client of the node's WebSocket that records the messages it receives.
 class Client
 {
 public:
@@ -31,14 +31,14 @@ public:
                          [this](const QString &text) { m_texts += text; });
         m_socket.open(QUrl(QStringLiteral("ws://127.0.0.1:%1/").arg(node.streamPort())));
         if (!QTest::qWaitFor([this] { return isOpen(); }, patience))
-            qFatal("The WebSocket cannot be opened");
+            qFatal("Cannot open the WebSocket");
     }
 
     bool isOpen() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     const QStringList &texts() const { return m_texts; }
     void send(const QString &text) { m_socket.sendTextMessage(text); }
 
-    /// The messages so far, answers and others.
+    /// All messages so far, including answers.
     QList<QJsonObject> messages() const
     {
         QList<QJsonObject> messages;
@@ -47,7 +47,7 @@ public:
         return messages;
     }
 
-    /// The answer to this command.
+    /// Sends this command and returns the answer to it.
     QJsonObject ask(const char *command, QJsonObject request = {})
     {
         const int id = ++m_lastId;
@@ -82,7 +82,7 @@ public:
     }
 
 private:
-    /// Empty as long as there is none.
+    /// Empty until there is an answer.
     QJsonObject answerTo(int id) const
     {
         const QList<QJsonObject> all = messages();
@@ -111,13 +111,13 @@ class TestSimStream : public QObject
 private slots:
     void init();
     void cleanup() { m_node.reset(); }
-    void tellsOfLedgersAndTransactions_data();
-    void tellsOfLedgersAndTransactions();
-    void tellsBothFormsTheSame();
-    void tellsOnlyWhatWasAskedFor();
+    void sendsLedgersAndTransactions_data();
+    void sendsLedgersAndTransactions();
+    void sendsTheSameInBothForms();
+    void sendsOnlySubscribedStreams();
     void unsubscribes();
     void waitsForTheFirstValidatedLedger();
-    void tellsOfTheFirstValidatedLedger();
+    void sendsTheFirstValidatedLedger();
     void answersCommands();
     void refusesOddRequests();
     void closesOnStop();
@@ -135,21 +135,21 @@ void TestSimStream::init()
     m_node = std::make_unique<SimulatedNode>();
 }
 
-/// A ledger every fifth of a second.
+/// Starts a node that closes a ledger every 0.2 s.
 void TestSimStream::start(const QByteArray &scenario)
 {
     m_node->start("start-delay=0 speed=20 stop-delay=0.1 " + scenario);
     QVERIFY(m_node->waitUntilOpen());
 }
 
-void TestSimStream::tellsOfLedgersAndTransactions_data()
+void TestSimStream::sendsLedgersAndTransactions_data()
 {
     QTest::addColumn<QJsonObject>("request");
     QTest::newRow("classic") << QJsonObject();
     QTest::newRow("newer") << newerForm();
 }
 
-void TestSimStream::tellsOfLedgersAndTransactions()
+void TestSimStream::sendsLedgersAndTransactions()
 {
     QFETCH(QJsonObject, request);
     start();
@@ -179,7 +179,7 @@ void TestSimStream::tellsOfLedgersAndTransactions()
     }
 }
 
-void TestSimStream::tellsBothFormsTheSame()
+void TestSimStream::sendsTheSameInBothForms()
 {
     start();
     Client classic(*m_node);
@@ -189,7 +189,7 @@ void TestSimStream::tellsBothFormsTheSame()
     QVERIFY(classic.waitForLedgers(3));
     QVERIFY(newer.waitForLedgers(3));
 
-    // A ledger that both were told of, as told to each and as asked for.
+    // A ledger that both clients received: compares what each was sent with the requested ledger.
     const qint64 index = newer.messages().at(1)[u"ledger_index"].toInteger() + 1;
     const QJsonObject ledger = classic.ask("ledger", {{QStringLiteral("ledger_index"), index},
                                                       {QStringLiteral("transactions"), true}});
@@ -213,7 +213,7 @@ void TestSimStream::tellsBothFormsTheSame()
     QCOMPARE(toNewer, asked);
 }
 
-void TestSimStream::tellsOnlyWhatWasAskedFor()
+void TestSimStream::sendsOnlySubscribedStreams()
 {
     start();
     Client ledgers(*m_node);
@@ -258,7 +258,7 @@ void TestSimStream::waitsForTheFirstValidatedLedger()
     QCOMPARE(client.countOf("ledgerClosed"), 0);
 }
 
-void TestSimStream::tellsOfTheFirstValidatedLedger()
+void TestSimStream::sendsTheFirstValidatedLedger()
 {
     start("speed=10 txns=1-2");
     Client client(*m_node);
@@ -286,7 +286,7 @@ void TestSimStream::refusesOddRequests()
     QCOMPARE(unknown[u"request"][u"command"].toString(), QStringLiteral("no_such_command"));
     QCOMPARE(client.subscribe({"ledger", "no_such_stream"})[u"error"].toString(),
              QStringLiteral("malformedStream"));
-    // Nothing was subscribed to by that.
+    // The failed request has not subscribed to anything.
     QCOMPARE(client.subscribe({"ledger"})[u"result"][u"fee_base"].toInt(), 10);
 
     client.send(QStringLiteral("{not JSON"));
@@ -320,11 +320,11 @@ void TestSimStream::dropsASlowReader()
                 "Connection: Upgrade\r\nSec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\n"
                 "Sec-WebSocket-Version: 13\r\n\r\n");
     client.read([](const QByteArray &sofar) { return sofar.contains("\r\n\r\n"); });
-    // A text frame of less than 126 bytes with a mask of zeros.
+    // A text frame of less than 126 bytes, with a zero mask.
     const QByteArray request = R"({"command":"subscribe","streams":["transactions"]})";
     client.send("\x81" + QByteArray(1, static_cast<char>(0x80 | request.size()))
                 + QByteArray(4, '\0') + request);
-    // It takes a while to make up that much.
+    // It takes a while to generate that much data.
     QVERIFY(m_node->waitForLog("reads too slowly", std::chrono::seconds(60)));
     QVERIFY(client.readAway() < 64LL * 1024 * 1024);
     QVERIFY(ProcessMemory::of(m_node->id()).has_value());

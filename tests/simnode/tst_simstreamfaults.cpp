@@ -23,7 +23,7 @@ const QByteArray handshake =
     "GET / HTTP/1.1\r\nHost: 127.0.0.1\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
     "Sec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\r\nSec-WebSocket-Version: 13\r\n\r\n";
 
-/// A client's frame with a mask of zeros; the text is below 126 bytes.
+/// A client frame with a zero mask; the text has to be shorter than 126 bytes.
 QByteArray masked(const QByteArray &text)
 {
     return "\x81" + QByteArray(1, char(0x80 | text.size())) + QByteArray(4, '\0') + text;
@@ -36,26 +36,26 @@ bool nothingElse(const QByteArray &)
     return false;
 }
 
-/// A node that misbehaves in this way.
+/// A node with this stream fault on its second connection.
 class Node : public SimulatedNode
 {
 public:
     explicit Node(const QByteArray &scenario)
     {
         start("start-delay=0 stop-delay=0 state=full txns=50-50 speed=20 stream=ok+" + scenario);
-        // The connection that this makes is the first one.
+        // waitUntilOpen() makes the first connection.
         if (!waitUntilOpen())
-            qFatal("The node does not open its port");
+            qFatal("The node did not open its port");
     }
 };
 
-/// A connection, its handshake asked for.
+/// A connection that has requested the handshake.
 class Connection : public RawClient
 {
 public:
     explicit Connection(const Node &node) : RawClient(node.streamPort()) { send(handshake); }
 
-    /// What comes behind the answer to the handshake, until there is so much.
+    /// Reads what follows the answer to the handshake until there are this many bytes.
     QByteArray readFrames(qsizetype size)
     {
         m_bytes += read([&](const QByteArray &more) { return framesIn(m_bytes + more) >= size; });
@@ -90,7 +90,7 @@ private slots:
     void answersInBinary();
     void isMute();
     void floods();
-    void oneAfterTheOther();
+    void faultsInSequence();
     void beginsLater();
     void endsInTime();
 };
@@ -215,7 +215,7 @@ void TestSimStreamFaults::floods()
     QCOMPARE(frames.at(4 + size), char(Frames::text));
 }
 
-void TestSimStreamFaults::oneAfterTheOther()
+void TestSimStreamFaults::faultsInSequence()
 {
     const Node node("drop+close-4000+ok");
     Connection dropped(node);

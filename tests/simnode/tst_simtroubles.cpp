@@ -12,7 +12,7 @@ using namespace tidewick::sim;
 namespace {
 
 constexpr double unreachableQuorum = 4'294'967'295;
-/// Nodes are launched at 2026-11-20 19:47:40 UTC.
+/// Nodes are started at 2026-11-20 19:47:40 UTC.
 const QString in60Days = QStringLiteral("2027-Jan-19 19:47:40.000000000 UTC");
 const QString in5Days = QStringLiteral("2026-Nov-25 19:47:40.000000000 UTC");
 const QString threeDaysAgo = QStringLiteral("2026-Nov-17 19:47:40.000000000 UTC");
@@ -34,7 +34,7 @@ QJsonObject info(const char *scenario, Seconds elapsed = Seconds(40))
     return result(scenario, "server_info", elapsed)[u"info"].toObject();
 }
 
-/// The shape of the member "info", without what is not imitated.
+/// The shape of the member "info", without the members that are not simulated.
 QStringList shapeOfInfo(QJsonObject info)
 {
     for (const char *member : {"network_id", "published_ledger", "initial_sync_duration_us"})
@@ -52,7 +52,7 @@ QList<int> warningIds(const QJsonObject &info)
 
 } // namespace
 
-/// What a node answers that is in trouble.
+/// Tests the answers of a node with problems.
 class TestSimTroubles : public QObject
 {
     Q_OBJECT
@@ -265,7 +265,7 @@ void TestSimTroubles::warningTexts()
 {
     const QJsonValue all = info("warnings=amendment-majority+other")[u"warnings"];
     const QJsonObject details = all[0][u"details"].toObject();
-    // 2026-11-29 19:47:40 UTC less 2000-01-01 00:00:00 UTC.
+    // 2026-11-29 19:47:40 UTC minus 2000-01-01 00:00:00 UTC.
     QCOMPARE(details[u"expected_date"].toInteger(), 849'296'860);
     QCOMPARE(details[u"expected_date_UTC"].toString(),
              QStringLiteral("2026-Nov-29 19:47:40.0000000 UTC"));
@@ -275,7 +275,7 @@ void TestSimTroubles::warningTexts()
 void TestSimTroubles::clockOffset_data()
 {
     QTest::addColumn<QByteArray>("offset");
-    // Below zero: absent.
+    // Negative if absent.
     QTest::addColumn<qint64>("told");
     const auto row = [](const char *offset, qint64 told) {
         QTest::newRow(offset) << QByteArray(offset) << told;
