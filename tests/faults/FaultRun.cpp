@@ -134,13 +134,13 @@ bool FaultRun::expectPolls(qsizetype times)
 {
     const qsizetype before = LaunchedApplication::noted("server_info");
     return expect(WatchedApplication::waitForNote("server_info", before + times),
-                  "the polls go on");
+                  "polling continues");
 }
 
 void FaultRun::expectToldToEnd(WatchedApplication &application)
 {
     if (!application.hasEnded())
-        expect(application.endsWell(), "the application ends when it is told to");
+        expect(application.endsWell(), "the application exits when asked to");
     for (const QByteArray &wrong : application.wrongs())
         expect(false, "for no longer than one poll: " + wrong);
 }

@@ -49,7 +49,7 @@ int tryRow(const Fault &fault, int &argc, char **argv)
         fault.trial(run);
         run.conclude();
     } catch (const std::exception &error) {
-        run.expect(false, QByteArray("no failure of the trial, unlike: ") + error.what());
+        run.expect(false, QByteArray("the trial throws nothing, unlike: ") + error.what());
     }
     if (!run.holds())
         std::fputs(run.details().constData(), stderr);

@@ -67,7 +67,7 @@ void comesAndGoes(FaultRun &run, const Trouble &trouble)
     run.saw(told.mid(told.indexOf(trouble.advice)).split('\n').first());
     ::kill(application.node().value(), SIGUSR1);
     run.expect(application.reaches(Phase::Full), "Full");
-    run.expect(tells(application, trouble.advice, false), "no advice any more");
+    run.expect(tells(application, trouble.advice, false), "the advice is withdrawn");
     run.expect(application.endsWell(), "it quits");
 }
 
@@ -76,10 +76,11 @@ void isSilent(FaultRun &run)
     WatchedApplication &application = run.launchInFull();
     const pid_t node = application.node().value();
     ::kill(node, SIGSTOP);
-    run.expect(tells(application, "has not answered for 30 seconds"), "that it does not answer");
+    run.expect(tells(application, "has not answered for 30 seconds"),
+               "advice about missing answers");
     run.saw(application.lastLine());
     ::kill(node, SIGCONT);
-    run.expect(tells(application, "not answered", false), "no advice any more");
+    run.expect(tells(application, "not answered", false), "the advice is withdrawn");
     run.expect(application.endsWell(), "it quits");
 }
 
@@ -88,9 +89,10 @@ void hasCompany(FaultRun &run)
     QTcpServer other;
     run.expect(other.listen(QHostAddress::LocalHost, NodePorts::peers), "a port");
     WatchedApplication &application = run.launchInFull();
-    run.expect(tells(application, "Another node runs on this computer"), "that there are two");
+    run.expect(tells(application, "Another node runs on this computer"),
+               "advice about another node");
     other.close();
-    run.expect(tells(application, "Another node", false), "no advice any more");
+    run.expect(tells(application, "Another node", false), "the advice is withdrawn");
     run.saw("told, and taken back when the other was gone");
     run.expect(application.endsWell(), "it quits");
 }

@@ -80,7 +80,7 @@ void isKilled(FaultRun &run, const Moment &moment)
     WatchedApplication &application = launchInto(run, moment);
     const auto node = application.node();
     application.send(SIGKILL);
-    run.expect(application.process().waitForEnd(), "its end");
+    run.expect(application.process().waitForEnd(), "the program ends");
     if (node)
         expectNodeGone(run, *node);
     else
@@ -107,7 +107,7 @@ void isLaunchedAgain(FaultRun &run, const Moment &moment)
             ::kill(*node, SIGCONT);
         return;
     }
-    run.expect(first.phase() == moment.phase && first.node() == node, "the first as it was");
+    run.expect(first.phase() == moment.phase && first.node() == node, "the first is unchanged");
     run.expect(first.endsWell(), "it quits");
     expectNodeClosed(run, moment);
 }
@@ -118,15 +118,15 @@ void isKilledAndLaunchedAtOnce(FaultRun &run)
     WatchedApplication &first = run.launchInFull("stop-delay=2");
     const auto node = first.node();
     first.send(SIGKILL);
-    run.expect(first.process().waitForEnd(), "its end");
+    run.expect(first.process().waitForEnd(), "the program ends");
     WatchedApplication &second = run.launch("state=full");
     bool bothRun = false;
     run.expect(waitUntil([&] {
                    bothRun |= second.node() && node && runs(*node);
                    return second.phase() == Phase::Full;
                }),
-               "Full without any hand, unlike: " + second.lastLine());
-    run.expect(!bothRun, "never two nodes on one store");
+               "Full without help, unlike: " + second.lastLine());
+    run.expect(!bothRun, "never two nodes on the same store");
     run.saw(second.lastLine());
 }
 
@@ -136,12 +136,12 @@ void isKilledBeforeADeafNode(FaultRun &run)
     WatchedApplication &application = run.launchInFull("sigterm=ignore");
     const auto node = application.node();
     application.send(SIGKILL);
-    run.expect(application.process().waitForEnd(), "its end");
+    run.expect(application.process().waitForEnd(), "the program ends");
     QElapsedTimer timer;
     timer.start();
     while (node && runs(*node) && !timer.hasExpired(120'000))
         waitUntil([&] { return !runs(*node); });
-    run.expect(timer.elapsed() >= 89'000, "time for the node to close its store");
+    run.expect(timer.elapsed() >= 89'000, "the node has time to close its store");
     run.saw("no node after " + QByteArray::number(timer.elapsed() / 1000) + " s");
 }
 
@@ -161,7 +161,7 @@ void smokeIsKilled(FaultRun &run)
                }),
                "its node");
     smoke.send(SIGKILL);
-    run.expect(smoke.waitForEnd(), "its end");
+    run.expect(smoke.waitForEnd(), "the program ends");
     run.expectNothingLeft();
     run.expect(contentOf(log).contains("Done."), "the node has closed its store");
     const Outcome next = run.smoke("state=full");
@@ -178,7 +178,7 @@ void losesItsWatch(FaultRun &run)
         if (process != application.id() && process != application.node())
             killed += ::kill(process, SIGKILL) == 0 ? 1 : 0;
     }
-    run.expect(killed == 1, "one watch, unlike " + QByteArray::number(killed));
+    run.expect(killed == 1, "one watchdog process, unlike " + QByteArray::number(killed));
     run.expect(application.stays(Phase::Full, 3s), "Full all along");
     run.expect(application.endsWell(), "it quits");
     run.saw(application.lastLine());
@@ -203,7 +203,7 @@ void isHalted(FaultRun &run)
     const auto node = application.node();
     application.send(SIGSTOP);
     ::kill(*node, SIGUSR1);
-    run.expect(waitUntil([&] { return !runs(*node); }), "the end of the node");
+    run.expect(waitUntil([&] { return !runs(*node); }), "the node ends");
     application.send(SIGCONT);
     run.expect(application.reaches(Phase::Error), "Error");
     run.saw(application.lastLine());
@@ -216,7 +216,7 @@ void losesItsDisplay(FaultRun &run)
     run.expectNoted("server_info");
     const auto node = application.node();
     display->process().send(SIGKILL);
-    run.expect(application.process().waitForEnd(), "its end");
+    run.expect(application.process().waitForEnd(), "the program ends");
     if (run.expect(node.has_value(), "there was a node"))
         expectNodeGone(run, *node);
     run.expect(LaunchedApplication::noted("Done.") == 1, "the node has closed its store");
@@ -227,7 +227,7 @@ void losesTheBus(FaultRun &run)
     SessionBus bus;
     WatchedApplication &application = run.launchInFull();
     bus.process().send(SIGKILL);
-    run.expect(bus.process().waitForEnd(), "the end of the bus");
+    run.expect(bus.process().waitForEnd(), "the bus ends");
     run.expectPolls();
     run.expect(application.phase() == Phase::Full, "Full all along");
     run.expect(application.endsWell(), "it quits");
@@ -280,9 +280,9 @@ void losesTheTray(FaultRun &run)
     };
     run.expect(isInTrayAs("Full"), "Full in the tray");
     panel->process().send(SIGKILL);
-    run.expect(panel->process().waitForEnd(), "the end of the tray");
+    run.expect(panel->process().waitForEnd(), "the tray ends");
     run.expect(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }),
-               "the node panel meanwhile");
+               "the node panel in the meantime");
     panel = std::make_unique<DesktopPanel>();
     run.expect(isInTrayAs("Full"), "Full in the tray again");
     run.expect(waitUntil([] { return !isWindowShown(QStringLiteral("Tidewick")); }),

@@ -58,7 +58,7 @@ void endsBeforeListening(FaultRun &run, const Ending &ending)
     WatchedApplication &application = run.launch("lines=2 " + ending.scenario);
     expectError(run, application, ending.told);
     run.expect(waitUntil([&] { return application.output().contains("\nline 2\n"); }),
-               "what the node printed last");
+               "the node's last output");
     run.expect(application.endsWell(), "it quits");
     expectSmokeFails(run, ending.scenario, ending.told);
 }
@@ -164,17 +164,17 @@ void isKilledInTheEnd(FaultRun &run, const QByteArray &scenario, bool isHalted)
     bool isAnswered = false;
     noteWhenStopped(rig.node(), isAnswered);
     rig.clock().advance(90s - 1ns);
-    run.expect(rig.status().hasProcess && !isAnswered, "patience until then");
+    run.expect(rig.status().hasProcess && !isAnswered, "the node is not killed earlier");
     rig.clock().advance(1ns);
-    run.expect(rig.waitUntil([&] { return !rig.status().hasProcess; }), "the end of the node");
-    run.expect(isAnswered && rig.status().phase == Phase::Stopped, "an answer to who waits");
+    run.expect(rig.waitUntil([&] { return !rig.status().hasProcess; }), "the node ends");
+    run.expect(isAnswered && rig.status().phase == Phase::Stopped, "the waiter is resumed");
     run.expect(!runs(node), "no node");
     run.expectNothingLeft();
 
     rig.setScenario("speed=50 state=full");
     run.expect(rig.startUntil(Phase::Full), "a new start");
     rig.node().stop();
-    run.expect(rig.waitForPhase(Phase::Stopped), "a stop as usual");
+    run.expect(rig.waitForPhase(Phase::Stopped), "a normal stop");
     run.saw("killed by the clock");
 }
 
@@ -190,7 +190,7 @@ void leavesAGrandchild(FaultRun &run)
     signalNode(run, application, SIGUSR1);
     expectError(run, application, "exit status 1");
     run.expect(application.endsWell(), "it quits");
-    run.expect(runs(grandchild), "the grandchild is let be");
+    run.expect(runs(grandchild), "the grandchild is left alone");
 }
 
 /// Whether the process is stopped by a signal, and not a zombie.
@@ -246,7 +246,7 @@ void closesItsOutput(FaultRun &run)
     signalNode(run, application, SIGUSR1);
     expectError(run, application, "exit status 1");
     run.expect(waitUntil([&] { return application.output().contains("\nline 3\n"); }),
-               "what the node printed last");
+               "the node's last output");
 }
 
 void floodsTheLog(FaultRun &run)
@@ -258,11 +258,11 @@ void floodsTheLog(FaultRun &run)
     const auto before = ProcessMemory::of(application.id());
     const NodeLog log(applicationData());
     const auto size = [&] { return static_cast<qint64>(std::filesystem::file_size(log.path())); };
-    run.expect(waitUntil([&] { return size() >= flood; }), "all of it is in the log");
+    run.expect(waitUntil([&] { return size() >= flood; }), "the whole output is in the log");
     signalNode(run, application, SIGUSR1);
     expectError(run, application, "exit status 1");
     run.expect(waitUntil([&] { return application.output().contains("output line 1499999.."); }),
-               "what the node printed last");
+               "the node's last output");
     const auto after = ProcessMemory::of(application.id());
     if (run.expect(before && after, "memory figures")) {
         const qint64 grown = after->peakFootprint - before->footprint;

@@ -70,7 +70,7 @@ void expectQuestions(FaultRun &run, WatchedApplication &application,
                      const Misbehaviour &misbehaviour, Phase phase)
 {
     if (misbehaviour.kind == "unread")
-        run.expect(application.stays(phase, 7s), "the phase as it was");
+        run.expect(application.stays(phase, 7s), "the phase is unchanged");
     else
         run.expectPolls();
 }
@@ -147,7 +147,7 @@ void answersTheNextRun(FaultRun &run)
                 question = connection;
         },
         NodePorts::rpc);
-    run.expect(waitUntil([&] { return !question.isNull(); }), "a question of the first run");
+    run.expect(waitUntil([&] { return !question.isNull(); }), "a request of the first run");
     const auto first = application.node();
     run.expect(reader.click(QStringLiteral("Stop Node")), "a stop");
     run.expect(comesTo("Stopped"), "Stopped");
@@ -162,7 +162,7 @@ void answersTheNextRun(FaultRun &run)
     }
     run.saw(isStillOpen ? "answered in the second run" : "the question was closed by then");
     run.expect(!QTest::qWaitFor([&] { return title() != QString::fromUtf8("Starting…"); }, 4000),
-               "Starting, whatever the first run is told");
+               "Starting, despite the answer to the first run");
     run.expect(application.endsWell(), "it quits");
 }
 

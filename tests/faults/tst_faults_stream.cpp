@@ -67,8 +67,8 @@ void expectAtWork(FaultRun &run, LiveDesktop &desktop)
 {
     const qsizetype polls = LaunchedApplication::noted("server_info");
     run.expect(desktop.answersALaunch(), "a second launch is answered");
-    run.expect(WatchedApplication::waitForNote("server_info", polls + 2), "the polls go on");
-    run.expect(desktop.phase() == QLatin1String("Full"), "it tells Full");
+    run.expect(WatchedApplication::waitForNote("server_info", polls + 2), "polling continues");
+    run.expect(desktop.phase() == QLatin1String("Full"), "it shows Full");
 }
 
 void expectBack(FaultRun &run, LiveDesktop &desktop, int detailBefore)
@@ -78,7 +78,7 @@ void expectBack(FaultRun &run, LiveDesktop &desktop, int detailBefore)
     run.expect(work < mostWorkAfter, "little work afterwards, unlike "
                                          + QByteArray::number(work.count()) + " ms in a second");
     run.expect(LiveDesktop::detail() > detailBefore * 7 / 10, "the lists are still there");
-    run.expect(desktop.phase() == QLatin1String("Full"), "it tells Full afterwards");
+    run.expect(desktop.phase() == QLatin1String("Full"), "it shows Full afterwards");
     const double memory = desktop.peakMemory();
     run.expect(PeakMemory::hasSanitizer || (memory > 0 && memory < mostMemory), "bounded memory");
     run.saw("answered, polled, back again; " + amountNoted() + "; at most "

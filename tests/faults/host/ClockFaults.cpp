@@ -63,9 +63,9 @@ void tryTurned(FaultRun &run, std::chrono::seconds turn)
     WatchedApplication &application = run.launch("state=full", variables);
     run.expect(application.reaches(Phase::Full), "Full");
     writeFile(file, QByteArray::number(qint64{turn.count()}));
-    run.expect(yearTold(variables) != before, "another year");
+    run.expect(yearTold(variables) != before, "a different year");
     run.expectPolls(6);
-    run.expect(application.reaches(Phase::Full), "Full all the time");
+    run.expect(application.reaches(Phase::Full), "Full throughout");
     run.expect(application.endsWell(), "the application ends with 0");
     run.expect(run.smoke("state=full", variables).status == 0, "--smoke gives 0");
     run.saw("from " + before + " to " + yearTold(variables) + ": " + application.lastLine());
@@ -96,10 +96,10 @@ void tryAsleepInFull(FaultRun &run)
     const qsizetype polls = rig.noted("server_info");
     rig.clock().sleep(8h);
     run.expect(rig.waitUntil([&] { return rig.noted("server_info") > polls; }),
-               "to ask at once on waking");
+               "a poll at once on waking");
     run.expect(rig.runUntil([&] { return rig.noted("server_info") > polls + 11; }),
-               "to go on asking");
-    run.expect(rig.status().phase == Phase::Full, "no limit to be met");
+               "polling to continue");
+    run.expect(rig.status().phase == Phase::Full, "no limit to be reached");
     run.saw("after 8 h asleep: Full, time left "
             + rig.status().timeLeft.value_or(QString()).toUtf8());
     expectStops(run, rig);

@@ -46,7 +46,7 @@ void tryUnreadable(FaultRun &run, fs::perms mode)
     fs::permissions(settings(), mode);
     expectUsualGrowth(run);
     const Outcome write = runProgram(DefaultsWriter::spec("another", 1));
-    run.expect(!write.signaled && write.status == 1, "a choice not to be stored, and to tell so");
+    run.expect(!write.signaled && write.status == 1, "the choice to be refused with exit status 1");
     fs::permissions(settings(), fs::perms::owner_read | fs::perms::owner_write);
     run.expect(contentOf(settings()) == before, "the file to be left as it was");
     run.saw("came up with the usual values; a choice was refused; the file is as it was");
@@ -59,7 +59,7 @@ void tryFolderInItsPlace(FaultRun &run)
     fs::create_directory(settings());
     expectUsualGrowth(run);
     run.expect(runProgram(DefaultsWriter::spec("another", 1)).status == 1,
-               "a choice not to be stored, and to tell so");
+               "the choice to be refused with exit status 1");
     run.expect(fs::is_directory(settings()), "the folder to be left alone");
     fs::remove_all(settings());
     fs::rename(aside, settings());

@@ -123,7 +123,8 @@ void tryGuarded(FaultRun &run)
 
 void tryFullAtConfiguration(FaultRun &run, SmallDisk &disk)
 {
-    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a good start");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0,
+               "a configuration to begin with");
     const QByteArray before = contentOf(applicationData() / "xrpld.cfg");
     disk.fillUpTo(0);
     expectRefused(run, "xrpld.cfg: No space left on device");
@@ -132,7 +133,7 @@ void tryFullAtConfiguration(FaultRun &run, SmallDisk &disk)
                "--render-config gives 1");
     run.expect(contentOf(applicationData() / "xrpld.cfg") == before, "the configuration kept");
     run.expect(namesIn(applicationData()) == std::set<std::string>{"xrpld.cfg", "validators.txt"},
-               "no scraps to be left");
+               "no temporary files to be left");
 }
 
 void tryFullAtValidators(FaultRun &run, SmallDisk &disk)
@@ -143,7 +144,7 @@ void tryFullAtValidators(FaultRun &run, SmallDisk &disk)
     // "--smoke" would need space for its own folder.
     expectError(run, run.launch("state=full"), "validators.txt: No space left on device");
     run.expect(namesIn(applicationData()) == std::set<std::string>{"xrpld.cfg"},
-               "a configuration and no scraps");
+               "a configuration and no temporary files");
 }
 
 void tryFullAtLog(FaultRun &run, SmallDisk &disk)

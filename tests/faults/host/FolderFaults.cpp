@@ -21,7 +21,8 @@ fs::path configuration()
 void tryUnwritable(FaultRun &run, const std::function<bool()> &begin,
                    const std::function<void()> &end, const QByteArray &reason)
 {
-    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a good start");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0,
+               "a configuration to begin with");
     const QByteArray before = contentOf(configuration());
     if (!begin())
         return;
@@ -30,7 +31,7 @@ void tryUnwritable(FaultRun &run, const std::function<bool()> &begin,
     run.expect(render.status == 1 && render.output.isEmpty()
                    && render.error.startsWith("render failed: ") && render.error.contains(reason),
                "--render-config to give 1 and the reason, unlike: " + render.error);
-    run.expect(contentOf(configuration()) == before, "the configuration to be as before");
+    run.expect(contentOf(configuration()) == before, "the configuration to be unchanged");
     end();
 }
 
@@ -70,7 +71,7 @@ void tryReadOnlyVolume(FaultRun &run)
     tryUnwritable(run, begin, end, "Read-only file system");
 }
 
-/// A node that keeps writing and does not rename its files.
+/// A node that writes more often than usual and does not rename its files.
 const QByteArray quietNode = "state=full ledger-interval=50";
 
 /// The log of a node whose log file was removed while it was running.
@@ -93,7 +94,7 @@ void expectGoesOn(FaultRun &run, WatchedApplication &application)
         return;
     const auto polls = [&] { return removedLog(*node).count("server_info"); };
     const qsizetype before = polls();
-    run.expect(waitUntil([&] { return polls() > before + 1; }), "the polls go on");
+    run.expect(waitUntil([&] { return polls() > before + 1; }), "polling continues");
     run.expect(application.phase() == Phase::Full, "Full");
     run.saw("goes on: " + application.lastLine());
     run.expect(application.endsWell(), "the application ends with 0");
@@ -107,7 +108,7 @@ void tryRemoved(FaultRun &run)
     fs::remove_all(applicationData());
     expectGoesOn(run, application);
     expectComesUp(run, "without the folder");
-    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a folder anew");
+    run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a new folder");
     run.saw("the next start makes it anew");
 }
 
@@ -121,7 +122,7 @@ void tryReplaced(FaultRun &run)
     expectGoesOn(run, application);
 
     expectError(run, run.launch("state=full"), "Not a directory");
-    run.expect(run.smoke("state=full").status == 0, "--smoke, which has a folder of its own");
+    run.expect(run.smoke("state=full").status == 0, "--smoke passes, as it uses a separate folder");
     const Outcome render = runMode(run, {"--render-config", applicationData()});
     run.expect(render.status == 1 && render.error.contains("Not a directory"),
                "--render-config gives 1");

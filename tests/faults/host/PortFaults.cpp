@@ -17,7 +17,7 @@ class TakenPort
 public:
     TakenPort(FaultRun &run, quint16 port)
     {
-        run.expect(m_server.listen(QHostAddress::LocalHost, port), "the port to take");
+        run.expect(m_server.listen(QHostAddress::LocalHost, port), "the port to be free");
     }
 
 private:
@@ -56,7 +56,7 @@ void takeUnderSmoke(FaultRun &run, quint16 port)
     run.expect(smoke.waitForEnd() && !smoke.ending()->signaled && smoke.ending()->status == 1,
                "smoke to end with 1");
     run.expect(smoke.output().contains(refusal) && smoke.output().contains("cannot open"),
-               "smoke to show the node's own words, unlike: " + smoke.output());
+               "smoke to show the node's output, unlike: " + smoke.output());
     run.saw("--smoke: 1, with the node's own words");
 }
 
