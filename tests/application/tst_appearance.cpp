@@ -75,7 +75,7 @@ private:
     QSet<std::pair<QString, QString>> m_asked;
 };
 
-/// Tests that colors and motion follow the desktop's settings.
+/// Tests that colours and motion follow the desktop's settings.
 class TestAppearance : public QObject
 {
     Q_OBJECT

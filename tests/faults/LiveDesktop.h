@@ -29,7 +29,7 @@ public:
     /// Whether the application answers a second launch.
     bool answersALaunch();
 
-    /// How much the ledger window displays: the number of color changes per thousand pixels.
+    /// How much the ledger window displays: the number of colour changes per thousand pixels.
     /// Without bars and rows it is low.
     static int detail();
 

@@ -86,7 +86,7 @@ void TestValidatorsFile::present()
     QCOMPARE(ValidatorsFile::read(), std::optional(content));
 }
 
-/// An existing file is never skipped in favor of the bundle's.
+/// An existing file is never skipped in favour of the bundle's.
 void TestValidatorsFile::cannotBeRead()
 {
     const fs::path file = ValidatorsFile::path();

@@ -165,7 +165,7 @@ void TestPackage::containsNoTraceOfTheBuild()
         "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 123][0-9] 20[0-9][0-9]"));
     const auto files = filesBelow(m_unpacked);
     QVERIFY(files.size() > 20);
-    // Includes the neighboring characters, since "/tidewick" alone would match anywhere.
+    // Includes the neighbouring characters, since "/tidewick" alone would match anywhere.
     static const QRegularExpression sources(
         QStringLiteral("(?<![\\w/])") + QRegularExpression::escape(QStringLiteral(TIDEWICK_SOURCE))
         + QStringLiteral("/"));
