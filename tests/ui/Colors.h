@@ -9,7 +9,7 @@
 
 namespace tidewick {
 
-/// What is seen of a colour on that ground.
+/// The colour that results from painting `color` over an opaque `ground`.
 inline QColor over(const QColor &color, const QColor &ground)
 {
     const auto mixed = [&color](float above, float below) {
@@ -20,7 +20,7 @@ inline QColor over(const QColor &color, const QColor &ground)
                             mixed(color.blueF(), ground.blueF()));
 }
 
-/// The relative luminance of the accessibility guidelines for web content.
+/// The relative luminance as the Web Content Accessibility Guidelines define it.
 inline double luminance(const QColor &color)
 {
     const auto linear = [](double part) {
@@ -36,14 +36,15 @@ inline double contrast(const QColor &one, const QColor &other)
     return (more + 0.05) / (less + 0.05);
 }
 
-/// How far two colours are apart; drawn ones may be off by a little.
+/// The sum of the differences in red, green and blue. Drawn colours may be off by a little.
 inline int distance(const QColor &one, const QColor &other)
 {
     return std::abs(one.red() - other.red()) + std::abs(one.green() - other.green())
            + std::abs(one.blue() - other.blue());
 }
 
-/// The colour of a text: of all points the furthest from the ground.
+/// The colour of a text: the pixel colour that differs most from the background, which is the
+/// first pixel's.
 inline QColor inkColor(const QImage &picture)
 {
     const QColor ground = picture.pixelColor(0, 0);

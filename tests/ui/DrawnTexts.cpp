@@ -19,7 +19,7 @@ QRectF outlineOf(const QFont &font, const QString &text)
     return letters.boundingRect();
 }
 
-/// By outlines, but as wide as it is drawn: letters that are hinted stand elsewhere.
+/// Measured from the glyph outlines, but as wide as the text is drawn, since hinting moves glyphs.
 QRectF inkOf(const QTextItem &item)
 {
     const QString last = item.text().right(1);
@@ -31,7 +31,7 @@ QRectF inkOf(const QTextItem &item)
     return ink;
 }
 
-/// Takes note of texts and lets everything else go.
+/// Records texts and ignores everything else.
 class TextEngine final : public QPaintEngine
 {
 public:
@@ -124,7 +124,7 @@ QStringList drawnLines(QWidget &widget)
 
 namespace {
 
-/// Hinting moves the edges of letters a little.
+/// Hinting moves the edges of glyphs a little.
 constexpr double tolerance = 0.5;
 
 bool isCut(const QString &text)
@@ -133,7 +133,8 @@ bool isCut(const QString &text)
            && text != u"Waiting for transactions…";
 }
 
-/// What of a text may lie in its widget. In one that scrolls, texts go on beyond the lower edge.
+/// The area of a widget that its texts have to stay within. In a scroll area, texts may continue
+/// beyond the lower edge.
 QRectF roomIn(const QWidget &widget)
 {
     constexpr int farAway = 1 << 20;

@@ -10,23 +10,24 @@ class QWidget;
 
 namespace tidewick {
 
-/// A text as a widget draws it, elided or not, the place that its letters take there, and what of
-/// that they colour. Some fonts have letters that are higher than their lines.
+/// A text as a widget draws it, possibly elided.
 struct DrawnText
 {
     QString text;
+    /// The line box.
     QRectF rect;
+    /// What the glyphs cover. In some fonts, glyphs are taller than their lines.
     QRectF ink;
 };
 
-/// What a widget draws itself, without its children, in the order in which it does.
+/// The texts that a widget itself draws, without its children, in drawing order.
 QList<DrawnText> drawnTexts(QWidget &widget);
 
-/// The same, the texts alone.
+/// The same, as plain strings.
 QStringList drawnLines(QWidget &widget);
 
-/// What is wrong with the texts that a window shows, and with the places of its parts: texts cut,
-/// outside of what shows them, or one on another; empty where all is well.
+/// Describes each text of the window that is elided, reaches outside its widget or overlaps another
+/// text. Empty if there are none.
 QStringList textFlaws(QWidget &window);
 
 } // namespace tidewick

@@ -11,28 +11,28 @@
 
 namespace tidewick {
 
-/// Shows a window and waits until it has the keyboard.
+/// Shows a window and waits until it is active.
 void showActive(QWidget &window);
 
-/// The texts that a window shows, from top to bottom and each line from its beginning.
+/// The texts that a window shows, from top to bottom and, within a line, from left to right.
 QStringList shownTexts(const QWidget &window);
 
-/// The window's button of that name; the test fails where there is none.
+/// The window's button with that text. Aborts the test if there is none.
 QAbstractButton *button(const QWidget &window, const char *name);
 
-/// A node, and a settings window on the screen, active, with what it asks of the desktop.
+/// A node with an active settings window on the screen, and what the window asks of the desktop.
 class SettingsRig
 {
 public:
     enum Question { AfterFull, HardCap, DiskGuard, RoundGrowth };
 
-    /// The settings begin as this; empty: none is stored.
+    /// `settings` is the initial content of the settings file; if empty, nothing is stored.
     explicit SettingsRig(const QByteArray &settings = {});
 
     Picker *picker(Question question) const;
     QStringList entries(Question question) const;
     void key(Qt::Key key) const;
-    /// A write by another program.
+    /// Writes the settings file as another program would.
     void writeSettings(const QByteArray &settings) const;
     QByteArray storedSettings() const { return contentOf(defaults.file()); }
 

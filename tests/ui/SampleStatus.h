@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// A node in sync.
+/// The status of a node in sync.
 inline NodeStatus sampleStatus()
 {
     NodeStatus status;

@@ -50,7 +50,7 @@ QFont testFont(const char *kind, qreal points)
 {
     QFont font(familyOf(kind));
     font.setPointSizeF(points);
-    // DejaVu Sans alone is the usual font; its bold face is wider than any usual one.
+    // Regular DejaVu Sans is the usual font; its bold face is unusually wide.
     font.setBold(qstrcmp(kind, "wide") == 0);
     return font;
 }

@@ -7,23 +7,23 @@
 
 namespace tidewick {
 
-/// A font that differs from the usual ones in one way, out of a package that the tests need.
+/// A font that is unusual in one way, from a package that the tests depend on.
 struct TestFont
 {
     const char *kind;
     const char *package;
-    /// Wherever below /usr/share/fonts a release of Debian has it.
+    /// Looked up below /usr/share/fonts, because releases of Debian keep it in different folders.
     const char *file;
 };
 
-/// Wide; tall, its lines being nearly twice as high as its size; narrow.
+/// A wide font, a tall one whose lines are nearly twice as high as its size, and a narrow one.
 inline constexpr TestFont testFonts[] = {
     {"wide", "fonts-dejavu-core", "DejaVuSans-Bold.ttf"},
     {"tall", "fonts-hosny-amiri", "Amiri-Regular.ttf"},
     {"narrow", "fonts-yanone-kaffeesatz", "YanoneKaffeesatz-Regular.otf"},
 };
 
-/// The font of that kind in that size; the test fails where its file is missing.
+/// Returns the font of that kind at that size. Aborts the test if its file is missing.
 QFont testFont(const char *kind, qreal points);
 
 /// Adds the columns "kind" and "points", and a row for every font in every size.

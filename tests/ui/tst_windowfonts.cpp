@@ -15,7 +15,7 @@
 
 using namespace tidewick;
 
-/// Every window in fonts unlike the usual one: all of its texts are to be read.
+/// Every window with unusual fonts: all texts stay readable.
 class TestWindowFonts : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ class TestWindowFonts : public QObject
 private slots:
     void cleanup() { QApplication::setFont(m_usual); }
 
-    void seesTextsThatAreCut();
+    void detectsFlaws();
     void nodePanel_data() { addTestFonts(); }
     void nodePanel();
     void settings_data() { addTestFonts(); }
@@ -32,8 +32,8 @@ private slots:
     void about();
     void ledger_data() { addTestFonts(); }
     void ledger();
-    void leastLedger_data() { addTestFonts(); }
-    void leastLedger();
+    void ledgerAtMinimumSize_data() { addTestFonts(); }
+    void ledgerAtMinimumSize();
     void errorAlert_data() { addTestFonts(); }
     void errorAlert();
 
@@ -45,7 +45,7 @@ private:
 
 namespace {
 
-/// With letters that reach as far up and down as any.
+/// Has glyphs that reach as far up and down as any.
 const QString highAndLow = QStringLiteral("Ägypten, gj ÅÇ");
 
 QString flawsOf(QWidget &window)
@@ -63,8 +63,8 @@ void TestWindowFonts::useTestFont()
     QApplication::setFont(testFont(kind, points));
 }
 
-/// The measure of the others.
-void TestWindowFonts::seesTextsThatAreCut()
+/// Checks the check that the other tests rely on.
+void TestWindowFonts::detectsFlaws()
 {
     const QString text = QStringLiteral("Readings");
     QWidget window;
@@ -123,7 +123,7 @@ void TestWindowFonts::ledger()
     QCOMPARE(flawsOf(rig.window), QString());
 }
 
-void TestWindowFonts::leastLedger()
+void TestWindowFonts::ledgerAtMinimumSize()
 {
     useTestFont();
     LedgerRig rig({10, 10});

@@ -22,12 +22,12 @@ private slots:
     void openOnce_data();
     void openOnce();
     void comeBackFromMinimised();
-    void tellTheVersionThatRuns();
-    void openAnewAfterClosing();
-    void closeByTheUsualKey();
-    void ledgerHasItsSize();
+    void showTheRunningVersion();
+    void openAgainAfterClosing();
+    void closeByTheStandardKey();
+    void ledgerHasItsInitialSize();
     void followLightAndDark();
-    void closingTheLastIsNoEnd();
+    void closingTheLastDoesNotQuit();
 
 private:
     std::unique_ptr<NodeRig> m_rig;
@@ -94,7 +94,7 @@ void TestWindows::comeBackFromMinimised()
     QVERIFY(!window->isMinimized());
 }
 
-void TestWindows::tellTheVersionThatRuns()
+void TestWindows::showTheRunningVersion()
 {
     const std::filesystem::path contents = Bundle::main().path() / "Contents";
     std::filesystem::create_directories(contents);
@@ -107,7 +107,7 @@ void TestWindows::tellTheVersionThatRuns()
     QVERIFY2(!texts.join(u'\n').contains(QLatin1String("99.0.0")), qPrintable(texts.join(u'\n')));
 }
 
-void TestWindows::openAnewAfterClosing()
+void TestWindows::openAgainAfterClosing()
 {
     m_windows->open(QStringLiteral("about"));
     const QPointer<QWidget> window = m_windows->window(QStringLiteral("about"));
@@ -118,7 +118,7 @@ void TestWindows::openAnewAfterClosing()
     QVERIFY(m_windows->window(QStringLiteral("about"))->isVisible());
 }
 
-void TestWindows::closeByTheUsualKey()
+void TestWindows::closeByTheStandardKey()
 {
     for (const char *name : {"settings", "ledger", "about"}) {
         const QString identifier = QString::fromLatin1(name);
@@ -129,7 +129,7 @@ void TestWindows::closeByTheUsualKey()
     }
 }
 
-void TestWindows::ledgerHasItsSize()
+void TestWindows::ledgerHasItsInitialSize()
 {
     m_windows->open(QStringLiteral("ledger"));
     QCOMPARE(m_windows->window(QStringLiteral("ledger"))->size(), QSize(800, 780));
@@ -159,7 +159,7 @@ void TestWindows::followLightAndDark()
     QApplication::setPalette(before);
 }
 
-void TestWindows::closingTheLastIsNoEnd()
+void TestWindows::closingTheLastDoesNotQuit()
 {
     QApplication::setQuitOnLastWindowClosed(false);
     const QSignalSpy ends(qApp, &QCoreApplication::aboutToQuit);

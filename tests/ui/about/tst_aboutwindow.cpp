@@ -23,24 +23,24 @@ class TestAboutWindow : public QObject
 private slots:
     void cleanup() { QApplication::setWindowIcon({}); }
     void showsItsTexts();
-    void tellsOfAnotherStore();
-    void tellsOfTheUsersValidators();
-    void tellsTheVersions();
+    void describesAnotherStore();
+    void namesTheUsersValidatorsFile();
+    void showsTheVersions();
     void followsTheNode();
     void showsTheIcon();
-    void doesWithoutAnIcon();
+    void worksWithoutAnIcon();
     void opensAndClosesTheDetails();
-    void detailsByKeyboard();
+    void togglesTheDetailsByKeyboard();
     void selectsByMouse();
     void selectsByKeyboard();
-    void showsTheDescriptionAsItStands();
-    void describesNothing();
+    void showsTheDescriptionVerbatim();
+    void showsAnEmptyDescription();
     void escapeCloses();
 };
 
 namespace {
 
-/// A node that is not started and an about window on the screen, active.
+/// A node that has not been started, and an active About window on the screen.
 class AboutRig
 {
 public:
@@ -95,7 +95,7 @@ void TestAboutWindow::showsItsTexts()
     QVERIFY(!rig.disclosure()->isChecked());
 }
 
-void TestAboutWindow::tellsOfAnotherStore()
+void TestAboutWindow::describesAnotherStore()
 {
     const AboutRig rig("compiler=GNU 12\nstore=NuDB\n");
     const QString texts = shownTexts(*rig.window).join(u'\n');
@@ -103,7 +103,7 @@ void TestAboutWindow::tellsOfAnotherStore()
     QVERIFY2(!texts.contains(QLatin1String("Mossgrid")), qPrintable(texts));
 }
 
-void TestAboutWindow::tellsOfTheUsersValidators()
+void TestAboutWindow::namesTheUsersValidatorsFile()
 {
     const std::filesystem::path file = ValidatorsFile::path();
     std::filesystem::create_directories(file.parent_path());
@@ -114,7 +114,7 @@ void TestAboutWindow::tellsOfTheUsersValidators()
              QStringLiteral("compiler=GNU 12\nvalidators=%1").arg(Files::display(file)));
 }
 
-void TestAboutWindow::tellsTheVersions()
+void TestAboutWindow::showsTheVersions()
 {
     AboutRig rig;
     writeFile(rig.node.bundle().path() / "Contents" / "Info.plist",
@@ -142,7 +142,7 @@ void TestAboutWindow::followsTheNode()
 
 void TestAboutWindow::showsTheIcon()
 {
-    // With empty space around it, as icons have it.
+    // Surrounded by empty space, as icons usually are.
     QPixmap picture(256, 256);
     picture.fill(Qt::transparent);
     QPainter(&picture).fillRect(32, 32, 192, 192, Qt::red);
@@ -156,7 +156,7 @@ void TestAboutWindow::showsTheIcon()
     QCOMPARE(drawn.pixelColor(62, 62), QColor(Qt::red));
 }
 
-void TestAboutWindow::doesWithoutAnIcon()
+void TestAboutWindow::worksWithoutAnIcon()
 {
     AboutRig rig;
     QVERIFY(!rig.window->findChild<AppIcon *>());
@@ -170,7 +170,7 @@ void TestAboutWindow::opensAndClosesTheDetails()
     QTest::mouseClick(rig.disclosure(), Qt::LeftButton);
     QVERIFY(rig.details()->isVisible());
     QVERIFY(rig.window->height() > height + 20);
-    // All of it, in the window.
+    // The window shows them completely.
     const QRect place(rig.details()->mapTo(rig.window.get(), QPoint()), rig.details()->size());
     QVERIFY(rig.window->rect().contains(place));
     QCOMPARE(rig.details()->height(), rig.details()->heightForWidth(rig.details()->width()));
@@ -179,7 +179,7 @@ void TestAboutWindow::opensAndClosesTheDetails()
     QCOMPARE(rig.window->height(), height);
 }
 
-void TestAboutWindow::detailsByKeyboard()
+void TestAboutWindow::togglesTheDetailsByKeyboard()
 {
     AboutRig rig;
     rig.key(Qt::Key_Tab);
@@ -226,26 +226,26 @@ void TestAboutWindow::selectsByKeyboard()
     rig.key(Qt::Key_C, Qt::ControlModifier);
     QCOMPARE(QApplication::clipboard()->text(),
              QStringLiteral("compiler=GNU 12\nxrpld_version=2.4.0"));
-    // It is not for writing in, and Tab leads out of it.
+    // The text is read-only, and Tab moves the focus out of it.
     rig.key(Qt::Key_X);
     QCOMPARE(rig.details()->toPlainText(), QStringLiteral("compiler=GNU 12\nxrpld_version=2.4.0"));
     rig.key(Qt::Key_Tab);
     QCOMPARE(rig.window->focusWidget(), rig.disclosure());
 }
 
-void TestAboutWindow::showsTheDescriptionAsItStands()
+void TestAboutWindow::showsTheDescriptionVerbatim()
 {
     const QByteArray text = "<b>not bold</b>\n\n  a = b  \n" + QByteArray(200, 'w');
     AboutRig rig(text + '\n');
     rig.disclosure()->click();
     QCOMPARE(rig.details()->toPlainText().toUtf8(), text);
-    // A line longer than the window is wide is broken.
+    // Lines wider than the window are wrapped.
     QCOMPARE(rig.window->width(), 480);
     QCOMPARE(rig.details()->height(), rig.details()->heightForWidth(rig.details()->width()));
     QVERIFY(rig.details()->height() > 6 * rig.details()->fontMetrics().height());
 }
 
-void TestAboutWindow::describesNothing()
+void TestAboutWindow::showsAnEmptyDescription()
 {
     AboutRig rig("");
     QCOMPARE(shownTexts(*rig.window).at(1), QStringLiteral("Version development build"));

@@ -31,14 +31,14 @@ void TestVersionLine::line_data()
     row("no description", nullptr, "no build-info", "Version development build");
     row("development", nullptr, "xrpld_version=2.4.0", "Version development build · node 2.4.0");
     row("both", "1.0.0", "compiler=GNU\nxrpld_version=2.4.0\n", both);
-    row("other line ends", "1.0.0", "a=b\r\nxrpld_version=2.4.0\r\n", both);
+    row("CR LF line endings", "1.0.0", "a=b\r\nxrpld_version=2.4.0\r\n", both);
     row("another key", "1.0.0", "xrpld_kind=real\n", alone);
     row("no value", "1.0.0", "xrpld_version=\n", alone);
     row("no key", "1.0.0", "=2.4.0\n", alone);
-    row("too many pieces", "1.0.0", "xrpld_version=2=4\n", alone);
-    row("the last one counts", "1.0.0", "xrpld_version=1\nxrpld_version=2.4.0\n", both);
-    row("a broken one does not", "1.0.0", "xrpld_version=2.4.0\nxrpld_version=\n", both);
-    row("a node from elsewhere", "1.0.0", "xrpld_kind=linked\nxrpld_path=/usr/bin/xrpld\n",
+    row("two equals signs", "1.0.0", "xrpld_version=2=4\n", alone);
+    row("the last one wins", "1.0.0", "xrpld_version=1\nxrpld_version=2.4.0\n", both);
+    row("a malformed one does not", "1.0.0", "xrpld_version=2.4.0\nxrpld_version=\n", both);
+    row("a linked node", "1.0.0", "xrpld_kind=linked\nxrpld_path=/usr/bin/xrpld\n",
         "Version 1.0.0 · node /usr/bin/xrpld");
     row("version before path", "1.0.0", "xrpld_path=/usr/bin/xrpld\nxrpld_version=2.4.0\n", both);
     row("an empty version", "", "", "Version ");

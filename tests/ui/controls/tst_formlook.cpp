@@ -18,7 +18,7 @@
 
 using namespace tidewick;
 
-/// How the windows made of cards look: colours, fonts, styles, sizes.
+/// The look of the card windows: colours, fonts, styles, sizes.
 class TestFormLook : public QObject
 {
     Q_OBJECT
@@ -30,11 +30,11 @@ private slots:
     void followsLightAndDark();
     void listsHaveTheWindowsColors();
     void looksTheSameInEveryStyle();
-    void ringsWhatTheKeyboardIsOn();
+    void keyboardFocusShowsARing();
     void clipsNothing_data();
     void clipsNothing();
     void rightToLeft();
-    void scrollsOnALowScreen();
+    void scrollsOnASmallScreen();
 
 private:
     using Rig = SettingsRig;
@@ -48,7 +48,7 @@ QImage picture(QWidget *widget)
     return window->grab({widget->mapTo(window, QPoint()), widget->size()}).toImage();
 }
 
-/// Whether all of the widget's text has room in it.
+/// Whether the widget is large enough for its text.
 bool holdsItsText(const QWidget *widget)
 {
     const QSize room = widget->size();
@@ -58,7 +58,7 @@ bool holdsItsText(const QWidget *widget)
     return room.width() >= wanted.width() && room.height() >= wanted.height();
 }
 
-/// The widgets with a text that do not hold it, or that are not in the window.
+/// The widgets that are too small for their text or not entirely inside the window.
 QStringList clipped(const QWidget &window)
 {
     QStringList clipped;
@@ -106,11 +106,11 @@ void TestFormLook::textsStandOut()
     QVERIFY(onGround(QPalette::ButtonText, QPalette::Button) >= 4.5);
     QVERIFY(onGround(QPalette::ButtonText, QPalette::Base) >= 4.5);
     QVERIFY(onGround(QPalette::HighlightedText, QPalette::Highlight) >= 4.5);
-    // Under the pointer and pressed.
+    // Hovered and pressed.
     const QColor fill = colors.color(QPalette::AlternateBase);
     const QColor pressed = over(fill, over(fill, colors.color(QPalette::Button)));
     QVERIFY(contrast(colors.color(QPalette::ButtonText), pressed) >= 4.5);
-    // What is no text needs less.
+    // Non-text elements need less contrast.
     QVERIFY(onGround(QPalette::Link, QPalette::Base) >= 3);
     QVERIFY(onGround(QPalette::PlaceholderText, QPalette::Button) >= 3);
 }
@@ -195,7 +195,7 @@ void TestFormLook::looksTheSameInEveryStyle()
     QCOMPARE(abouts.count(abouts.constFirst()), abouts.size());
 }
 
-void TestFormLook::ringsWhatTheKeyboardIsOn()
+void TestFormLook::keyboardFocusShowsARing()
 {
     Rig rig;
     const QColor ring = controlPalette(false).color(QPalette::Link);
@@ -223,7 +223,7 @@ void TestFormLook::clipsNothing_data()
 void TestFormLook::clipsNothing()
 {
     QFETCH(int, points);
-    // Set before the window is made and after it.
+    // Set the font before creating the windows, and after.
     for (const bool later : {false, true}) {
         const QFont before = QApplication::font();
         QFont font = before;
@@ -237,7 +237,7 @@ void TestFormLook::clipsNothing()
         rig.window->setFont(font);
         about.setFont(font);
         QCoreApplication::processEvents();
-        // Where the screen is lower than the window, it scrolls.
+        // A window that is too tall for the screen scrolls.
         if (rig.window->height() < rig.window->screen()->availableSize().height() - 40)
             QCOMPARE(clipped(*rig.window), QStringList());
         if (about.height() < about.screen()->availableSize().height() - 40)
@@ -262,7 +262,7 @@ void TestFormLook::rightToLeft()
     QCOMPARE(clipped(*rig.window), QStringList());
 }
 
-void TestFormLook::scrollsOnALowScreen()
+void TestFormLook::scrollsOnASmallScreen()
 {
     Rig rig;
     QFont font = rig.window->font();

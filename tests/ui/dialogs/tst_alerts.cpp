@@ -24,17 +24,17 @@ private slots:
     void init() { m_alerts = std::make_unique<Alerts>(); }
     void cleanup() { m_alerts.reset(); }
 
-    void errorIsShownWhole();
+    void errorIsShownInFull();
     void hugeErrorFitsTheScreen();
     void errorTextCanBeSelected();
-    void secondErrorTakesThePlaceOfTheFirst();
+    void secondErrorReplacesTheFirst();
 
-    void questionHasItsTexts();
+    void questionShowsItsTexts();
     void markupIsPlainText();
     void acceptIsYes();
     void everythingElseIsNo_data();
     void everythingElseIsNo();
-    void endOfTheApplicationIsNo();
+    void quittingIsNo();
     void accessibilityForgetsTheQuestion();
 
 private:
@@ -92,7 +92,7 @@ void TestAlerts::ask(const QString &text)
     QVERIFY(!m_answer);
 }
 
-void TestAlerts::errorIsShownWhole()
+void TestAlerts::errorIsShownInFull()
 {
     const QString text = QStringLiteral("The node exited unexpectedly (exit status 3).\n\n"
                                         "<b>a</b> & b\nlast line");
@@ -129,7 +129,7 @@ void TestAlerts::errorTextCanBeSelected()
     QCOMPARE(errorText()->toPlainText(), QStringLiteral("what went wrong"));
 }
 
-void TestAlerts::secondErrorTakesThePlaceOfTheFirst()
+void TestAlerts::secondErrorReplacesTheFirst()
 {
     m_alerts->showError(QStringLiteral("one"));
     m_alerts->showError(QStringLiteral("two"));
@@ -137,7 +137,7 @@ void TestAlerts::secondErrorTakesThePlaceOfTheFirst()
     QCOMPARE(errorText()->toPlainText(), QStringLiteral("two"));
 }
 
-void TestAlerts::questionHasItsTexts()
+void TestAlerts::questionShowsItsTexts()
 {
     ask(QStringLiteral("This deletes 410 KB at\n/somewhere/db"));
     const auto *alert = onlyWindow<QMessageBox>();
@@ -189,14 +189,14 @@ void TestAlerts::everythingElseIsNo()
     QVERIFY(!onlyWindow<QMessageBox>());
 }
 
-void TestAlerts::endOfTheApplicationIsNo()
+void TestAlerts::quittingIsNo()
 {
     ask({});
     m_alerts.reset();
     QCOMPARE(m_answer, std::optional(false));
 }
 
-/// Or the next alert, which may come to lie in the same place, would be taken for the one before.
+/// Otherwise, the next alert could be mistaken for this one if it is allocated at the same address.
 void TestAlerts::accessibilityForgetsTheQuestion()
 {
     ask({});

@@ -12,29 +12,29 @@ namespace tidewick {
 class MarkBundle
 {
 public:
-    /// Without a mark.
+    /// Creates a bundle without a mark.
     MarkBundle();
     explicit MarkBundle(const QByteArray &mark);
 
-    /// Where the mark is.
+    /// The path of the mark.
     std::filesystem::path path() const;
     Bundle bundle() const { return Bundle(m_folder.path()); }
 
-    /// The mark that is shipped.
+    /// The mark that the application ships with.
     static QByteArray shipped();
 
-    /// A mark that fills the whole of its canvas, so that its place can be measured.
+    /// A mark that fills its canvas, so that its position can be measured.
     static QByteArray block(int width, int height);
 
 private:
     TemporaryFolder m_folder;
 };
 
-/// The smallest rectangle with everything that is at least half covered.
+/// The bounding rectangle of all pixels that are at least half opaque.
 QRect ink(const QImage &picture, const QRect &within);
 QRect ink(const QImage &picture);
 
-/// The icon in a square of so many pixels.
+/// The icon rendered into a square of that size, in pixels.
 QImage picture(const QIcon &icon, int size);
 
 } // namespace tidewick

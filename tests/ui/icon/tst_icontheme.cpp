@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Each badge, empty for none, and the state that its symbolic icon is named by.
+/// Each badge, empty for none, with the state in the name of its symbolic icon.
 const QList<std::pair<const char *, const char *>> symbolics{
     {"", ""},
     {"pause.fill", "-paused"},
@@ -26,7 +26,7 @@ const QList<std::pair<const char *, const char *>> symbolics{
     {"exclamationmark.triangle.fill", "-error"},
 };
 
-/// An icon theme with icons of these names, in use as long as this lives.
+/// An icon theme with icons of these names. It is in use as long as the object lives.
 class Theme
 {
 public:
@@ -55,7 +55,7 @@ private:
     QString m_nameBefore = QIcon::themeName();
 };
 
-/// As Qt makes it with our plugin; by itself it prefers its own.
+/// The icon as Qt creates it with our plugin. Left to itself, Qt prefers its own plugin.
 QIcon svgIcon(const fs::path &file)
 {
     const QString name = QString::fromStdString(file.string());
@@ -71,15 +71,15 @@ class TestIconTheme : public QObject
     Q_OBJECT
 
 private slots:
-    void iconNameOfTheTheme();
-    void symbolicIconsShowTheSame_data();
-    void symbolicIconsShowTheSame();
-    void applicationIconHasItsSizes();
+    void namesIconsThatTheThemeHas();
+    void symbolicIconsMatchTheComposedOnes_data();
+    void symbolicIconsMatchTheComposedOnes();
+    void applicationIconHasAllSizes();
     void svgFilesAreDrawn();
     void svgFileWithoutADrawing();
 };
 
-void TestIconTheme::iconNameOfTheTheme()
+void TestIconTheme::namesIconsThatTheThemeHas()
 {
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
@@ -99,7 +99,7 @@ void TestIconTheme::iconNameOfTheTheme()
     QCOMPARE(icon.image(QStringLiteral("stop.fill")).name(), QString());
 }
 
-void TestIconTheme::symbolicIconsShowTheSame_data()
+void TestIconTheme::symbolicIconsMatchTheComposedOnes_data()
 {
     QTest::addColumn<QString>("badge");
     QTest::addColumn<QString>("name");
@@ -109,7 +109,7 @@ void TestIconTheme::symbolicIconsShowTheSame_data()
             << QStringLiteral("tidewick%1-symbolic").arg(QLatin1String(state));
 }
 
-void TestIconTheme::symbolicIconsShowTheSame()
+void TestIconTheme::symbolicIconsMatchTheComposedOnes()
 {
     QFETCH(QString, badge);
     QFETCH(QString, name);
@@ -120,7 +120,7 @@ void TestIconTheme::symbolicIconsShowTheSame()
     const Theme theme(themes.path(), {name});
     QCOMPARE(image.name(), name);
 
-    // At this size all of a badge's edges lie on whole pixels by themselves.
+    // At this size, all edges of a badge fall on whole pixels without being aligned.
     QImage symbolic(640, 640, QImage::Format_ARGB32_Premultiplied);
     symbolic.fill(Qt::transparent);
     QPainter painter(&symbolic);
@@ -138,7 +138,7 @@ void TestIconTheme::symbolicIconsShowTheSame()
     QCOMPARE(different, 0);
 }
 
-void TestIconTheme::applicationIconHasItsSizes()
+void TestIconTheme::applicationIconHasAllSizes()
 {
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
         const QImage drawn(
@@ -161,7 +161,7 @@ void TestIconTheme::svgFilesAreDrawn()
     QCOMPARE(image.pixelColor(1, 20), QColor(Qt::red));
     QCOMPARE(image.pixelColor(18, 11), QColor(Qt::red));
     QCOMPARE(image.pixelColor(21, 20).alpha(), 0);
-    QCOMPARE(image.pixelColor(1, 8).alpha(), 0); // it keeps its aspect
+    QCOMPARE(image.pixelColor(1, 8).alpha(), 0); // it keeps its aspect ratio
 }
 
 void TestIconTheme::svgFileWithoutADrawing()

@@ -27,9 +27,9 @@ class TestStatusIcon : public QObject
 private slots:
     void badge_data();
     void badge();
-    void phasesWithOneBadgeShareTheImage();
+    void phasesWithTheSameBadgeShareTheImage();
     void composesOnce();
-    void badgeThatCannotBeMade();
+    void badgeThatCannotBeLoaded();
     void markThatCannotBeRead_data();
     void markThatCannotBeRead();
     void noMarkAtAllIsFatal();
@@ -62,7 +62,7 @@ void TestStatusIcon::badge()
     QCOMPARE(found.value_or(QString()), expected);
 }
 
-void TestStatusIcon::phasesWithOneBadgeShareTheImage()
+void TestStatusIcon::phasesWithTheSameBadgeShareTheImage()
 {
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
@@ -80,7 +80,7 @@ void TestStatusIcon::composesOnce()
     const qint64 key = icon.image(stopBadge).cacheKey();
     icon.image(pauseBadge);
 
-    // Whatever composed it again would find another mark.
+    // Composing it again would pick up this other mark.
     writeFile(bundle.path(), MarkBundle::block(90, 30));
     QCOMPARE(&icon.composed(stopBadge), first);
     QCOMPARE(icon.image(stopBadge).cacheKey(), key);
@@ -88,7 +88,7 @@ void TestStatusIcon::composesOnce()
     QCOMPARE(icon.composed(ellipsisBadge).size(), QSize(60, 16));
 }
 
-void TestStatusIcon::badgeThatCannotBeMade()
+void TestStatusIcon::badgeThatCannotBeLoaded()
 {
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
@@ -107,7 +107,7 @@ void TestStatusIcon::markThatCannotBeRead_data()
 {
     QTest::addColumn<QByteArray>("mark");
     QTest::newRow("missing") << QByteArray();
-    QTest::newRow("no drawing") << QByteArray("this is no drawing");
+    QTest::newRow("not a drawing") << QByteArray("this is no drawing");
     QTest::newRow("no size") << QByteArray(
         "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"0\" height=\"0\"/>");
 }
@@ -136,7 +136,7 @@ void TestStatusIcon::noMarkAtAllIsFatal()
     const pid_t child = ::fork();
     QVERIFY(child >= 0);
     if (child == 0) {
-        // No core of the child is wanted, and nothing of the test's is to be cleaned up twice.
+        // The child must neither dump core nor clean up what belongs to the test.
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
             ::_exit(type == QtFatalMsg && text.contains(QStringLiteral("MenuBarIcon")) ? fatal : 1);
         });
@@ -170,10 +170,10 @@ void TestStatusIcon::takesTheColor()
                && std::abs(found.blue() - wanted.blue()) <= 1
                && std::abs(found.alpha() - wanted.alpha()) <= 1;
     };
-    // Crest of the upper wave, dot, badge: at twice the points, 16 pixels from the top.
+    // Crest of the upper wave, dot, badge; at two pixels per point, 16 pixels from the top.
     for (const QPoint point : {QPoint(11, 18), QPoint(20, 44), QPoint(54, 32)})
         QVERIFY(near(drawn.pixelColor(point), color));
-    // The crest of the lower wave lets the panel through.
+    // The crest of the lower wave is translucent.
     QColor fainter = color;
     fainter.setAlphaF(0.55F);
     QVERIFY(near(drawn.pixelColor(11, 30), fainter));
@@ -193,7 +193,7 @@ void TestStatusIcon::changesColorWithoutComposing()
 
     icon.setColor(StatusIcon::onDarkPanel());
     QCOMPARE(&icon.composed(stopBadge), composed);
-    // A tray is told of a new icon by its key.
+    // The tray detects a new icon by its cache key.
     QVERIFY(icon.image(stopBadge).cacheKey() != light.cacheKey());
     QCOMPARE(picture(icon.image(stopBadge), 64).pixelColor(54, 32), QColor(236, 232, 225));
     QCOMPARE(picture(light, 64), before);
@@ -212,7 +212,7 @@ void TestStatusIcon::isMaskOfSixSizes()
         QCOMPARE(icon.image(badge).availableSizes(), expected);
     }
     QIcon copy = icon.image(pauseBadge);
-    copy.setIsMask(false); // takes the copy's engine apart from the original's
+    copy.setIsMask(false); // detaches the copy's engine from the original's
     QVERIFY(icon.image(pauseBadge).isMask());
     QCOMPARE(picture(copy, 32), picture(icon.image(pauseBadge), 32));
 }

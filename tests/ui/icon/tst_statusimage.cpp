@@ -27,8 +27,8 @@ private slots:
     void widthIsRoundedUp();
     void canvas_data();
     void canvas();
-    void badgeStandsRightOfTheMark_data();
-    void badgeStandsRightOfTheMark();
+    void badgeIsRightOfTheMark_data();
+    void badgeIsRightOfTheMark();
     void pixmapSizes_data();
     void pixmapSizes();
     void fitsAndCentres();
@@ -47,7 +47,7 @@ void TestStatusImage::bareMark()
     StatusIcon icon(bundle.bundle());
     const StatusImage &image = icon.composed(StatusIcon::badge(Phase::Full));
     QCOMPARE(image.size(), QSize(20, 16));
-    // Its ink reaches all four sides, so that nothing is left for a badge.
+    // The ink touches all four sides, so no room is left for a badge.
     QCOMPARE(ink(image.rendered(QSize(200, 160), Qt::black)), QRect(0, 0, 200, 160));
 }
 
@@ -80,9 +80,9 @@ void TestStatusImage::canvas()
     QFETCH(QString, badge);
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
-    // The same for all, so that the mark keeps its place and size when the badge changes.
+    // The same for all, so that the mark keeps its position and size when the badge changes.
     QCOMPARE(icon.composed(badge).size(), QSize(32, 16));
-    // The badge's ink stands centred in its 10 points, and within the middle 10 of the height.
+    // The badge's ink is centred in its 10 points, and within the middle 10 of the height.
     const QImage drawn = icon.composed(badge).rendered(QSize(320, 160), Qt::black);
     const QRect found = ink(drawn, QRect(200, 0, 120, 160));
     QVERIFY(found.left() >= 220 && found.left() <= 225);
@@ -90,17 +90,17 @@ void TestStatusImage::canvas()
     QVERIFY(found.top() >= 30 && found.bottom() < 130);
 }
 
-void TestStatusImage::badgeStandsRightOfTheMark_data()
+void TestStatusImage::badgeIsRightOfTheMark_data()
 {
     QTest::addColumn<QSize>("badge");
-    QTest::addColumn<QRect>("expected"); // at four times the points
+    QTest::addColumn<QRect>("expected"); // at four pixels per point
     QTest::newRow("even") << QSize(10, 8) << QRect(88, 16, 40, 32);
     QTest::newRow("odd") << QSize(7, 9) << QRect(88, 14, 28, 36);
     QTest::newRow("wide and short") << QSize(14, 3) << QRect(88, 26, 56, 12);
     QTest::newRow("as high as the mark") << QSize(4, 16) << QRect(88, 0, 16, 64);
 }
 
-void TestStatusImage::badgeStandsRightOfTheMark()
+void TestStatusImage::badgeIsRightOfTheMark()
 {
     QFETCH(QSize, badge);
     QFETCH(QRect, expected);
@@ -165,7 +165,7 @@ void TestStatusImage::stopIsSharp()
     QVERIFY(square.width() >= 5);
     QCOMPARE(square.width(), square.height());
 
-    // Along its middle it is all ink inside, and nothing right outside.
+    // Along its centre lines, it is fully opaque inside and fully transparent outside.
     const QPoint middle = square.center();
     for (int x = half; x < drawn.width(); ++x)
         QCOMPARE(drawn.pixelColor(x, middle.y()).alpha(),
@@ -192,7 +192,7 @@ void TestStatusImage::pauseIsSharp()
     const auto alpha = [&](int x, int y) { return drawn.pixelColor(x, y).alpha(); };
     const int y = bars.center().y();
 
-    // Two bars with full ink from their first row to their last, and a gap that is seen.
+    // Two bars, fully opaque from their first row to their last, and a visible gap.
     for (const int x : {bars.left(), bars.right()}) {
         QCOMPARE(alpha(x, bars.top()), 255);
         QCOMPARE(alpha(x, bars.bottom()), 255);
@@ -202,7 +202,7 @@ void TestStatusImage::pauseIsSharp()
     QCOMPARE(alpha(bars.left() - 1, y), 0);
     QCOMPARE(alpha(bars.center().x(), y), 0);
 
-    // The inner edges take one pixel each at most, and none in a multiple of three.
+    // Each inner edge blurs at most one pixel, and none if the width is a multiple of three.
     int partial = 0;
     for (int x = bars.left(); x <= bars.right(); ++x)
         if (alpha(x, y) != 0 && alpha(x, y) != 255)
@@ -231,7 +231,7 @@ void TestStatusImage::paintsAtItsOwnSize()
     icon.composed(stopBadge).paint(painter, QPointF(5, 4), QColor(200, 30, 40));
     painter.end();
     QCOMPARE(ink(target, QRect(0, 0, 52, 60)), QRect(10, 8, 40, 32));
-    // The square keeps half of a point free at each side.
+    // The square leaves half a point free on each side.
     QCOMPARE(ink(target, QRect(52, 0, 48, 60)), QRect(55, 15, 18, 18));
     QCOMPARE(target.pixelColor(64, 24), QColor(200, 30, 40));
 }

@@ -13,25 +13,26 @@
 
 namespace tidewick {
 
-/// A ledger window on the screen, active, with the node's side of its stream in the test's hands.
-/// Nothing in it moves by itself until a test lets it.
+/// An active ledger window on the screen. The test plays the node's side of its stream. Animations
+/// are off until a test turns them on.
 class LedgerRig
 {
 public:
     explicit LedgerRig(QSize size = {800, 780});
 
-    /// Closes a ledger with so many transactions, the next by its index and four seconds later.
+    /// Closes the next ledger, four seconds after the last one, with this number of transactions.
     void close(qint64 txns);
     void close(std::initializer_list<qint64> txns);
-    /// So many ledgers with 210, 220, … transactions.
+    /// Closes this number of ledgers, with 210, 220, … transactions.
     void closeMany(int ledgers);
-    /// Closes 60 ledgers, with transactions of more types than have a place of their own, and one
-    /// more.
+    /// Closes 60 ledgers, lists transactions of more types than the window shows separately, and
+    /// closes one more ledger.
     void fill();
 
-    /// Lists so many transactions, numbered on; the last has the name nameOf(transactions() - 1).
+    /// Lists this number of transactions, numbered consecutively across calls. The hash of the last
+    /// one is nameOf(transactions() - 1).
     void transact(int count);
-    /// Lists one.
+    /// Lists a single transaction.
     void
     transact(const QString &hash, const QString &type,
              const QString &result = QStringLiteral("tesSUCCESS"),
@@ -39,18 +40,18 @@ public:
     static QString nameOf(int transaction) { return QStringLiteral("T%1").arg(transaction); }
     int transactions() const { return m_transactions; }
 
-    /// Time in which what waits in the feed gets into the lists.
+    /// Advances the clock until the lists show what is pending in the feed.
     void flush() const { stream.clock().advance(std::chrono::milliseconds(400)); }
 
     LedgerHistogram &histogram() const { return *window.findChild<LedgerHistogram *>(); }
     TransactionList &list() const { return *window.findChild<TransactionList *>(); }
     QWidget &named(const char *accessibleName) const;
 
-    /// The middle of the bar at that place, in the window.
+    /// The centre of the bar at that index, in window coordinates.
     QPoint bar(qsizetype place) const;
-    /// The middle of the row at that place, in the window, in sight or not.
+    /// The centre of the row at that index, in window coordinates, whether visible or not.
     QPoint row(int place) const;
-    /// The hash of the row that is seen at that point of the window; empty where there is none.
+    /// The hash of the row at that point of the window; empty if there is none.
     QString hashAt(const QPoint &point) const;
 
     void pointAt(const QPoint &point);
@@ -59,12 +60,12 @@ public:
     void click(const QPoint &point);
     void key(Qt::Key key);
 
-    /// What is on the screen, drawn piece by piece as it changed.
+    /// The window as it is on the screen, the result of its partial repaints.
     QImage screen() const;
 
     ScriptedStream stream;
     QStringList opened;
-    /// What the desktop answers.
+    /// Whether the desktop opens pages.
     bool opens = true;
     LedgerWindow window;
 
@@ -75,7 +76,7 @@ private:
     int m_transactions = 0;
 };
 
-/// Counts the events of one kind that come to an object; where there is none, to any.
+/// Counts the events of one type that an object receives, or any object if the pointer is null.
 class EventCount final : public QObject
 {
 public:

@@ -11,7 +11,7 @@
 
 using namespace tidewick;
 
-/// Bars and the line at their average, point by point.
+/// The bars and the line at their average, pixel by pixel.
 class TestLedgerBars : public QObject
 {
     Q_OBJECT
@@ -31,8 +31,7 @@ QImage picture(QWidget &widget)
     return widget.grab().toImage();
 }
 
-/// The points of a column of the widget that have a colour, or nearly so: from the first to the
-/// last, the lowest at the end.
+/// The y coordinates of the pixels in column `x` that have nearly that colour, from top to bottom.
 QList<int> pointsOf(const QImage &image, int x, const QColor &color)
 {
     QList<int> points;
@@ -65,7 +64,7 @@ void TestLedgerBars::barsAreInProportion()
             --top;
         const int drawn = column.bottom() - top;
         const int expected = std::max(2, qRound(height * double(counts.at(i)) / 1000));
-        // The line at the average may end where a bar does.
+        // The average line may coincide with the top of a bar.
         QVERIFY2(std::abs(drawn - expected) <= 1, qPrintable(QString::number(counts.at(i))));
     }
     QCOMPARE(image.pixelColor(rig.histogram().column(6).center()), barColor(colors));
@@ -113,7 +112,7 @@ void TestLedgerBars::averageLine()
         line.setAlphaF(0.8F);
         const QRect chart = rig.histogram().column(counts.size() - 1);
         const QImage image = picture(rig.histogram());
-        // Where there is no bar, in the gap before the last.
+        // In the gap before the last bar.
         const auto points = pointsOf(image, chart.left() - 1, over(line, colors.surface));
         if (share < 0) {
             QCOMPARE(points, QList<int>{});
@@ -122,7 +121,7 @@ void TestLedgerBars::averageLine()
         QCOMPARE(points.size(), 1);
         const double expected = chart.top() + (1 - share) * chart.height();
         QVERIFY(std::abs(points.constFirst() - expected) <= 1);
-        // From one end of the chart to the other.
+        // The line reaches from one end of the chart to the other.
         const int left = qRound(drawnTexts(rig.histogram()).constFirst().rect.left());
         QVERIFY(pointsOf(image, left, over(line, colors.surface)).contains(points.constFirst())
                 || counts.size() == 60);

@@ -8,7 +8,7 @@
 
 using namespace tidewick;
 
-/// The bars under the pointer, and how they come in.
+/// Pointing at and clicking the bars, and how new ones slide in.
 class TestLedgerHistogram : public QObject
 {
     Q_OBJECT
@@ -16,16 +16,16 @@ class TestLedgerHistogram : public QObject
 private slots:
     void columns_data();
     void columns();
-    void tellsOfTheBarUnderThePointer();
+    void describesTheBarUnderThePointer();
     void quickMoves();
     void ledgersArriveUnderAStillPointer();
     void barsMoveUnderAStillPointer();
     void clicks();
-    void clickGoesToWhatWasPressed();
+    void clickOpensThePressedLedger();
     void clickOnALedgerThatIsGone();
     void easesIn();
-    void moreAtOnceDoNotEase();
-    void restsWhileItIsHidden();
+    void severalAtOnceDoNotEase();
+    void doesNotAnimateWhileHidden();
 };
 
 namespace {
@@ -35,7 +35,7 @@ bool isHand(const LedgerRig &rig)
     return rig.histogram().cursor().shape() == Qt::PointingHandCursor;
 }
 
-/// The places of the bars that are lit. Their ledgers have transactions.
+/// The indices of the highlighted bars. Their ledgers must have transactions.
 QList<qsizetype> lit(const LedgerRig &rig)
 {
     const QImage screen = rig.screen();
@@ -49,7 +49,7 @@ QList<qsizetype> lit(const LedgerRig &rig)
     return lit;
 }
 
-/// From the last bar's right edge to that of the chart, which is as far in as the title.
+/// From the last bar's right edge to the chart's, which has the same margin as the title.
 int distanceFromEdge(const LedgerRig &rig)
 {
     const QRect column = rig.histogram().column(rig.histogram().ledgers().size() - 1);
@@ -82,7 +82,7 @@ void TestLedgerHistogram::columns()
     other.closeMany(ledgers);
     const qsizetype bars = std::min(ledgers, 60);
     QCOMPARE(other.histogram().ledgers().size(), bars);
-    // The newest stands at the right whatever there is beside it.
+    // The newest bar is at the right end, however many there are.
     for (qsizetype i = 0; i < bars; ++i)
         QCOMPARE(other.histogram().column(i), rig.histogram().column(60 - bars + i));
     for (qsizetype i = 1; i < bars; ++i) {
@@ -93,7 +93,7 @@ void TestLedgerHistogram::columns()
     }
 }
 
-void TestLedgerHistogram::tellsOfTheBarUnderThePointer()
+void TestLedgerHistogram::describesTheBarUnderThePointer()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -107,7 +107,7 @@ void TestLedgerHistogram::tellsOfTheBarUnderThePointer()
         QCOMPARE(lit(rig), QList<qsizetype>{place});
         QVERIFY(isHand(rig));
     }
-    // The whole column counts, however low its bar, and what is above or below it does not.
+    // The whole column counts, however low its bar; the space around it does not.
     const QRect column = rig.histogram().column(0);
     for (const QPoint point : {column.topLeft(), column.bottomRight()}) {
         rig.pointAt(rig.histogram().mapTo(&rig.window, point));
@@ -125,7 +125,7 @@ void TestLedgerHistogram::tellsOfTheBarUnderThePointer()
     QCOMPARE(label(rig), summary);
 }
 
-/// From bar to bar there is no place in between at which none is pointed at.
+/// Between two bars, there is no position at which neither is pointed at.
 void TestLedgerHistogram::quickMoves()
 {
     LedgerRig rig;
@@ -214,7 +214,7 @@ void TestLedgerHistogram::clicks()
     QCOMPARE(rig.opened.size(), 1);
 }
 
-void TestLedgerHistogram::clickGoesToWhatWasPressed()
+void TestLedgerHistogram::clickOpensThePressedLedger()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -225,7 +225,7 @@ void TestLedgerHistogram::clickGoesToWhatWasPressed()
     rig.release(place);
     QCOMPARE(rig.opened, QStringList{pageOf(LedgerRig::firstLedger + 30)});
     rig.opened.clear();
-    // Also when the pointer followed the bar.
+    // The same if the pointer followed the bar.
     rig.press(place);
     const qint64 pressed = rig.histogram().ledgers().at(30).id;
     rig.close(7);
@@ -251,7 +251,7 @@ void TestLedgerHistogram::easesIn()
     rig.window.setStill(false);
     rig.pointAt(rig.bar(30));
     rig.close(1000);
-    // It comes in from behind the edge, and what is pointed at is what it was before.
+    // It slides in from beyond the edge, and the pointer is still at the same ledger.
     QVERIFY(distanceFromEdge(rig) < -8);
     QCOMPARE(label(rig), labelOf(rig, 29));
     int before = distanceFromEdge(rig);
@@ -267,12 +267,12 @@ void TestLedgerHistogram::easesIn()
     QTRY_COMPARE(lit(rig), QList<qsizetype>{30});
 }
 
-void TestLedgerHistogram::moreAtOnceDoNotEase()
+void TestLedgerHistogram::severalAtOnceDoNotEase()
 {
     LedgerRig rig;
     rig.closeMany(30);
     rig.window.setStill(false);
-    // A ledger of the past comes in below.
+    // A backfilled ledger is added at the old end.
     rig.stream.say(QStringLiteral(R"({"id":1001,"result":{"ledger":{"ledger_index":"98765000",
         "close_time":799999996,"transactions":["A"]}}})"));
     QCOMPARE(rig.histogram().ledgers().size(), 31);
@@ -285,7 +285,7 @@ void TestLedgerHistogram::moreAtOnceDoNotEase()
     QCOMPARE(distanceFromEdge(rig), 0);
 }
 
-void TestLedgerHistogram::restsWhileItIsHidden()
+void TestLedgerHistogram::doesNotAnimateWhileHidden()
 {
     LedgerRig rig;
     rig.closeMany(60);

@@ -9,7 +9,7 @@
 
 using namespace tidewick;
 
-/// The bars as assistive software meets them.
+/// The bars as a screen reader sees them.
 class TestLedgerHistogramAccess : public QObject
 {
     Q_OBJECT
@@ -19,10 +19,10 @@ private slots:
     void bars_data();
     void bars();
     void barsComeAndGo();
-    void placesOnTheScreen();
+    void positionsOnTheScreen();
     void pressOpens();
-    void knowsWhereTheKeyboardIs();
-    void outlivesNothing();
+    void reportsTheFocusedBar();
+    void interfacesGoWithTheWindow();
     void rowsHaveNames();
 };
 
@@ -92,7 +92,7 @@ void TestLedgerHistogramAccess::barsComeAndGo()
     rig.closeMany(59);
     QAccessibleInterface *first = list(rig)->child(0);
     rig.close({7, 8});
-    // A place has the name of the ledger that stands there.
+    // An item takes the name of the ledger at its index.
     QCOMPARE(list(rig)->childCount(), 60);
     QCOMPARE(list(rig)->child(0), first);
     QCOMPARE(first->text(QAccessible::Name), QStringLiteral("Ledger 98765002, 220 transactions"));
@@ -101,7 +101,7 @@ void TestLedgerHistogramAccess::barsComeAndGo()
     QCOMPARE(names(rig).count(QStringLiteral("Ledger 98765061, 8 transactions")), 2);
 }
 
-void TestLedgerHistogramAccess::placesOnTheScreen()
+void TestLedgerHistogramAccess::positionsOnTheScreen()
 {
     LedgerRig rig;
     rig.window.move(40, 30);
@@ -134,7 +134,7 @@ void TestLedgerHistogramAccess::pressOpens()
     QCOMPARE(rig.opened, QStringList{QStringLiteral("https://xrplexplorer.com/ledger/98765002")});
 }
 
-void TestLedgerHistogramAccess::knowsWhereTheKeyboardIs()
+void TestLedgerHistogramAccess::reportsTheFocusedBar()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -156,8 +156,8 @@ void TestLedgerHistogramAccess::knowsWhereTheKeyboardIs()
     QVERIFY(!list(rig)->child(0)->state().focused);
 }
 
-/// What assistive software holds on to may be asked after the window is gone.
-void TestLedgerHistogramAccess::outlivesNothing()
+/// A screen reader may use an interface that it kept after the window is gone.
+void TestLedgerHistogramAccess::interfacesGoWithTheWindow()
 {
     QAccessible::Id id = 0;
     {

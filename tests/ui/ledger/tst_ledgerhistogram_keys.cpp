@@ -8,17 +8,17 @@
 
 using namespace tidewick;
 
-/// The keyboard's way through the bars.
+/// Keyboard navigation through the bars.
 class TestLedgerHistogramKeys : public QObject
 {
     Q_OBJECT
 
 private slots:
     void keysStepThroughTheBars();
-    void keysStepOverDuplicates();
-    void keyboardStaysOnItsLedger();
-    void focusWithoutTheKeyboardShowsNoRing();
-    void focusOutlastsAnotherWindow();
+    void keysVisitEachDuplicate();
+    void focusStaysOnItsLedger();
+    void clicksGiveNoFocus();
+    void focusReturnsWithTheWindow();
 };
 
 void TestLedgerHistogramKeys::keysStepThroughTheBars()
@@ -46,15 +46,15 @@ void TestLedgerHistogramKeys::keysStepThroughTheBars()
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space})
         rig.key(key);
     QCOMPARE(rig.opened, QStringList(3, pageOf(LedgerRig::firstLedger + 1)));
-    // What is pointed at is told of before what the keyboard is at.
+    // The bar under the pointer takes precedence over the focused one.
     rig.pointAt(rig.bar(20));
     QCOMPARE(label(rig), labelOf(rig, 20));
     rig.pointAt({2, 2});
     QCOMPARE(label(rig), labelOf(rig, 1));
 }
 
-/// The stream may say the same ledger twice.
-void TestLedgerHistogramKeys::keysStepOverDuplicates()
+/// The stream may report the same ledger twice.
+void TestLedgerHistogramKeys::keysVisitEachDuplicate()
 {
     LedgerRig rig;
     rig.close({1, 2});
@@ -77,7 +77,7 @@ void TestLedgerHistogramKeys::keysStepOverDuplicates()
     QCOMPARE(places.mid(5), (QList<qsizetype>{4, 3, 2, 1, 0}));
 }
 
-void TestLedgerHistogramKeys::keyboardStaysOnItsLedger()
+void TestLedgerHistogramKeys::focusStaysOnItsLedger()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -89,12 +89,12 @@ void TestLedgerHistogramKeys::keyboardStaysOnItsLedger()
     QCOMPARE(rig.opened, QStringList{pageOf(LedgerRig::firstLedger + 59)});
     rig.key(Qt::Key_Home);
     rig.close(1);
-    // Its ledger is gone; the next one is the oldest.
+    // The focused ledger has dropped out; the next one is now the oldest.
     QCOMPARE(rig.histogram().current(), 0);
     QCOMPARE(label(rig), labelOf(rig, 0));
 }
 
-void TestLedgerHistogramKeys::focusWithoutTheKeyboardShowsNoRing()
+void TestLedgerHistogramKeys::clicksGiveNoFocus()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -102,7 +102,7 @@ void TestLedgerHistogramKeys::focusWithoutTheKeyboardShowsNoRing()
     rig.pointAt({2, 2});
     QVERIFY(!rig.histogram().hasFocus());
     QCOMPARE(label(rig), QStringLiteral("last 60 ledgers · avg 505"));
-    // A window that has just opened takes keys that were meant for another.
+    // A window that has just opened may receive keys meant for another.
     rig.opened.clear();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space})
         rig.key(key);
@@ -112,7 +112,7 @@ void TestLedgerHistogramKeys::focusWithoutTheKeyboardShowsNoRing()
     QCOMPARE(label(rig), labelOf(rig, 59));
 }
 
-void TestLedgerHistogramKeys::focusOutlastsAnotherWindow()
+void TestLedgerHistogramKeys::focusReturnsWithTheWindow()
 {
     LedgerRig rig;
     rig.closeMany(60);

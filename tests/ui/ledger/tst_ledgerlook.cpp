@@ -12,7 +12,7 @@
 
 using namespace tidewick;
 
-/// What is to be seen, point by point.
+/// The look of the window, pixel by pixel.
 class TestLedgerLook : public QObject
 {
     Q_OBJECT
@@ -24,12 +24,12 @@ private slots:
     void textsStandOut_data() { looks(); }
     void textsStandOut();
     void shares();
-    void ringIsToBeSeen_data() { looks(); }
-    void ringIsToBeSeen();
+    void focusRingIsVisible_data() { looks(); }
+    void focusRingIsVisible();
     void cornersStayRound_data();
     void cornersStayRound();
-    void piecesMakeTheWhole_data();
-    void piecesMakeTheWhole();
+    void partialRepaintsMatchAFullOne_data();
+    void partialRepaintsMatchAFullOne();
 
 private:
     static void looks();
@@ -50,7 +50,7 @@ void fill(LedgerRig &rig)
     rig.close(500);
 }
 
-/// The widget in so many points to a pixel.
+/// The widget rendered at that device pixel ratio.
 QImage picture(QWidget &widget, double ratio = 1)
 {
     QImage image(widget.size() * ratio, QImage::Format_RGB32);
@@ -91,7 +91,7 @@ void TestLedgerLook::colors()
             continue;
         QCOMPARE(at(*card, {card->width() / 2, 4}), colors.surface);
         QCOMPARE(at(*card, {4, card->height() / 2}), colors.surface);
-        // The hairline lies over card and ground alike.
+        // The hairline is blended with the card or with the background.
         const QColor edge = at(*card, {0, card->height() / 2});
         QVERIFY(std::min(distance(edge, over(colors.line, colors.surface)),
                          distance(edge, over(colors.line, colors.bg)))
@@ -184,7 +184,7 @@ void TestLedgerLook::shares()
     QVERIFY(std::abs(length("Payment") - 2 * length("OfferCreate")) <= 4);
 }
 
-void TestLedgerLook::ringIsToBeSeen()
+void TestLedgerLook::focusRingIsVisible()
 {
     QFETCH(bool, dark);
     QFETCH(double, ratio);
@@ -220,7 +220,7 @@ void TestLedgerLook::cornersStayRound_data()
         QTest::addRow("%d pt", points) << points;
 }
 
-/// The list does not reach over the card's corners.
+/// The list does not paint over the card's corners.
 void TestLedgerLook::cornersStayRound()
 {
     QFETCH(int, points);
@@ -239,7 +239,7 @@ void TestLedgerLook::cornersStayRound()
         QCOMPARE(whole.copy(corner), alone.copy(corner));
 }
 
-void TestLedgerLook::piecesMakeTheWhole_data()
+void TestLedgerLook::partialRepaintsMatchAFullOne_data()
 {
     QTest::addColumn<bool>("dark");
     QTest::addColumn<bool>("still");
@@ -248,8 +248,8 @@ void TestLedgerLook::piecesMakeTheWhole_data()
     QTest::newRow("moving") << false << false;
 }
 
-/// What was drawn piece by piece as it changed is what a drawing of all gives.
-void TestLedgerLook::piecesMakeTheWhole()
+/// A series of partial repaints leaves the same picture as repainting everything.
+void TestLedgerLook::partialRepaintsMatchAFullOne()
 {
     QFETCH(bool, dark);
     QFETCH(bool, still);

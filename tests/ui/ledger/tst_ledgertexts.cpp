@@ -33,7 +33,7 @@ namespace {
 
 constexpr qint64 most = std::numeric_limits<qint64>::max();
 
-/// Ledgers 101, 102, … with so many transactions.
+/// Ledgers 101, 102, … with these numbers of transactions.
 LedgerTexts::Ledgers ledgers(const QList<qint64> &counts)
 {
     LedgerTexts::Ledgers ledgers;
@@ -205,8 +205,8 @@ void TestLedgerTexts::rowNames_data()
     QTest::newRow("no result") << account << QString()
                                << QStringLiteral("Payment, %1").arg(account);
     QTest::newRow("neither") << QString() << QString() << QStringLiteral("Payment");
-    QTest::newRow("place holders")
-        << QStringLiteral("%1") << QStringLiteral("%2 %n") << QStringLiteral("Payment, %1, %2 %n");
+    QTest::newRow("placeholders") << QStringLiteral("%1") << QStringLiteral("%2 %n")
+                                  << QStringLiteral("Payment, %1, %2 %n");
 }
 
 void TestLedgerTexts::rowNames()

@@ -12,7 +12,7 @@
 
 using namespace tidewick;
 
-/// What the window says, and when its feed runs.
+/// The window's texts, and when its feed runs.
 class TestLedgerWindow : public QObject
 {
     Q_OBJECT
@@ -23,9 +23,9 @@ private slots:
     void types();
     void moreTypes_data();
     void moreTypes();
-    void typesKeepTheirPlace();
+    void typesKeepTheirHeight();
     void connection();
-    void namesForAssistiveSoftware();
+    void accessibleNames();
 
     void runsWhileItIsShown();
     void runsWhileItIsMinimised();
@@ -33,9 +33,9 @@ private slots:
     void destroyedInUse_data();
     void destroyedInUse();
 
-    void restsWhileNothingChanges();
-    void paintsWhatChanged();
-    void movesNothingUnseen();
+    void idlesWhileNothingChanges();
+    void paintsOnlyWhatChanged();
+    void animatesNothingWhileUnseen();
 };
 
 namespace {
@@ -45,7 +45,7 @@ QStringList head(const LedgerRig &rig)
     return drawnLines(*rig.window.findChild<LedgerHeader *>());
 }
 
-/// Of each tile, from left to right: title, unit and figure.
+/// The title, unit and figure of each tile, from left to right.
 QList<QStringList> tiles(const LedgerRig &rig)
 {
     QMap<int, QStringList> tiles;
@@ -59,7 +59,7 @@ LedgerTypes &typeCard(const LedgerRig &rig)
     return *rig.window.findChild<LedgerTypes *>();
 }
 
-/// Tells of as many types, each of one transaction more than the next.
+/// Reports this number of types, each with one transaction more than the next.
 void showTypes(LedgerRig &rig, int types)
 {
     rig.close(1);
@@ -142,8 +142,8 @@ void TestLedgerWindow::moreTypes()
     QCOMPARE(lines.size(), types > 6 ? 14 : 13);
 }
 
-/// What is below them does not go up and down with them.
-void TestLedgerWindow::typesKeepTheirPlace()
+/// The widgets below do not move up and down with their number.
+void TestLedgerWindow::typesKeepTheirHeight()
 {
     LedgerRig rig;
     const int atFirst = typeCard(rig).height();
@@ -170,7 +170,7 @@ void TestLedgerWindow::connection()
     QCOMPARE(head(rig).constLast(), QStringLiteral("Live"));
 }
 
-void TestLedgerWindow::namesForAssistiveSoftware()
+void TestLedgerWindow::accessibleNames()
 {
     LedgerRig rig;
     QVERIFY(rig.named("Ledger waiting…, Connecting…").isVisible());
@@ -205,7 +205,7 @@ void TestLedgerWindow::runsWhileItIsShown()
     QCOMPARE(rig.list().model()->rowCount(), 3);
     rig.window.show();
     QCOMPARE(rig.stream.connections(), 2);
-    // It was waiting to connect anew.
+    // It was waiting to reconnect.
     rig.stream.fail();
     rig.window.hide();
     QCOMPARE(rig.stream.clock().alarms(), 0U);
@@ -225,7 +225,7 @@ void TestLedgerWindow::runsWhileItIsMinimised()
     QCOMPARE(rig.stream.connections(), 1);
     QVERIFY(!rig.stream.wentAway());
     QCOMPARE(head(rig).at(2), QStringLiteral("98765001"));
-    // Hidden while minimised it stops all the same.
+    // Hiding a minimised window stops it all the same.
     rig.window.showMinimized();
     rig.window.hide();
     QVERIFY(rig.stream.wentAway());
@@ -247,7 +247,7 @@ void TestLedgerWindow::destroyedInUse_data()
         QTest::addRow("%d", tabs) << tabs;
 }
 
-/// While it is shown, easing, pointed at and pressed.
+/// While it is shown, animating, hovered and pressed.
 void TestLedgerWindow::destroyedInUse()
 {
     QFETCH(int, tabs);
@@ -274,7 +274,7 @@ void TestLedgerWindow::destroyedInUse()
     QCOMPARE(stream.clock().alarms(), 0U);
 }
 
-void TestLedgerWindow::restsWhileNothingChanges()
+void TestLedgerWindow::idlesWhileNothingChanges()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -284,7 +284,7 @@ void TestLedgerWindow::restsWhileNothingChanges()
     rig.transact(2);
     const EventCount frames(nullptr, QEvent::Paint);
     const auto seen = [&] { return frames.count(); };
-    // Until what moves has come to rest.
+    // Until the animations have finished.
     QTRY_VERIFY([&] {
         const int before = seen();
         QTest::qWait(50);
@@ -298,7 +298,7 @@ void TestLedgerWindow::restsWhileNothingChanges()
     QCOMPARE(seen(), before);
 }
 
-void TestLedgerWindow::paintsWhatChanged()
+void TestLedgerWindow::paintsOnlyWhatChanged()
 {
     LedgerRig rig;
     rig.closeMany(60);
@@ -338,7 +338,7 @@ void TestLedgerWindow::paintsWhatChanged()
     QCOMPARE(painted([&] { rig.window.setDark(false); }), QString());
 }
 
-void TestLedgerWindow::movesNothingUnseen()
+void TestLedgerWindow::animatesNothingWhileUnseen()
 {
     LedgerRig rig;
     rig.window.setStill(false);

@@ -10,7 +10,7 @@
 
 using namespace tidewick;
 
-/// The window's parts in all its sizes.
+/// The layout of the window's parts at all sizes.
 class TestLedgerWindowLayout : public QObject
 {
     Q_OBJECT
@@ -19,9 +19,9 @@ private slots:
     void fits_data();
     void fits();
     void fitsHugeFigures();
-    void leastSize_data();
-    void leastSize();
-    void listTakesTheRest();
+    void minimumSize_data();
+    void minimumSize();
+    void listTakesTheRemainingHeight();
     void staysReadableOnAWideScreen();
     void followsTheFont();
     void footnote_data();
@@ -46,7 +46,7 @@ QList<QWidget *> parts(const LedgerRig &rig)
     return parts;
 }
 
-/// What is wrong with the window's parts and their texts; empty where all is well.
+/// Describes the flaws of the window's parts and their texts; empty if there are none.
 QString flaws(const LedgerRig &rig)
 {
     const auto isCut = [](const QString &text) {
@@ -66,7 +66,7 @@ QString flaws(const LedgerRig &rig)
     painters += rig.list().viewport();
     for (QWidget *part : painters) {
         const QList<DrawnText> texts = drawnTexts(*part);
-        // Rows go on below the list's edge.
+        // Rows continue below the list's lower edge.
         const QRectF room = part == rig.list().viewport() ? QRectF(0, 0, part->width(), 9999)
                                                           : QRectF(part->rect());
         for (const DrawnText &text : texts) {
@@ -106,7 +106,7 @@ void TestLedgerWindowLayout::fits()
     QCOMPARE(flaws(rig), QString());
     rig.pointAt(rig.bar(0));
     QCOMPARE(flaws(rig), QString());
-    // Two transactions at least are to be seen.
+    // At least two transactions are visible.
     const QList<DrawnText> texts = drawnTexts(*rig.list().viewport());
     const QString second = rig.list().row(rig.list().model()->index(1, 0)).type;
     QVERIFY(std::any_of(texts.begin(), texts.end(), [&](const DrawnText &text) {
@@ -114,7 +114,7 @@ void TestLedgerWindowLayout::fits()
     }));
 }
 
-/// Figures that no ledger has are cut, and do not lie over what is beside them.
+/// Figures larger than any real ledger's are elided and do not overlap their neighbours.
 void TestLedgerWindowLayout::fitsHugeFigures()
 {
     LedgerRig rig({640, 560});
@@ -128,14 +128,14 @@ void TestLedgerWindowLayout::fitsHugeFigures()
     }
 }
 
-void TestLedgerWindowLayout::leastSize_data()
+void TestLedgerWindowLayout::minimumSize_data()
 {
     QTest::addColumn<int>("points");
     for (const int points : {9, 10, 12, 15, 20})
         QTest::addRow("%d pt", points) << points;
 }
 
-void TestLedgerWindowLayout::leastSize()
+void TestLedgerWindowLayout::minimumSize()
 {
     QFETCH(int, points);
     LedgerRig rig;
@@ -144,12 +144,12 @@ void TestLedgerWindowLayout::leastSize()
     rig.window.resize(10, 10);
     QCOMPARE(rig.window.size(), rig.window.minimumSize());
     QCOMPARE(flaws(rig), QString());
-    // In the usual sizes of text, as small a window as can be asked for.
+    // At the usual font sizes, the window can be made as small as this.
     if (points <= 10)
         QCOMPARE(rig.window.minimumSize(), QSize(640, 560));
 }
 
-void TestLedgerWindowLayout::listTakesTheRest()
+void TestLedgerWindowLayout::listTakesTheRemainingHeight()
 {
     LedgerRig rig;
     rig.fill();

@@ -13,7 +13,7 @@ class TestPalette : public QObject
 private slots:
     void colors_data();
     void colors();
-    void schemesDifferInAll();
+    void schemesDifferInEveryColor();
     void linesAndLinksOfTheLightScheme();
 };
 
@@ -93,11 +93,11 @@ void TestPalette::colors()
     QFETCH(double, opacity);
     QCOMPARE(color.spec(), QColor::Rgb);
     QCOMPARE((QList<int>{color.red(), color.green(), color.blue()}), channels);
-    // Colours hold their opacity in 16 bits.
+    // QColor stores the opacity in 16 bits.
     QVERIFY(std::abs(double(color.alphaF()) - opacity) <= 1.0 / 65535);
 }
 
-void TestPalette::schemesDifferInAll()
+void TestPalette::schemesDifferInEveryColor()
 {
     for (const Field &field : fields)
         QVERIFY2(Palette(true).*field.color != Palette(false).*field.color, field.name);

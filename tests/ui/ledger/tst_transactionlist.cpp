@@ -9,26 +9,26 @@
 
 using namespace tidewick;
 
-/// The rows, and what the pointer does to them.
+/// The rows, and pointing at and clicking them.
 class TestTransactionList : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void waits();
+    void waitsForTransactions();
     void rows();
     void textsFromTheNetwork_data();
     void textsFromTheNetwork();
     void newestFirst();
-    void pointer();
+    void hover();
     void clicks();
     void clickOnARowThatMoves();
-    void hashesStayInTheirPlace();
+    void hashesStayOnePathSegment();
 };
 
 namespace {
 
-/// The texts of all rows in sight, a list for each.
+/// The texts of all visible rows, one list per row.
 QList<QStringList> rowTexts(const LedgerRig &rig)
 {
     QMap<int, QMap<double, QString>> rows;
@@ -52,13 +52,13 @@ bool isHand(const LedgerRig &rig)
     return rig.list().viewport()->cursor().shape() == Qt::PointingHandCursor;
 }
 
-/// The row that is filled, empty where none is.
+/// The hash of the highlighted row; empty if there is none.
 QString filled(const LedgerRig &rig)
 {
     const QImage screen = rig.screen();
     QString filled;
     for (int i = 0; i < rig.list().model()->rowCount(); ++i) {
-        // Between the account and the result there is nothing to be seen.
+        // Nothing is drawn between the account and the result.
         const QPoint point = rig.row(i) + QPoint(60, 0);
         if (screen.rect().contains(point) && screen.pixelColor(point) != Palette(false).surface)
             filled += rig.hashAt(point);
@@ -68,7 +68,7 @@ QString filled(const LedgerRig &rig)
 
 } // namespace
 
-void TestTransactionList::waits()
+void TestTransactionList::waitsForTransactions()
 {
     LedgerRig rig;
     QWidget &card = *rig.list().parentWidget();
@@ -101,7 +101,7 @@ void TestTransactionList::rows()
                                  QStringLiteral("tecUNFUNDED_OFFER")},
                                 {QStringLiteral("Payment"), QStringLiteral("rHb9CJ…tyTh")},
                             }));
-    // Success is a green mark at the right end, in line with the result codes.
+    // Success is a green mark at the right end, aligned with the result codes.
     const auto green = [&](int row) {
         const QImage screen = rig.screen();
         const int right = rig.list().mapTo(&rig.window, QPoint(rig.list().width(), 0)).x();
@@ -125,8 +125,8 @@ void TestTransactionList::textsFromTheNetwork_data()
         QTest::newRow(name) << text << shown;
     };
     row("markup", QStringLiteral("<b>&amp;</b>"), QStringLiteral("<b>&amp;</b>"));
-    row("place holders", QStringLiteral("%1 %2 %s %n"), QStringLiteral("%1 %2 %s %n"));
-    row("lines", QStringLiteral("a\nb\r\tc"), QStringLiteral("a b  c"));
+    row("placeholders", QStringLiteral("%1 %2 %s %n"), QStringLiteral("%1 %2 %s %n"));
+    row("line breaks", QStringLiteral("a\nb\r\tc"), QStringLiteral("a b  c"));
     row("bidi overrides", QStringLiteral("\u202ea\u2067b\u202cc"), QStringLiteral("abc"));
     row("separators", QStringLiteral("a\u2028b\u2029c"), QStringLiteral("a b c"));
     row("mnemonic", QStringLiteral("A&B"), QStringLiteral("A&B"));
@@ -183,7 +183,7 @@ void TestTransactionList::newestFirst()
     QCOMPARE(hashes(), expected(149, 110));
 }
 
-void TestTransactionList::pointer()
+void TestTransactionList::hover()
 {
     LedgerRig rig;
     rig.transact(3);
@@ -200,7 +200,7 @@ void TestTransactionList::pointer()
     rig.pointAt(rig.row(1));
     rig.pointAt({2, 2});
     QCOMPARE(filled(rig), QString());
-    // A row comes under a pointer that rests.
+    // A row moves under a pointer at rest.
     const QPoint below = rig.row(2) + QPoint(0, 28);
     rig.pointAt(below);
     rig.transact(1);
@@ -240,14 +240,14 @@ void TestTransactionList::clickOnARowThatMoves()
     rig.release(place);
     QCOMPARE(rig.opened, QStringList{pageOf(pressed)});
     rig.opened.clear();
-    // It went while the button was down, and what is there now was not meant.
+    // The row went away while the button was down; the one there now was not meant.
     rig.press(place);
     rig.transact(40);
     rig.release(place);
     QCOMPARE(rig.opened, QStringList{});
 }
 
-void TestTransactionList::hashesStayInTheirPlace()
+void TestTransactionList::hashesStayOnePathSegment()
 {
     LedgerRig rig;
     for (const char *hash : {"../../x", "a/b?c#d", "@evil", "a\nb", "ключ", ".."})

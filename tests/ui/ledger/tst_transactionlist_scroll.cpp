@@ -10,34 +10,34 @@
 
 using namespace tidewick;
 
-/// The place of the rows while new ones arrive, and the keyboard's way through them.
+/// The scroll position while new rows arrive, and keyboard navigation.
 class TestTransactionListScroll : public QObject
 {
     Q_OBJECT
 
 private slots:
     void staysAtTheTop();
-    void keepsItsPlaceWhenScrolledDown();
+    void keepsItsPositionWhenScrolledDown();
     void keepsTheRowUnderThePointer();
-    void keepsTheRowOfTheKeyboard();
+    void keepsTheFocusedRow();
     void allRowsReplaced_data();
     void allRowsReplaced();
-    void goesBackToTheTopOnLeave();
-    void goesBackAfterTheKeyboard();
+    void returnsToTheTopOnLeave();
+    void returnsToTheTopOnFocusOut();
     void easesDown();
-    void arrivalsWhileItEases();
+    void arrivalsDuringTheAnimation();
     void standsStillAtTheTop();
-    void restsWhileItIsHidden();
+    void doesNotAnimateWhileHidden();
 
     void keys();
-    void keysChooseWhatIsShown();
-    void keyboardBeginsInSight();
-    void focusOutlastsAnotherWindow();
+    void keysOpenTheRingedRow();
+    void keyboardStartsAtAVisibleRow();
+    void focusReturnsWithTheWindow();
 };
 
 namespace {
 
-/// Where rows begin in a list of its own size, which shows some four of them.
+/// In pixels. At the rig's window size, the list shows about four rows.
 constexpr int rowHeight = 28;
 
 QScrollBar &bar(const LedgerRig &rig)
@@ -45,7 +45,7 @@ QScrollBar &bar(const LedgerRig &rig)
     return *rig.list().verticalScrollBar();
 }
 
-/// So many notches downwards.
+/// Turns the wheel down by this number of notches.
 void wheel(const LedgerRig &rig, int notches)
 {
     QWidget &viewport = *rig.list().viewport();
@@ -55,7 +55,7 @@ void wheel(const LedgerRig &rig, int notches)
     QCoreApplication::sendEvent(&viewport, &event);
 }
 
-/// The row whose ring is drawn, empty where none is.
+/// The hash of the row with the focus ring; empty if there is none.
 QString ringed(const LedgerRig &rig)
 {
     const QModelIndex row = rig.list().shownCurrent();
@@ -87,7 +87,7 @@ void TestTransactionListScroll::staysAtTheTop()
     QCOMPARE(rig.list().visualRect(rig.list().indexAt({5, 5})).height(), rowHeight);
 }
 
-void TestTransactionListScroll::keepsItsPlaceWhenScrolledDown()
+void TestTransactionListScroll::keepsItsPositionWhenScrolledDown()
 {
     LedgerRig rig;
     rig.transact(30);
@@ -104,12 +104,12 @@ void TestTransactionListScroll::keepsItsPlaceWhenScrolledDown()
         QCOMPARE(rig.hashAt(place), row);
     }
     QCOMPARE(bar(rig).value(), scrolled + 6 * rowHeight);
-    // To the pixel: but for the scroll bar the list looks as it did.
+    // Except for the scroll bar, the list looks the same to the pixel.
     const QRect rows(rig.list().viewport()->mapTo(&rig.window, QPoint()),
                      rig.list().viewport()->size());
     QCOMPARE(rig.screen().copy(rows), before.copy(rows));
 
-    // Scrolled back to the top, a page at a time, it follows the newest again.
+    // After scrolling back to the top, a page at a time, it follows the newest row again.
     while (bar(rig).value() > 0)
         wheel(rig, -100);
     rig.pointAt({2, 2});
@@ -135,7 +135,7 @@ void TestTransactionListScroll::keepsTheRowUnderThePointer()
     QCOMPARE(rig.screen().copy(rows), before.copy(rows));
 }
 
-void TestTransactionListScroll::keepsTheRowOfTheKeyboard()
+void TestTransactionListScroll::keepsTheFocusedRow()
 {
     LedgerRig rig;
     rig.transact(20);
@@ -173,7 +173,7 @@ void TestTransactionListScroll::allRowsReplaced()
     for (int burst = 0; burst < 3; ++burst) {
         rig.transact(90);
         QCOMPARE(rig.list().model()->rowCount(), 40);
-        // What is hovered and what has the keyboard's ring are rows that are there.
+        // The hovered row and the ringed one are among the rows that still exist.
         if (held == u"by the pointer")
             QCOMPARE(rig.list().row(rig.list().hoveredRow()).hash, rig.hashAt(place));
         if (held == u"by the keyboard")
@@ -184,7 +184,7 @@ void TestTransactionListScroll::allRowsReplaced()
     rig.pointAt({2, 2});
 }
 
-void TestTransactionListScroll::goesBackToTheTopOnLeave()
+void TestTransactionListScroll::returnsToTheTopOnLeave()
 {
     LedgerRig rig;
     rig.transact(20);
@@ -196,7 +196,7 @@ void TestTransactionListScroll::goesBackToTheTopOnLeave()
     QCOMPARE(rig.hashAt(rig.row(0)), LedgerRig::nameOf(26));
 }
 
-void TestTransactionListScroll::goesBackAfterTheKeyboard()
+void TestTransactionListScroll::returnsToTheTopOnFocusOut()
 {
     LedgerRig rig;
     rig.transact(20);
@@ -207,7 +207,7 @@ void TestTransactionListScroll::goesBackAfterTheKeyboard()
     QCOMPARE(bar(rig).value(), 3 * rowHeight);
     rig.key(Qt::Key_Backtab);
     QCOMPARE(bar(rig).value(), 0);
-    // Where the keys have scrolled, the list stays.
+    // If the keys have scrolled the list, it stays there.
     rig.key(Qt::Key_Tab);
     rig.key(Qt::Key_End);
     rig.key(Qt::Key_Backtab);
@@ -230,7 +230,7 @@ void TestTransactionListScroll::easesDown()
         QTest::qWait(1);
     }
     QVERIFY(frames.count() >= 2);
-    // Where nothing that was in sight stays in sight, there is nothing to move.
+    // If no visible row stays visible, there is nothing to animate.
     rig.transact(30);
     QCOMPARE(bar(rig).value(), 0);
     rig.transact(1);
@@ -239,7 +239,7 @@ void TestTransactionListScroll::easesDown()
     QCOMPARE(bar(rig).value(), 0);
 }
 
-void TestTransactionListScroll::arrivalsWhileItEases()
+void TestTransactionListScroll::arrivalsDuringTheAnimation()
 {
     LedgerRig rig;
     rig.transact(20);
@@ -247,7 +247,7 @@ void TestTransactionListScroll::arrivalsWhileItEases()
     rig.transact(1);
     rig.transact(1);
     QCOMPARE(bar(rig).value(), 2 * rowHeight);
-    // A pointer that comes in between holds the row that it meets.
+    // A pointer that enters during the animation holds the row under it.
     const QPoint place = rig.list().viewport()->mapTo(&rig.window, QPoint(100, 70));
     rig.pointAt(place);
     rig.transact(1);
@@ -274,7 +274,7 @@ void TestTransactionListScroll::standsStillAtTheTop()
     QCOMPARE(timers.count(), 0);
 }
 
-void TestTransactionListScroll::restsWhileItIsHidden()
+void TestTransactionListScroll::doesNotAnimateWhileHidden()
 {
     LedgerRig rig;
     rig.transact(20);
@@ -312,7 +312,7 @@ void TestTransactionListScroll::keys()
         QVERIFY(goesTo(Qt::Key_Down, row));
     rig.key(Qt::Key_PageDown);
     QVERIFY(rig.list().currentIndex().row() > 13);
-    // Neither letters nor Left and Right lead anywhere.
+    // Letter keys, Left and Right do nothing.
     const QString before = ringed(rig);
     for (const Qt::Key key : {Qt::Key_P, Qt::Key_Left, Qt::Key_Right, Qt::Key_A})
         rig.key(key);
@@ -320,7 +320,7 @@ void TestTransactionListScroll::keys()
     QCOMPARE(rig.opened, QStringList{});
 }
 
-void TestTransactionListScroll::keysChooseWhatIsShown()
+void TestTransactionListScroll::keysOpenTheRingedRow()
 {
     LedgerRig rig;
     rig.transact(5);
@@ -329,7 +329,7 @@ void TestTransactionListScroll::keysChooseWhatIsShown()
         rig.key(key);
     QCOMPARE(rig.opened,
              QStringList(3, QStringLiteral("https://xrplexplorer.com/tx/") + LedgerRig::nameOf(4)));
-    // A click takes the ring away, and with it what Enter would open.
+    // A click removes the ring, so Enter opens nothing.
     rig.click(rig.row(2));
     rig.opened.clear();
     QCOMPARE(ringed(rig), QString());
@@ -339,7 +339,7 @@ void TestTransactionListScroll::keysChooseWhatIsShown()
     QCOMPARE(ringed(rig), LedgerRig::nameOf(1));
 }
 
-void TestTransactionListScroll::keyboardBeginsInSight()
+void TestTransactionListScroll::keyboardStartsAtAVisibleRow()
 {
     LedgerRig rig;
     rig.transact(40);
@@ -351,7 +351,7 @@ void TestTransactionListScroll::keyboardBeginsInSight()
     QVERIFY(bar(rig).value() <= scrolled && bar(rig).value() > scrolled - rowHeight);
 }
 
-void TestTransactionListScroll::focusOutlastsAnotherWindow()
+void TestTransactionListScroll::focusReturnsWithTheWindow()
 {
     LedgerRig rig;
     rig.transact(10);

@@ -52,7 +52,7 @@ void TestTypeColor::colors_data()
     for (const char *type : {"Escrow", "EscrowFinish", "PaymentChannel", "PaymentChannelCreate",
                              "PaymentChannelClaim"})
         row(type, escrow);
-    // Whole names are whole, prefixes stand in front, and case counts.
+    // Full names must match in full, prefixes at the start, and case matters.
     for (const char *type : {"Unknown",
                              "",
                              "Payments",

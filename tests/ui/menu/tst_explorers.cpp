@@ -16,8 +16,8 @@ private slots:
     void pages();
     void staysOneSegment_data();
     void staysOneSegment();
-    void leadsNowhere_data();
-    void leadsNowhere();
+    void hasNoPage_data();
+    void hasNoPage();
 };
 
 void TestExplorers::bases()
@@ -120,12 +120,12 @@ void TestExplorers::staysOneSegment()
         QVERIFY(!segment.isEmpty());
         for (const char letter : segment)
             QVERIFY(std::isalnum(uchar(letter)) || QByteArray("%-._~").contains(letter));
-        // Neither does a browser that tidies the path up find another in it.
+        // A browser that normalises the path ends up at the same page.
         QCOMPARE(page->adjusted(QUrl::NormalizePathSegments), *page);
     }
 }
 
-void TestExplorers::leadsNowhere_data()
+void TestExplorers::hasNoPage_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << QStringLiteral("");
@@ -134,7 +134,7 @@ void TestExplorers::leadsNowhere_data()
     QTest::newRow("the folder above") << QStringLiteral("..");
 }
 
-void TestExplorers::leadsNowhere()
+void TestExplorers::hasNoPage()
 {
     QFETCH(QString, name);
     QVERIFY(!Explorers::page(Explorers::window, "tx", name));

@@ -15,7 +15,7 @@
 
 using namespace tidewick;
 
-/// What the menu's commands do to a real node, the desktop and the clipboard.
+/// The effect of the menu's commands on a node process, the desktop and the clipboard.
 class TestMenuCommands : public QObject
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ private slots:
 
     void startsAndStops();
     void opensFolderAndLog();
-    void opensAFolderOfAnyName();
+    void opensAFolderWithoutAUtf8Name();
     void opensTheLedgerWhileItIsKnown();
     void copiesTheLastAnswer();
     void copiesNothingBeforeAnAnswer();
@@ -97,7 +97,7 @@ void TestMenuCommands::opensFolderAndLog()
     QCOMPARE(m_opened[1].toLocalFile(), data + QLatin1String("/debug.log"));
 }
 
-void TestMenuCommands::opensAFolderOfAnyName()
+void TestMenuCommands::opensAFolderWithoutAUtf8Name()
 {
     const TemporaryFolder folder;
     NodeController node(folder.path() / "raw \xFF");

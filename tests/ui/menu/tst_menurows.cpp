@@ -16,7 +16,7 @@ class TestMenuRows : public QObject
 private slots:
     void beforeAnything();
     void everything();
-    void adviceIsForThoseWithRoom();
+    void adviceIsOptional();
     void summaries();
     void titles_data();
     void titles();
@@ -26,7 +26,7 @@ private slots:
     void startOrStopFollowsTheProcess();
     void copyingNeedsAnAnswer();
     void errorIsShownWhileThereIsOne();
-    void textsStayAsTheyAre();
+    void textsStayUnchanged();
     void placesAscend();
     void links_data();
     void links();
@@ -134,11 +134,11 @@ void TestMenuRows::everything()
         QStringLiteral("[Quit]"),
     };
     QCOMPARE(lines(running()), expected);
-    // All places but the two of the advice.
+    // All positions except the two for advice.
     QCOMPARE(expected.size(), menuPlaceCount - 2);
 }
 
-void TestMenuRows::adviceIsForThoseWithRoom()
+void TestMenuRows::adviceIsOptional()
 {
     NodeStatus status = running();
     QCOMPARE(lines(status), lines(rowsWithAdvice(status)));
@@ -253,8 +253,8 @@ void TestMenuRows::errorIsShownWhileThereIsOne()
     QVERIFY(!rowAt(status, MenuPlace::ShowError));
 }
 
-/// Escaping and shortening are for the faces, each in its own way.
-void TestMenuRows::textsStayAsTheyAre()
+/// Each face escapes and shortens texts in its own way.
+void TestMenuRows::textsStayUnchanged()
 {
     NodeStatus status = running();
     status.detail = QStringLiteral("<b>R&D_\n</b>") + QString(5000, u'x');

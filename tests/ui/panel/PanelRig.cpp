@@ -21,7 +21,7 @@ QString line(bool isCommand, bool enabled, const QString &text)
     return (enabled ? QLatin1String("[") : QLatin1String("![")) + text + u']';
 }
 
-/// What of that kind is shown and has that text or begins with it.
+/// The visible widget of that kind whose text begins with `start`.
 template <typename Kind>
 Kind *find(const QWidget &panel, const char *start)
 {
@@ -145,7 +145,7 @@ void PanelRig::closeByUser()
 {
     QCloseEvent event;
     QSpontaneKeyEvent::setSpontaneous(&event);
-    // sendEvent() would say that it comes from the program.
+    // sendEvent() would mark the event as coming from the program.
     QCoreApplication::instance()->notify(&panel, &event);
 }
 

@@ -13,22 +13,22 @@ class QLabel;
 
 namespace tidewick {
 
-/// A status that every row of the menu is shown for.
+/// A status for which the menu shows every row except advice.
 NodeStatus everyRow();
 NodeStatus withDetail(const QString &detail);
 
-/// The same where the node is stopped, is stopping, or has no error to tell of.
+/// The same with the node stopped, stopping, or without an error.
 NodeStatus stopped();
 NodeStatus stopping();
 NodeStatus withoutError();
 
-/// The same with advice that takes three lines, for that cause.
+/// The same with three lines of advice for that cause.
 NodeStatus withAdvice(Advice::Cause cause = Advice::Cause::NoValidatorList);
 
-/// A path of so many characters, which has no place to be broken at.
+/// A path of this many characters, with no opportunity for a line break.
 QString pathOf(int length);
 
-/// A node panel on the screen, active, and what is chosen in it.
+/// An active node panel on the screen, and the commands chosen in it.
 class PanelRig
 {
 public:
@@ -36,20 +36,20 @@ public:
 
     void show(const NodeStatus &status) { panel.setRows(rowsWithAdvice(status)); }
 
-    /// The rows as people see them, from top to bottom, in the way of rowLines().
+    /// The visible rows from top to bottom, formatted like rowLines().
     QStringList lines() const;
 
-    /// The shown command or text that begins like that; the test fails where there is none.
+    /// The visible command or text that begins with `start`. Aborts the test if there is none.
     QAbstractButton *command(const char *start) const;
     QLabel *text(const char *start) const;
 
-    /// The command in focus, empty where none is.
+    /// The focused command; empty if there is none.
     QString focused() const;
 
     void click(const char *name) const;
     void key(Qt::Key key) const;
 
-    /// The mouse's way of closing it, through the window manager.
+    /// Closes the panel as the window manager does when its close button is clicked.
     void closeByUser();
 
     NodePanel panel;
@@ -59,7 +59,8 @@ public:
 /// Rows as lines: "-" for a separator, a command in brackets, "!" before it when disabled.
 QStringList rowLines(const QList<MenuRow> &rows);
 
-/// The rectangle that differs from the ground, which is the picture's first point.
+/// The bounding rectangle of the pixels that differ from the background, which is the first
+/// pixel's colour.
 QRect drawn(const QImage &picture);
 
 } // namespace tidewick

@@ -23,13 +23,13 @@ private slots:
     void isAsHighAsItsRows();
     void staysPutWithoutADetail();
     void staysPutWithoutALink();
-    void scrollsOnALowScreen();
+    void scrollsOnASmallScreen();
     void showsTheHint();
 };
 
 namespace {
 
-/// Counts what is painted below a widget, by the names of the rows; "" for all without a name.
+/// Records the names of the rows that are painted; "" stands for all widgets without a name.
 class PaintCounter : public QObject
 {
 public:
@@ -75,7 +75,7 @@ void TestNodePanel::showsTheMenu_data()
 void TestNodePanel::showsTheMenu()
 {
     QFETCH(QList<MenuRow>, rows);
-    // From whatever was shown before.
+    // Whatever was shown before.
     for (const NodeStatus &before : {NodeStatus(), everyRow()}) {
         PanelRig rig(before);
         rig.panel.setRows(rows);
@@ -138,7 +138,7 @@ void TestNodePanel::isAsHighAsItsRows()
     QCOMPARE(spare(), bottom);
 }
 
-/// What is below must not move away under the mouse.
+/// The rows below must not move away from under the mouse.
 void TestNodePanel::staysPutWithoutADetail()
 {
     PanelRig rig;
@@ -161,7 +161,7 @@ void TestNodePanel::staysPutWithoutALink()
     QCOMPARE(rig.panel.size(), size);
 }
 
-void TestNodePanel::scrollsOnALowScreen()
+void TestNodePanel::scrollsOnASmallScreen()
 {
     PanelRig rig;
     const int width = rig.panel.width();

@@ -11,18 +11,18 @@
 
 using namespace tidewick;
 
-/// The advice in the node panel: a text on a ground of its own below the status.
+/// The advice in the node panel: a text with its own background, below the status.
 class TestNodePanelAdvice : public QObject
 {
     Q_OBJECT
 
 private slots:
     void comesAndGoes();
-    void hasAGroundOfItsOwn_data();
-    void hasAGroundOfItsOwn();
+    void hasItsOwnBackground_data();
+    void hasItsOwnBackground();
     void canBeReadAndCopied();
     void offersHelp();
-    void focusSurvivesIt();
+    void focusSurvivesAdvice();
 };
 
 namespace {
@@ -49,14 +49,14 @@ void TestNodePanelAdvice::comesAndGoes()
     QCOMPARE(rig.lines(), rowLines(menuRows(everyRow())));
 }
 
-void TestNodePanelAdvice::hasAGroundOfItsOwn_data()
+void TestNodePanelAdvice::hasItsOwnBackground_data()
 {
     QTest::addColumn<bool>("dark");
     QTest::newRow("light") << false;
     QTest::newRow("dark") << true;
 }
 
-void TestNodePanelAdvice::hasAGroundOfItsOwn()
+void TestNodePanelAdvice::hasItsOwnBackground()
 {
     QFETCH(bool, dark);
     PanelRig rig(withAdvice());
@@ -87,14 +87,14 @@ void TestNodePanelAdvice::offersHelp()
     PanelRig rig(withAdvice(Advice::Cause::NodeMissing));
     rig.click("How to Install");
     QCOMPARE(rig.chosen, QList<MenuCommand>{MenuCommand::InstallNode});
-    // The first command that the keyboard comes to.
+    // It comes first in the tab order.
     rig.key(Qt::Key_Tab);
     QCOMPARE(rig.focused(), QStringLiteral("How to Install…"));
     rig.key(Qt::Key_Return);
     QCOMPARE(rig.chosen.size(), 2);
 }
 
-void TestNodePanelAdvice::focusSurvivesIt()
+void TestNodePanelAdvice::focusSurvivesAdvice()
 {
     PanelRig rig;
     while (rig.focused() != QLatin1String("Stop Node"))
@@ -103,7 +103,7 @@ void TestNodePanelAdvice::focusSurvivesIt()
     QCOMPARE(rig.focused(), QStringLiteral("Stop Node"));
     rig.key(Qt::Key_Home);
     QCOMPARE(rig.focused(), QStringLiteral("How to Install…"));
-    // When the help goes, the next command below it has the focus.
+    // When that command disappears, the next one below it takes the focus.
     rig.show(everyRow());
     QVERIFY(rig.focused().startsWith(QLatin1String("Validated ledger")));
 }

@@ -20,14 +20,14 @@ private slots:
     void choosesByMouse();
     void choosesByKeyboard_data();
     void choosesByKeyboard();
-    void choosesNothingThatIsDisabled();
-    void choosesNothingThatCameMeanwhile();
+    void ignoresDisabledCommands();
+    void ignoresACommandThatAppearsDuringAClick();
     void choosesOncePerDoubleClick();
     void choosesOncePerKeyPress();
     void minimisesWhenClosed();
-    void quitsWithTheApplication();
+    void doesNotBlockQuitting();
     void pointsAtCommands();
-    void copiesWhatIsSelected();
+    void copiesTheSelection();
     void copiesFromTheContextMenu();
 };
 
@@ -80,7 +80,7 @@ void TestNodePanelCommands::choosesByKeyboard()
     QCOMPARE(rig.chosen, expected);
 }
 
-void TestNodePanelCommands::choosesNothingThatIsDisabled()
+void TestNodePanelCommands::ignoresDisabledCommands()
 {
     PanelRig rig(stopping());
     QVERIFY(!rig.command("Stop Node")->isEnabled());
@@ -90,8 +90,8 @@ void TestNodePanelCommands::choosesNothingThatIsDisabled()
     QCOMPARE(rig.chosen, QList<MenuCommand>());
 }
 
-/// The mouse went down on one command; a poll has put another there before it came up.
-void TestNodePanelCommands::choosesNothingThatCameMeanwhile()
+/// Between the press and the release of the mouse button, a poll replaces the command.
+void TestNodePanelCommands::ignoresACommandThatAppearsDuringAClick()
 {
     PanelRig rig(stopped());
     QTest::mousePress(rig.command("Start Node"), Qt::LeftButton);
@@ -102,7 +102,7 @@ void TestNodePanelCommands::choosesNothingThatCameMeanwhile()
     QCOMPARE(rig.chosen, QList{MenuCommand::StopNode});
 }
 
-/// Start must not be followed by Stop because somebody clicks twice everywhere.
+/// A habitual double click must not start the node and stop it again.
 void TestNodePanelCommands::choosesOncePerDoubleClick()
 {
     PanelRig rig(stopped());
@@ -142,7 +142,7 @@ void TestNodePanelCommands::minimisesWhenClosed()
     QVERIFY(rig.panel.isMinimized());
 }
 
-void TestNodePanelCommands::quitsWithTheApplication()
+void TestNodePanelCommands::doesNotBlockQuitting()
 {
     PanelRig rig;
     QTimer limit;
@@ -165,7 +165,7 @@ void TestNodePanelCommands::pointsAtCommands()
     QCOMPARE(rig.command("Stop Node")->cursor().shape(), Qt::PointingHandCursor);
 }
 
-void TestNodePanelCommands::copiesWhatIsSelected()
+void TestNodePanelCommands::copiesTheSelection()
 {
     PanelRig rig;
     QLabel *label = rig.text("Memory");

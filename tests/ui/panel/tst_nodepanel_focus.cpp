@@ -20,13 +20,13 @@ private slots:
     void movesThroughTheCommands();
     void staysOnARowThatChanges();
     void staysOnARowWhileItIsDisabled();
-    void goesToTheNextFromARowThatVanishes();
-    void leavesTheFocusOffTheCommands();
+    void movesOnFromARowThatVanishes();
+    void focusesNoCommandUnasked();
 };
 
 namespace {
 
-/// The commands that can be chosen.
+/// The texts of the enabled commands.
 QStringList names(const NodeStatus &status)
 {
     QStringList names;
@@ -39,7 +39,7 @@ QStringList names(const NodeStatus &status)
 
 } // namespace
 
-/// A window that opens by itself gets keys that were meant for another.
+/// A window that opens by itself may receive keys meant for another.
 void TestNodePanelFocus::choosesNothingByItself()
 {
     PanelRig rig;
@@ -68,7 +68,7 @@ void TestNodePanelFocus::movesThroughTheCommands()
 {
     QFETCH(Qt::Key, key);
     QFETCH(bool, isDown);
-    // The ledger's command is made last and comes first; disabled ones are passed over.
+    // The ledger's command is created last but comes first; disabled ones are skipped.
     NodeStatus status = stopping();
     status.ledgerSeq.reset();
     PanelRig rig(status);
@@ -117,7 +117,7 @@ void TestNodePanelFocus::staysOnARowWhileItIsDisabled()
     rig.show(stopped());
     QCOMPARE(rig.focused(), QStringLiteral("Start Node"));
 
-    // From there the keyboard goes on to its neighbours.
+    // From there, the arrow keys move to its neighbours.
     for (const auto &[key, neighbour] :
          {std::pair(Qt::Key_Down, QStringLiteral("Clear Storage…")),
           std::pair(Qt::Key_Up, QStringLiteral("Validated ledger: #98765432 (3s ago)"))}) {
@@ -130,7 +130,7 @@ void TestNodePanelFocus::staysOnARowWhileItIsDisabled()
     }
 }
 
-void TestNodePanelFocus::goesToTheNextFromARowThatVanishes()
+void TestNodePanelFocus::movesOnFromARowThatVanishes()
 {
     PanelRig rig;
     rig.command("Show Error")->setFocus(Qt::TabFocusReason);
@@ -153,7 +153,7 @@ void TestNodePanelFocus::goesToTheNextFromARowThatVanishes()
     QCOMPARE(rig.focused(), QString());
 }
 
-void TestNodePanelFocus::leavesTheFocusOffTheCommands()
+void TestNodePanelFocus::focusesNoCommandUnasked()
 {
     PanelRig rig;
     QTest::mouseClick(rig.text("Following"), Qt::LeftButton);
@@ -161,7 +161,7 @@ void TestNodePanelFocus::leavesTheFocusOffTheCommands()
     status.detail.clear();
     rig.show(status);
     QCOMPARE(rig.focused(), QString());
-    // A text that was clicked is where the keyboard sets out from.
+    // The arrow keys start from the text that was clicked.
     QTest::mouseClick(rig.text("Uptime"), Qt::LeftButton);
     rig.key(Qt::Key_Down);
     QCOMPARE(rig.focused(), QStringLiteral("Stop Node"));

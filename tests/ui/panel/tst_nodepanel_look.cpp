@@ -24,9 +24,9 @@ private slots:
     void textsStandOut_data();
     void textsStandOut();
     void fillsTheCommandUnderTheMouse();
-    void ringsTheCommandInFocus();
-    void fadesWhatIsDisabled();
-    void iconTakesTheTextsColor();
+    void ringsTheFocusedCommand();
+    void fadesDisabledCommands();
+    void iconHasTheTextColor();
     void titleMakesRoomForABadge();
     void rightToLeft();
     void followsTheFont();
@@ -98,7 +98,7 @@ void TestNodePanelLook::textsStandOut()
     QVERIFY(contrast(colors.color(QPalette::WindowText), fill) >= 4.5);
     QVERIFY(contrast(colors.color(QPalette::HighlightedText), colors.color(QPalette::Highlight))
             >= 4.5);
-    // What is no text needs less.
+    // Non-text elements need less contrast.
     QVERIFY(contrast(colors.color(QPalette::Link), ground) >= 3);
     const QColor disabled = colors.color(QPalette::Disabled, QPalette::WindowText);
     QVERIFY(contrast(over(disabled, ground), ground) >= 2);
@@ -123,7 +123,7 @@ void TestNodePanelLook::fillsTheCommandUnderTheMouse()
     }
 }
 
-void TestNodePanelLook::ringsTheCommandInFocus()
+void TestNodePanelLook::ringsTheFocusedCommand()
 {
     PanelRig rig;
     const QColor ring = controlPalette(false).color(QPalette::Link);
@@ -134,7 +134,7 @@ void TestNodePanelLook::ringsTheCommandInFocus()
     QVERIFY(!isRinged("Stop Node"));
     rig.command("Stop Node")->setFocus(Qt::TabFocusReason);
     QVERIFY(isRinged("Stop Node"));
-    // It waits where it was while that is disabled.
+    // The ring stays on the command while it is disabled.
     NodeStatus status = everyRow();
     status.phase = Phase::Stopping;
     rig.show(status);
@@ -144,7 +144,7 @@ void TestNodePanelLook::ringsTheCommandInFocus()
     QVERIFY(isRinged("Clear Storage"));
 }
 
-void TestNodePanelLook::fadesWhatIsDisabled()
+void TestNodePanelLook::fadesDisabledCommands()
 {
     NodeStatus status = everyRow();
     status.hasServerInfo = false;
@@ -157,7 +157,7 @@ void TestNodePanelLook::fadesWhatIsDisabled()
     QCOMPARE(picture(rig.command("Copy")).pixelColor(4, 10), ground);
 }
 
-void TestNodePanelLook::iconTakesTheTextsColor()
+void TestNodePanelLook::iconHasTheTextColor()
 {
     PanelRig rig;
     rig.panel.setIcon(redBlock(20));
@@ -166,7 +166,7 @@ void TestNodePanelLook::iconTakesTheTextsColor()
         const QLabel *title = rig.text("Full");
         const QImage left = rig.panel.grab({0, title->y(), title->x(), title->height()}).toImage();
         QCOMPARE(inkColor(left), controlPalette(dark).color(QPalette::WindowText));
-        // It begins where the texts below begin.
+        // It is aligned with the texts below.
         QCOMPARE(drawn(left).left(), 16);
     }
     rig.panel.setIcon({});
@@ -191,7 +191,7 @@ void TestNodePanelLook::titleMakesRoomForABadge()
         QVERIFY(drawn(left).right() < title->x() - 8);
         places.insert(title->x());
     }
-    // It does not wander from phase to phase.
+    // The title does not move from phase to phase.
     QCOMPARE(places.size(), 1);
     QVERIFY(*places.begin() > beside);
 }

@@ -16,17 +16,17 @@ class TestNodePanelTexts : public QObject
     Q_OBJECT
 
 private slots:
-    void showsTextsAsTheyAre_data();
-    void showsTextsAsTheyAre();
-    void boundsLongTexts();
-    void showsLinesAsOne();
+    void showsTextsVerbatim_data();
+    void showsTextsVerbatim();
+    void shortensLongTexts();
+    void joinsLines();
     void breaksLongWords();
     void clipsNoText_data();
     void clipsNoText();
-    void namesItsRowsToAssistiveSoftware();
+    void rowsHaveAccessibleNames();
 };
 
-void TestNodePanelTexts::showsTextsAsTheyAre_data()
+void TestNodePanelTexts::showsTextsVerbatim_data()
 {
     QTest::addColumn<QString>("detail");
     for (const char *text :
@@ -34,19 +34,19 @@ void TestNodePanelTexts::showsTextsAsTheyAre_data()
         QTest::newRow(text) << QString::fromUtf8(text);
 }
 
-void TestNodePanelTexts::showsTextsAsTheyAre()
+void TestNodePanelTexts::showsTextsVerbatim()
 {
     QFETCH(QString, detail);
     PanelRig rig(withDetail(detail));
     QLabel *label = rig.text(detail.toUtf8().constData());
     QCOMPARE(label->accessibleName(), detail);
     QVERIFY(label->toolTip().isEmpty());
-    // As wide as its characters, none of them taken for something else.
+    // As wide as its characters, so none of them was interpreted.
     const int wide = QFontMetrics(label->font()).horizontalAdvance(detail);
     QVERIFY(std::abs(drawn(label->grab().toImage()).width() - wide) <= 6);
 }
 
-void TestNodePanelTexts::boundsLongTexts()
+void TestNodePanelTexts::shortensLongTexts()
 {
     const QString huge = QStringLiteral("<i>&") + QString(1 << 20, u'x');
     PanelRig rig(withDetail(huge));
@@ -56,7 +56,7 @@ void TestNodePanelTexts::boundsLongTexts()
     QVERIFY(label->toolTip().contains(QStringLiteral("&lt;i&gt;&amp;xx")));
     QVERIFY(label->toolTip().size() > 4000);
     QVERIFY(label->toolTip().size() < 5000);
-    // As wide as tool tips are, though it has no place to be broken at.
+    // No wider than other tooltips, although the text has no opportunity for a line break.
     QLabel tip(label->toolTip());
     tip.setWordWrap(true);
     QVERIFY(tip.minimumSizeHint().width() < 1000);
@@ -64,7 +64,7 @@ void TestNodePanelTexts::boundsLongTexts()
     QVERIFY(rig.text("Following")->toolTip().isEmpty());
 }
 
-void TestNodePanelTexts::showsLinesAsOne()
+void TestNodePanelTexts::joinsLines()
 {
     QStringList lines;
     for (int i = 1; i <= 50; ++i)
@@ -72,7 +72,7 @@ void TestNodePanelTexts::showsLinesAsOne()
     PanelRig rig(withDetail(lines.join(u'\n')));
     const QLabel *label = rig.text("line <1>");
     QCOMPARE(label->accessibleName(), lines.join(u' '));
-    // The tool tip has them as lines, but not more than a screen has.
+    // The tooltip keeps the lines apart, but shows no more than fit on a screen.
     QVERIFY(label->toolTip().contains(QStringLiteral("line &lt;1&gt;<br>line &lt;2&gt;")));
     QCOMPARE(label->toolTip().count(QStringLiteral("<br>")), 40);
 }
@@ -117,7 +117,7 @@ void TestNodePanelTexts::clipsNoText()
     }
 }
 
-void TestNodePanelTexts::namesItsRowsToAssistiveSoftware()
+void TestNodePanelTexts::rowsHaveAccessibleNames()
 {
     NodeStatus status = everyRow();
     status.uptime = QStringLiteral("1 & <2>_");

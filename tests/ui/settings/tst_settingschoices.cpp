@@ -22,7 +22,7 @@ private slots:
 
 namespace {
 
-/// As "value label, value label".
+/// Formatted as "value label, value label".
 QString told(const QList<Choice> &choices)
 {
     QStringList told;
@@ -117,7 +117,7 @@ void TestSettingsChoices::sizes_data()
     };
     row(0, "0 GB");
     row(100, "0.1 GB");
-    row(256, "0.2 GB"); // a tie, to even
+    row(256, "0.2 GB"); // a tie, rounded to even
     row(512, "0.5 GB");
     row(768, "0.8 GB");
     row(1023, "1.0 GB");

@@ -24,16 +24,16 @@ private slots:
     void picksByKeyboard();
     void storesAtOnce_data();
     void storesAtOnce();
-    void dropsWhatIsNoChoiceOnceLeft();
+    void dropsACustomValueOnceChanged();
     void tabGoesFromTopToBottom();
-    void wheelPassesOver();
+    void wheelChangesNothing();
     void escapeCloses();
     void showsWhatOthersWrite();
-    void showsWhatApplies_data();
-    void showsWhatApplies();
-    void appliesAnewEachTimeItIsShown();
-    void storesNothingByBeingShown();
-    void saysWhenNothingCanBeStored();
+    void clampsStoredValues_data();
+    void clampsStoredValues();
+    void clampsEachTimeItIsShown();
+    void storesNothingJustByBeingShown();
+    void reportsWhenNothingCanBeStored();
     void namesItsControls();
 
 private:
@@ -47,7 +47,7 @@ QString nameOf(QWidget *widget)
     return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
 }
 
-/// What assistive software calls a picker, whose name is what is picked.
+/// The accessible label of a picker, whose accessible name is the picked value.
 QString labelOf(QWidget *widget)
 {
     const auto labels =
@@ -114,7 +114,7 @@ void TestSettingsWindow::offersChoices()
 
 void TestSettingsWindow::picksByMouse()
 {
-    // Within this time the click that opens the list does not pick in it.
+    // For this long, the click that opens the list cannot pick an entry.
     QApplication::setDoubleClickInterval(0);
     Rig rig;
     Picker *picker = rig.picker(Rig::HardCap);
@@ -131,7 +131,7 @@ void TestSettingsWindow::picksByMouse()
 void TestSettingsWindow::picksByKeyboard()
 {
     Rig rig;
-    // Not before somebody asks for a control.
+    // Keys have no effect until a control has the focus.
     rig.key(Qt::Key_Down);
     QVERIFY(!std::filesystem::exists(rig.defaults.file()));
     rig.key(Qt::Key_Tab);
@@ -177,7 +177,7 @@ void TestSettingsWindow::storesAtOnce()
                  + (stored < "other" ? stored + "other=7\n" : "other=7\n" + stored));
 }
 
-void TestSettingsWindow::dropsWhatIsNoChoiceOnceLeft()
+void TestSettingsWindow::dropsACustomValueOnceChanged()
 {
     Rig rig("autoStopAfterFullMinutes=90\n");
     QTest::keyClick(rig.picker(Rig::AfterFull), Qt::Key_Down);
@@ -206,7 +206,7 @@ void TestSettingsWindow::tabGoesFromTopToBottom()
     QCOMPARE(rig.window->focusWidget(), expected.at(4));
 }
 
-void TestSettingsWindow::wheelPassesOver()
+void TestSettingsWindow::wheelChangesNothing()
 {
     Rig rig;
     Picker *picker = rig.picker(Rig::DiskGuard);
@@ -223,7 +223,7 @@ void TestSettingsWindow::wheelPassesOver()
 void TestSettingsWindow::escapeCloses()
 {
     Rig rig;
-    // An open list takes it first.
+    // An open list handles the key first.
     rig.picker(Rig::AfterFull)->setFocus();
     rig.key(Qt::Key_Space);
     QAbstractItemView *list = rig.picker(Rig::AfterFull)->view();
@@ -251,14 +251,14 @@ void TestSettingsWindow::showsWhatOthersWrite()
     QCOMPARE(rig.picker(Rig::RoundGrowth)->currentText(), QStringLiteral("0.5 GB"));
     std::filesystem::remove(rig.defaults.file());
     QTRY_COMPARE(rig.picker(Rig::RoundGrowth)->currentText(), QStringLiteral("2 GB (recommended)"));
-    // What is stored after that leaves what others wrote.
+    // Storing a choice after that keeps what others wrote.
     rig.writeSettings("diskGuardFreeGB=50\n");
     QTRY_COMPARE(rig.picker(Rig::DiskGuard)->currentText(), QStringLiteral("50 GB"));
     QTest::keyClick(rig.picker(Rig::HardCap), Qt::Key_Down);
     QVERIFY(rig.storedSettings().contains("diskGuardFreeGB=50\n"));
 }
 
-void TestSettingsWindow::showsWhatApplies_data()
+void TestSettingsWindow::clampsStoredValues_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("after");
@@ -279,14 +279,14 @@ void TestSettingsWindow::showsWhatApplies_data()
     row("diskGuardFreeGB=0", "diskGuardFreeGB=0");
 }
 
-void TestSettingsWindow::showsWhatApplies()
+void TestSettingsWindow::clampsStoredValues()
 {
     QFETCH(QByteArray, before);
     const Rig rig(before + '\n');
     QTEST(rig.storedSettings().split('\n').at(1), "after");
 }
 
-void TestSettingsWindow::appliesAnewEachTimeItIsShown()
+void TestSettingsWindow::clampsEachTimeItIsShown()
 {
     Rig rig("autoStopAfterFullMinutes=-5\n");
     QCOMPARE(rig.picker(Rig::AfterFull)->currentText(), QStringLiteral("Never"));
@@ -299,19 +299,19 @@ void TestSettingsWindow::appliesAnewEachTimeItIsShown()
     QCOMPARE(rig.picker(Rig::RoundGrowth)->currentText(), QStringLiteral("16 GB"));
 }
 
-void TestSettingsWindow::storesNothingByBeingShown()
+void TestSettingsWindow::storesNothingJustByBeingShown()
 {
     const Rig rig;
     QVERIFY(!std::filesystem::exists(rig.defaults.file()));
 }
 
-void TestSettingsWindow::saysWhenNothingCanBeStored()
+void TestSettingsWindow::reportsWhenNothingCanBeStored()
 {
     Rig rig;
     const int height = rig.window->height();
     TextLabel *word = alarm(*rig.window);
     QVERIFY(!word->isVisible());
-    // A folder in the file's place stops the mightiest user too.
+    // A folder in place of the file stops even root from writing.
     std::filesystem::create_directories(rig.defaults.file());
     const QString file = Files::display(rig.defaults.file());
     const auto down = [&rig, &file](bool stored) {

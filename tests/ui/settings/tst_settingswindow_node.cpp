@@ -12,22 +12,22 @@
 
 using namespace tidewick;
 
-/// The settings window beside a real node, and its ways to the desktop.
+/// The settings window together with a node process, and what it asks of the desktop.
 class TestSettingsWindowNode : public QObject
 {
     Q_OBJECT
 
 private slots:
     void followsTheNode();
-    void fixesTheEngineDuringARun();
-    void letsTheEngineBeSetAfterARun();
-    void closesTheListOfWhatIsFixedNow();
-    void keepsTheFocusFromNeighbours();
-    void asksNothingOfAnotherStore();
+    void locksTheGrowthSettingDuringARun();
+    void unlocksTheGrowthSettingAfterARun();
+    void closesAListThatBecomesLocked();
+    void lockingPressesNoNeighbour();
+    void anotherStoreHasNoGrowthSetting();
     void choicesApplyFromTheNextStart();
     void revealsTheDataFolder();
     void opensTheConfiguration();
-    void saysWhenNothingOpens();
+    void reportsWhenNothingOpens();
 
 private:
     using Rig = SettingsRig;
@@ -50,7 +50,7 @@ void TestSettingsWindowNode::followsTheNode()
                 .contains(status.storeSize + QStringLiteral(" · ") + status.freeSpace));
 }
 
-void TestSettingsWindowNode::fixesTheEngineDuringARun()
+void TestSettingsWindowNode::locksTheGrowthSettingDuringARun()
 {
     Rig rig;
     const int height = rig.window->height();
@@ -65,7 +65,7 @@ void TestSettingsWindowNode::fixesTheEngineDuringARun()
         QVERIFY(rig.picker(question)->isEnabled());
 }
 
-void TestSettingsWindowNode::letsTheEngineBeSetAfterARun()
+void TestSettingsWindowNode::unlocksTheGrowthSettingAfterARun()
 {
     Rig rig;
     const int height = rig.window->height();
@@ -78,7 +78,7 @@ void TestSettingsWindowNode::letsTheEngineBeSetAfterARun()
     QTRY_COMPARE(rig.window->height(), height);
 }
 
-void TestSettingsWindowNode::closesTheListOfWhatIsFixedNow()
+void TestSettingsWindowNode::closesAListThatBecomesLocked()
 {
     Rig rig;
     rig.picker(Rig::RoundGrowth)->showPopup();
@@ -87,7 +87,7 @@ void TestSettingsWindowNode::closesTheListOfWhatIsFixedNow()
     QVERIFY(!rig.picker(Rig::RoundGrowth)->view()->isVisible());
 }
 
-void TestSettingsWindowNode::keepsTheFocusFromNeighbours()
+void TestSettingsWindowNode::lockingPressesNoNeighbour()
 {
     Rig rig;
     rig.picker(Rig::RoundGrowth)->setFocus();
@@ -98,8 +98,8 @@ void TestSettingsWindowNode::keepsTheFocusFromNeighbours()
     QCOMPARE(rig.opened, QList<QUrl>());
 }
 
-/// How far the store grows is a question for Mossgrid.
-void TestSettingsWindowNode::asksNothingOfAnotherStore()
+/// Only Mossgrid has a setting for growth.
+void TestSettingsWindowNode::anotherStoreHasNoGrowthSetting()
 {
     Rig rig;
     rig.window.reset();
@@ -135,7 +135,7 @@ void TestSettingsWindowNode::revealsTheDataFolder()
     QTest::mouseClick(button(*rig.window, "Show in Finder"), Qt::LeftButton);
     QCOMPARE(rig.revealed, QList({rig.node.data()}));
     QCOMPARE(rig.opened, QList<QUrl>());
-    // Without a file browser that selects, the folder is opened.
+    // If no file browser can reveal the folder, it is opened.
     rig.reveals = false;
     QTest::keyClick(button(*rig.window, "Show in Finder"), Qt::Key_Return);
     QCOMPARE(rig.revealed.size(), 2);
@@ -150,7 +150,7 @@ void TestSettingsWindowNode::opensTheConfiguration()
     QVERIFY(rig.revealed.isEmpty());
 }
 
-void TestSettingsWindowNode::saysWhenNothingOpens()
+void TestSettingsWindowNode::reportsWhenNothingOpens()
 {
     Rig rig;
     const QString word = QStringLiteral("Nothing on this desktop opens %1.")

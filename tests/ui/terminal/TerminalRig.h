@@ -13,7 +13,7 @@ namespace tidewick {
 
 inline const QList<QString> prompt{QStringLiteral("$ tidewick")};
 
-/// A terminal on which a shell has started the program.
+/// A terminal in which a shell has started the program.
 struct Started
 {
     explicit Started(int columns = 80, int rows = 24) : terminal(columns, rows)
@@ -32,7 +32,7 @@ struct Started
     std::unique_ptr<TerminalFace> face;
 };
 
-/// What it shows of sampleStatus() where there is room.
+/// The rows for sampleStatus() if there is room for all of them.
 inline QList<QString> sampleRows()
 {
     return {QStringLiteral("Full"),

@@ -9,7 +9,7 @@
 
 using namespace tidewick;
 
-/// The rows on a terminal, as a person sees them.
+/// The rows as they appear on a terminal.
 class TestTerminalFace : public QObject
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ void TestTerminalFace::widths_data()
     row("control characters", 80, QStringLiteral("a\x1b[2Jb\r\nc\u009bd"),
         QStringLiteral("a [2Jb  c d"), ledger);
     row("huge", 80, QString(1 << 20, u'x'), QString(79, u'x') + u'…', ledger);
-    row("a letter under a heap of accents", 80, u'a' + QString(1 << 20, u'\u0301'),
+    row("a letter with a million accents", 80, u'a' + QString(1 << 20, u'\u0301'),
         QStringLiteral("…"), ledger);
 }
 
@@ -144,9 +144,9 @@ void TestTerminalFace::staysWithinTheHeight_data()
     withoutBlanks.removeAll(QString());
     QTest::newRow("room for all") << 12 << all;
     QTest::newRow("blank rows go first") << 11 << withoutBlanks;
-    QTest::newRow("still all of the rest") << 10 << withoutBlanks;
-    QTest::newRow("the last ones go next") << 6 << withoutBlanks.first(5);
-    QTest::newRow("title") << 2 << withoutBlanks.first(1);
+    QTest::newRow("all other rows still fit") << 10 << withoutBlanks;
+    QTest::newRow("the last rows go next") << 6 << withoutBlanks.first(5);
+    QTest::newRow("only the title is left") << 2 << withoutBlanks.first(1);
 }
 
 void TestTerminalFace::staysWithinTheHeight()
@@ -198,7 +198,7 @@ void TestTerminalFace::lowerThenHigher()
     started.face->show(sampleStatus());
     QCOMPARE(started.terminal.screen().screen(), rows.first(4));
 
-    // The window brings back what it had scrolled out; the rows stand below that.
+    // The window shows the lines again that it had scrolled out; the rows come below them.
     started.terminal.resize(80, 24);
     started.face->show(sampleStatus());
     QCOMPARE(started.terminal.screen().everything().last(sampleRows().size()), sampleRows());

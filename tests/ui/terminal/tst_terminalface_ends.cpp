@@ -14,22 +14,22 @@
 
 using namespace tidewick;
 
-/// Errors on a terminal, its end, and terminals that are not at hand.
+/// Errors on a terminal, the end of a run, and terminals that are simple, closed or not available.
 class TestTerminalFaceEnds : public QObject
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void printsAnErrorAboveOnce();
-    void anErrorIsToldAgainAfterItWasGone();
+    void printsAnErrorOnceAboveTheRows();
+    void repeatsAnErrorThatComesBack();
     void longErrors();
-    void leavesAFreshLine();
-    void nothingShownLeavesNothing();
+    void endsOnAFreshLine();
+    void writesNothingIfNothingWasShown();
     void simpleTerminalsGetLines_data();
     void simpleTerminalsGetLines();
     void closedWindow();
-    void heldOutput();
+    void suspendedOutput();
     void inTheBackground();
 };
 
@@ -39,7 +39,7 @@ void TestTerminalFaceEnds::init()
     qputenv("TERM", "xterm-256color");
 }
 
-void TestTerminalFaceEnds::printsAnErrorAboveOnce()
+void TestTerminalFaceEnds::printsAnErrorOnceAboveTheRows()
 {
     Started started(80, 14);
     started.shown(sampleStatus());
@@ -64,7 +64,7 @@ void TestTerminalFaceEnds::printsAnErrorAboveOnce()
     QCOMPARE(started.terminal.screen().strangeSequences(), QList<QString>());
 }
 
-void TestTerminalFaceEnds::anErrorIsToldAgainAfterItWasGone()
+void TestTerminalFaceEnds::repeatsAnErrorThatComesBack()
 {
     Started started;
     NodeStatus status = sampleStatus();
@@ -94,7 +94,7 @@ void TestTerminalFaceEnds::longErrors()
     QCOMPARE(lines.count(QStringLiteral("…")), 1);
 }
 
-void TestTerminalFaceEnds::leavesAFreshLine()
+void TestTerminalFaceEnds::endsOnAFreshLine()
 {
     Started started;
     started.shown(sampleStatus());
@@ -106,7 +106,7 @@ void TestTerminalFaceEnds::leavesAFreshLine()
     QVERIFY(screen.wraps());
 }
 
-void TestTerminalFaceEnds::nothingShownLeavesNothing()
+void TestTerminalFaceEnds::writesNothingIfNothingWasShown()
 {
     Started started;
     const qsizetype received = started.terminal.received();
@@ -152,8 +152,8 @@ void TestTerminalFaceEnds::closedWindow()
     started.face.reset();
 }
 
-/// Ctrl-S holds a terminal's output until Ctrl-Q.
-void TestTerminalFaceEnds::heldOutput()
+/// Ctrl-S suspends a terminal's output until Ctrl-Q.
+void TestTerminalFaceEnds::suspendedOutput()
 {
     Started started;
     started.shown(sampleStatus());
@@ -169,7 +169,7 @@ void TestTerminalFaceEnds::heldOutput()
     QTRY_COMPARE(started.terminal.screen().everything(), prompt + rows);
 }
 
-/// A child with the terminal as its own, where another of its process groups stands in front.
+/// A child process whose controlling terminal has another process group in the foreground.
 void TestTerminalFaceEnds::inTheBackground()
 {
     Started started;
@@ -189,7 +189,7 @@ void TestTerminalFaceEnds::inTheBackground()
         started.face.reset();
         ::kill(front, SIGKILL);
         ::waitpid(front, nullptr, 0);
-        // A session that ends with its terminal in hand closes it for everybody.
+        // A session leader that exits with a controlling terminal hangs it up for everybody.
         ::signal(SIGHUP, SIG_IGN);
         ::ioctl(descriptor, TIOCNOTTY);
         ::_exit(owned && behind ? 0 : 1);

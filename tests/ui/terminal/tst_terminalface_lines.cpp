@@ -14,7 +14,7 @@
 
 using namespace tidewick;
 
-/// The face where nobody looks on: files, pipes, the journal.
+/// The face when its output is not a terminal: files, pipes, the journal.
 class TestTerminalFaceLines : public QObject
 {
     Q_OBJECT
@@ -49,7 +49,7 @@ struct Pipe
         ::fcntl(reader.get(), F_SETFL, O_NONBLOCK);
     }
 
-    /// What has come since.
+    /// Everything that has arrived since the last call.
     QByteArray read() const
     {
         QByteArray all;
@@ -99,7 +99,7 @@ void TestTerminalFaceLines::linesOfARun()
                         "Syncing… · Catching up (tracking) · Storage: trimming\n"));
 }
 
-/// A line for each cause, none for the seconds that its text counts.
+/// A line for each cause, but none for each change of the seconds in its text.
 void TestTerminalFaceLines::adviceOfARun()
 {
     const Pipe pipe;
@@ -196,7 +196,7 @@ void TestTerminalFaceLines::slowReader_data()
     QTest::newRow("socket, which cannot be opened again") << true;
 }
 
-/// Whatever was dropped meanwhile, lines are whole and the last one says how things are.
+/// Some lines may be dropped, but those written are complete and the last one is current.
 void TestTerminalFaceLines::slowReader()
 {
     QFETCH(bool, isSocket);

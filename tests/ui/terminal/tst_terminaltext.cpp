@@ -27,15 +27,15 @@ void TestTerminalText::columns_data()
     QTest::addColumn<int>("expected");
     QTest::newRow("empty") << QString() << 0;
     QTest::newRow("letters") << QStringLiteral("Full") << 4;
-    QTest::newRow("signs of ours") << QStringLiteral("–·…") << 3;
+    QTest::newRow("punctuation that we use") << QStringLiteral("–·…") << 3;
     QTest::newRow("wide") << QStringLiteral("日本") << 4;
-    QTest::newRow("accent apart") << QStringLiteral("e\u0301") << 1;
+    QTest::newRow("combining accent") << QStringLiteral("e\u0301") << 1;
     QTest::newRow("emoji") << QStringLiteral("😀") << 2;
-    QTest::newRow("sign in colour") << QStringLiteral("❤\ufe0f") << 2;
-    QTest::newRow("joined emoji, where they are not joined") << QStringLiteral("👩‍🚀") << 4;
+    QTest::newRow("emoji presentation") << QStringLiteral("❤\ufe0f") << 2;
+    QTest::newRow("joined emoji, counted one by one") << QStringLiteral("👩‍🚀") << 4;
     QTest::newRow("invisible") << QStringLiteral("\u200b\u200f") << 0;
     QTest::newRow("unknown to the C library") << QString::fromUcs4(U"\U000e0fff") << 2;
-    QTest::newRow("half a pair") << QString(QChar(0xd83d)) << 1;
+    QTest::newRow("lone surrogate") << QString(QChar(0xd83d)) << 1;
 }
 
 void TestTerminalText::columns()
@@ -64,7 +64,8 @@ void TestTerminalText::elided_data()
     row("accents stay with their letter", QStringLiteral("e\u0301e\u0301e\u0301"), 2,
         QStringLiteral("e\u0301…"));
     row("emoji stay whole", QStringLiteral("a👩‍🚀b"), 4, QStringLiteral("a…"));
-    row("invisible ones need no room", QStringLiteral("ab\u200b"), 2, QStringLiteral("ab\u200b"));
+    row("invisible characters take no room", QStringLiteral("ab\u200b"), 2,
+        QStringLiteral("ab\u200b"));
 }
 
 void TestTerminalText::elided()
@@ -111,7 +112,7 @@ void TestTerminalText::wrappedLines_data()
     QTest::newRow("fits") << QString(10, u'x') << 10 << 1;
     QTest::newRow("one more") << QString(11, u'x') << 10 << 2;
     QTest::newRow("many") << QString(95, u'x') << 10 << 10;
-    QTest::newRow("wide ones leave a column free") << QString(10, u'日') << 5 << 5;
+    QTest::newRow("wide characters leave a column free") << QString(10, u'日') << 5 << 5;
 }
 
 void TestTerminalText::wrappedLines()

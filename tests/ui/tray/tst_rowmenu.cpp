@@ -10,7 +10,7 @@
 
 using namespace tidewick;
 
-/// The menu that Qt draws; the one on the bus is read where there is a tray host.
+/// The menu as Qt draws it. Tests with a tray host read the one on the session bus.
 class TestRowMenu : public QObject
 {
     Q_OBJECT
