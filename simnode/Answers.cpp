@@ -11,9 +11,9 @@ namespace tidewick::sim {
 
 namespace {
 
-/// How many ledgers from before the run the node has.
+/// The number of ledgers from before the run that the node has.
 constexpr quint32 history = 256;
-/// A node tells nothing of a smaller one.
+/// A node does not report smaller offsets.
 constexpr std::chrono::seconds leastClockOffset(60);
 
 QString microseconds(Seconds seconds)
@@ -107,7 +107,7 @@ QJsonObject Answers::ledgerSummary(const NodeTime &time) const
     summary[u"age"] = std::max<qint64>(std::chrono::floor<std::chrono::seconds>(age).count(), 0);
     summary[u"hash"] = m_ledgers.ledger(time.newestLedger).hash;
     summary[u"seq"] = static_cast<qint64>(time.newestLedger);
-    // Unsigned, as a node has it: a negative offset wraps round.
+    // Unsigned, as in a real node: a negative offset wraps round.
     if (std::chrono::abs(m_scenario.clockOffset) >= leastClockOffset)
         summary[u"close_time_offset"] =
             static_cast<qint64>(static_cast<quint32>(m_scenario.clockOffset.count()));
@@ -127,7 +127,8 @@ QJsonArray Answers::warnings() const
     return array;
 }
 
-/// When the run began, by the second: the last ledger closed before it is a few seconds older.
+/// The beginning of the run in whole seconds, taken as the close of the last ledger before it,
+/// which may be a few seconds earlier.
 WallTime Answers::begin() const
 {
     const LedgerSchedule &schedule = m_ledgers.schedule();

@@ -17,31 +17,31 @@
 
 namespace tidewick::sim {
 
-/// What changes from one answer to the next.
+/// The values that change from one answer to the next.
 struct NodeTime
 {
-    /// Simulated, since the ports were opened.
+    /// Simulated time since the ports were opened.
     Seconds elapsed;
     WallTime now;
     quint32 newestLedger;
     qint64 storeBytes;
 };
 
-/// Answers commands. What it says follows from the configuration, the scenario and the time; only
-/// the memory it reports is its own process's, as of now.
+/// Answers commands. The answers depend on the configuration, the scenario and the time alone,
+/// except that the memory reported is that of this process at this moment.
 class Answers
 {
 public:
     Answers(NodeConfiguration configuration, Scenario scenario, LedgerSchedule schedule);
 
-    /// From now on the node is well.
+    /// Ends the node's trouble from now on.
     void heal();
 
     const Course &course() const { return m_course; }
     const MaintenanceCourse &maintenance() const { return m_maintenance; }
     const LedgerMessages &ledgers() const { return m_ledgers; }
 
-    /// The validated ledgers at that time; nothing before there are any.
+    /// The validated ledgers at that time, or nothing if there are none yet.
     std::optional<LedgerRange> validated(const NodeTime &time) const;
 
     /// Answers server_info, get_counts, validator_list_sites, validators, stop, ledger and ping.
@@ -64,7 +64,7 @@ private:
     ValidatorLists m_lists;
 };
 
-/// A time as get_counts words it: "1 minute, 2 seconds"; empty for nothing.
+/// A duration in the format of get_counts: "1 minute, 2 seconds". Empty for zero.
 QString uptimeText(std::chrono::seconds uptime);
 
 } // namespace tidewick::sim

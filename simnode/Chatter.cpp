@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t blockSize = 64UL * 1024;
 
-/// Gathers text to print it in large blocks.
+/// Collects text and prints it in large blocks.
 class Printer
 {
 public:
@@ -63,7 +63,7 @@ void printBytes(qint64 bytes, const std::stop_token &stop)
     Printer printer;
     qint64 left = bytes;
     for (qint64 number = 1; left > 0 && !stop.stop_requested(); ++number) {
-        // A longer number overwrites all of a shorter one, so the dots need no restoring.
+        // Numbers only get longer, so each overwrites the one before and no dots need restoring.
         std::to_chars(line.data() + title.size(), line.data() + lineLength, number);
         const auto length = std::min(left, static_cast<qint64>(lineLength));
         printer.print({line.data() + lineLength - length, static_cast<std::size_t>(length)});

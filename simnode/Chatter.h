@@ -12,25 +12,25 @@
 
 #include <sys/types.h>
 
-/// What a scenario has the process do with its standard streams, most of it before anything else.
+/// What a scenario makes the process do with its standard streams, mostly before anything else.
 namespace tidewick::sim::Chatter {
 
 /// Prints "line 1", "line 2" and so on to standard error.
 void printLines(qint64 count);
 
-/// Prints numbered lines of a hundred bytes to standard error, so many bytes in all; the last byte
-/// is a line feed. Takes little memory for any amount.
+/// Prints numbered lines of a hundred bytes to standard error, `bytes` in total; the last byte is a
+/// line feed. Needs little memory for any amount.
 void printBytes(qint64 bytes, const std::stop_token &stop = {});
 
-/// The same beside everything else, as fast as it goes. It ends with its thread.
+/// Does the same in a thread, as fast as possible, until the thread is stopped.
 [[nodiscard]] std::jthread flood(qint64 bytes);
 
-/// Has standard output and error lead nowhere, so that who reads them sees their end.
+/// Redirects standard output and error to /dev/null, so that their readers see end of file.
 void closeStreams();
 
-/// Leaves a process behind that keeps the standard streams open, in a session of its own so that no
-/// signal to the node's group reaches it, and ends by itself after that long. To be called before
-/// anything is opened, for it would keep that open as well. Its process id.
+/// Starts a process that keeps the standard streams open and exits after `lifetime`. It has its own
+/// session, so that signals to the node's process group do not reach it. Call this before opening
+/// anything, because the process would keep that open, too. Returns the process id.
 pid_t startGrandchild(Seconds lifetime);
 
 } // namespace tidewick::sim::Chatter

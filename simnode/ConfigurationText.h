@@ -8,19 +8,19 @@
 
 #include <map>
 
-/// The form that a node's configuration and its validators file share: lines under "[section]"
-/// headings. Bytes, since lines may hold file names.
+/// The format of a node's configuration and of its validators file: lines under "[section]"
+/// headings. Lines are bytes, since they may hold file names.
 namespace tidewick::sim::ConfigurationText {
 
 using Sections = std::map<QByteArray, QByteArrayList>;
 using Values = std::map<QByteArray, QByteArray>;
 
-/// The lines of each section, without comments, the blanks around them and empty lines. A "#"
-/// begins a comment wherever it stands, in a file name as well, and nothing escapes it. Line ends
-/// may be LF or CR LF. A section that comes again is continued.
+/// The lines of each section, trimmed, without comments and empty lines. A "#" begins a comment
+/// anywhere, even in a file name, and cannot be escaped. Line endings may be LF or CR LF. A section
+/// that appears again is continued.
 Sections sections(const QByteArray &text);
 
-/// The lines of the form "key = value" among these; of equal keys the last counts.
+/// The lines of the form "key = value" among these. If a key appears twice, the last one wins.
 Values values(const QByteArrayList &lines);
 
 } // namespace tidewick::sim::ConfigurationText

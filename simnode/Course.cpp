@@ -29,7 +29,7 @@ constexpr auto stages = std::to_array<Stage>({
     {"full", "full", Seconds(30)},
 });
 
-/// Those of a stock node. The ends are the same.
+/// The stages of a stock node, at the same times.
 constexpr auto stockStages = std::to_array<Stage>({
     {"disconnected", "disconnected", stages[0].from},
     {"connected", "connected", stages[1].from},
@@ -73,7 +73,7 @@ bool isOneOf(const QString &state, std::initializer_list<const char *> names)
                        [&state](const char *name) { return state == QLatin1String(name); });
 }
 
-/// A dozen found within half a minute, then a few more or fewer as they come and go.
+/// Finds a dozen within half a minute; after that, a few come and go.
 int peersAt(Seconds elapsed)
 {
     constexpr int first = 12;
@@ -85,7 +85,7 @@ int peersAt(Seconds elapsed)
     return first + comeAndGo[turn];
 }
 
-/// Fast while a newcomer loads the ledger, then at the pace of the network.
+/// Grows fast while a new node loads the ledger, then at the pace of the network.
 qint64 storedBytes(Seconds bootstrapping, Seconds afterwards)
 {
     constexpr double fast = 3'100'000;
@@ -93,8 +93,8 @@ qint64 storedBytes(Seconds bootstrapping, Seconds afterwards)
     return static_cast<qint64>(bootstrapping.count() * fast + afterwards.count() * steady);
 }
 
-/// `within` is the time of the unpinned course that the node is at; `loading` and `since` are how
-/// long it has been bootstrapping, and how long since.
+/// `within` is the node's position in the unpinned course, `loading` the time that it has spent
+/// bootstrapping, and `since` the time since then.
 Bootstrap bootstrapOf(const QString &state, Seconds within, Seconds loading, Seconds since)
 {
     constexpr double behindAtFirst = 1200;
@@ -107,8 +107,8 @@ Bootstrap bootstrapOf(const QString &state, Seconds within, Seconds loading, Sec
             static_cast<int>(std::ceil(behindAtFirst * toGo)), storedBytes(loading, since)};
 }
 
-/// Where in the unpinned course a node is that has been pinned to a state for so long: it goes
-/// through that state again and again.
+/// The position in the unpinned course of a node that has been pinned to a state for `elapsed`: it
+/// goes through that state again and again.
 Seconds positionOf(const QString &state, Seconds elapsed)
 {
     const Stage *stage = stageNamed(state);

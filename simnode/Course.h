@@ -13,7 +13,7 @@
 
 namespace tidewick::sim {
 
-/// How far a newcomer's download of the ledger is.
+/// The progress of a new node's download of the ledger.
 struct Bootstrap
 {
     bool enabled;
@@ -23,49 +23,49 @@ struct Bootstrap
     qint64 storedBytes;
 };
 
-/// How the node is at one moment of its course.
+/// The condition of the node at one moment of its course.
 struct Moment
 {
     QString state;
     Seconds inState;
-    /// The earliest states: the network has not been heard of.
+    /// The earliest states: the node has not heard from the network yet.
     bool waitsForNetwork;
     /// Ledgers are validated from the state "tracking" on.
     bool validates;
-    /// How long the node has been in sync; nothing before.
+    /// How long the node has been in sync, or nothing if it is not.
     std::optional<Seconds> full;
     int peers;
     Bootstrap bootstrap;
 };
 
-/// What a node reports for one of its five coarse states.
+/// The figures that a node reports for one of its five coarse states.
 struct StateAccount
 {
     Seconds duration{0};
     int transitions = 0;
 };
 
-/// What becomes of a node that joins the network: from no peers to "full" in half a minute, at a
-/// pace that lets one watch. A value; everything follows from the simulated time since the ports
-/// were opened.
+/// The course of a node that joins the network: from no peers to "full" in half a minute, slowly
+/// enough to watch. A value; everything follows from the simulated time since the ports were
+/// opened.
 class Course
 {
 public:
-    /// Which node it is: one that streams the ledger when it is new, or a stock one, which knows
-    /// the coarse states alone.
+    /// The kind of node: one that streams the ledger when it is new, or a stock one, which knows
+    /// only the coarse states.
     enum class Kind { Streaming, Stock };
 
-    /// A pinned state, of any name, holds from the beginning; so does a number of peers.
+    /// A pinned state, of any name, and a pinned number of peers apply from the beginning.
     explicit Course(std::optional<QString> pinnedState = std::nullopt,
                     std::optional<int> pinnedPeers = std::nullopt, Kind kind = Kind::Streaming);
 
-    /// How the node is so long after its ports were opened.
+    /// The node's condition, `elapsed` after its ports were opened.
     Moment at(Seconds elapsed) const;
 
-    /// The states the node has been in until then, in order, with the one it is in.
+    /// The states that the node has been in until then, in order, including the current one.
     QStringList statesUntil(Seconds elapsed) const;
 
-    /// Time spent in each coarse state until then, by the state's name.
+    /// The time spent in each coarse state until then, by the state's name.
     std::map<QString, StateAccount> accounts(Seconds elapsed) const;
 
 private:

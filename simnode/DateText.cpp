@@ -11,7 +11,7 @@ namespace tidewick::sim::DateText {
 
 namespace {
 
-/// From 1970-01-01 to 2000-01-01.
+/// The seconds from 1970-01-01 to 2000-01-01.
 constexpr qint64 secondsBefore2000 = 946'684'800;
 
 std::chrono::seconds wholeSeconds(WallTime time)

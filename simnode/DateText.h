@@ -7,10 +7,10 @@
 
 #include <QString>
 
-/// Moments as a node writes them, always in UTC and in English.
+/// Points in time as a node writes them, always in UTC and in English.
 namespace tidewick::sim::DateText {
 
-/// "2026-Nov-20 19:47:40.012 UTC", with so many decimals of the second, at most 9.
+/// "2026-Nov-20 19:47:40.012 UTC", with this number of decimals for the second, at most 9.
 QString human(WallTime time, int decimals);
 
 /// "2026-11-20T19:47:40Z".

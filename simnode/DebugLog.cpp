@@ -52,7 +52,7 @@ void DebugLog::write(const char *partition, Severity severity, const QString &te
         return;
     const QString time = DateText::human(std::chrono::system_clock::now(), 9);
     const QByteArray line = time.toLatin1() + ' ' + event;
-    // In one call, so that lines stay whole whoever else writes to the file.
+    // In a single call, so that lines stay whole even if another process writes to the file.
     (void)Files::writeAll(m_file.get(), line.constData(), static_cast<std::size_t>(line.size()));
 }
 

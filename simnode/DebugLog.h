@@ -11,18 +11,18 @@
 
 namespace tidewick::sim {
 
-/// The node's "debug.log": one line an event, added to what is there. Warnings and errors go to
-/// standard error, too.
+/// The node's "debug.log": appends one line per event. Warnings and errors also go to standard
+/// error.
 class DebugLog
 {
 public:
     enum class Severity { Info, Warning, Error, Fatal };
 
-    /// Empty: no file. One that cannot be opened is told of on standard error, and the node goes on
-    /// without.
+    /// If `file` is empty, no file is written. If it cannot be opened, this is reported on standard
+    /// error, and the node runs without it.
     explicit DebugLog(const std::filesystem::path &file);
 
-    /// Writes "<time> UTC <partition>:<severity> <text>". The text is one line.
+    /// Writes "<time> UTC <partition>:<severity> <text>" as a single line.
     void write(const char *partition, Severity severity, const QString &text);
 
     void info(const char *partition, const QString &text)
@@ -30,7 +30,7 @@ public:
         write(partition, Severity::Info, text);
     }
 
-    /// Notes that this command has arrived; of a long name, the beginning.
+    /// Logs that a command has arrived. Long names are cut off.
     void command(const QString &name);
 
 private:

@@ -22,7 +22,7 @@ struct NamedSignal
     int number;
 };
 
-/// Those whose default effect is the end of the process.
+/// The signals that end a process by default.
 constexpr auto signalNames = std::to_array<NamedSignal>({
     {"ABRT", SIGABRT},
     {"ALRM", SIGALRM},

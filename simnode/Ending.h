@@ -9,20 +9,20 @@
 
 namespace tidewick::sim {
 
-/// How a process ends: with an exit status or by a signal.
+/// The end of a process: with an exit status or by a signal.
 struct Ending
 {
     int number;
     bool signaled;
 };
 
-/// The exit status of a node that refuses to run as it is configured.
+/// The exit status of a node that refuses to run with its configuration.
 inline constexpr int refusalStatus = 255;
 
-/// The number behind "SEGV" or "SIGSEGV"; nothing for a name that is not in use here.
+/// The number of the signal called "SEGV" or "SIGSEGV", or nothing for a name not supported here.
 std::optional<int> signalNamed(QStringView name);
 
-/// Ends this process by the default effect of the signal, leaving no core file.
+/// Ends this process by the signal's default action, without a core dump.
 [[noreturn]] void dieOf(int signalNumber);
 
 } // namespace tidewick::sim

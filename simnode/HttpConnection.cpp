@@ -76,7 +76,7 @@ void HttpConnection::send(const Transmission &transmission, bool keepAlive)
     switch (transmission.delivery) {
     case Delivery::Whole:
         m_socket->write(head + response.body);
-        // At once, since what was asked for may have been to stop.
+        // Immediately, since the request may have been to stop.
         m_socket->flush();
         if (m_last)
             m_socket->disconnectFromHost();
@@ -102,7 +102,7 @@ void HttpConnection::send(const Transmission &transmission, bool keepAlive)
         sendFiller();
         break;
     case Delivery::HeaderFiller:
-        m_socket->write(head.chopped(2) + "X-Filler: "); // the empty line stays away
+        m_socket->write(head.chopped(2) + "X-Filler: "); // without the empty line
         sendFiller();
         break;
     case Delivery::Never:

@@ -14,21 +14,21 @@
 
 namespace tidewick::sim {
 
-/// One client's connection: reads requests one after the other and sends what each is answered
-/// with. What is read and what waits to be sent stay bounded, whatever the client does.
+/// The connection of one client: reads requests one after the other and sends the answers. The
+/// buffers for reading and sending stay bounded, whatever the client does.
 class HttpConnection final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Called with each request that can be read.
+    /// Called with each well-formed request.
     using Handler = std::function<Transmission(const HttpRequest &)>;
 
-    /// Takes over the socket.
+    /// Takes ownership of the socket.
     HttpConnection(QTcpSocket *socket, Handler handler, QObject *parent);
 
 signals:
-    /// The connection is closed.
+    /// The connection has been closed.
     void closed();
 
 private:
@@ -43,7 +43,7 @@ private:
     QTcpSocket *m_socket;
     Handler m_handler;
     QByteArray m_input;
-    /// An answer is being sent that is the last one; no more requests are read.
+    /// The last answer is being sent; no more requests are read.
     bool m_last = false;
     QByteArray m_slowRest;
     QTimer m_slowTimer;

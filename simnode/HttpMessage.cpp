@@ -35,7 +35,7 @@ const char *reasonOf(int status)
 
 using Headers = QHash<QByteArray, QByteArray>;
 
-/// By lower-case name; nothing when a line is not a header.
+/// The headers by lower-case name, or nothing if a line is not a header.
 std::optional<Headers> headersIn(const QByteArrayList &lines)
 {
     Headers headers;

@@ -10,18 +10,18 @@
 
 namespace tidewick::sim {
 
-/// A request read from a connection, as far as this server cares.
+/// The parts of a request that this server uses.
 struct HttpRequest
 {
     QByteArray method;
     QByteArray body;
-    /// The client's cookies; empty without any.
+    /// The client's cookies; empty if there are none.
     QByteArray cookie;
     /// The connection stays open after the answer.
     bool keepAlive;
 };
 
-/// The beginning of what a client has sent.
+/// The result of reading the beginning of a client's input.
 struct HttpInput
 {
     enum class State { Incomplete, Complete, Malformed, TooLarge };
@@ -30,26 +30,26 @@ struct HttpInput
     static constexpr qsizetype largestBody = 1024LL * 1024;
 
     State state;
-    /// Of a complete request: its bytes, and itself.
+    /// Only for a complete request: its length in bytes, and the request.
     qsizetype length = 0;
     HttpRequest request{};
 
-    /// Looks for a request at the beginning of these bytes, of which there need be no more than
-    /// `largestHead` and `largestBody` together.
+    /// Reads a request from the beginning of these bytes. More than `largestHead` and
+    /// `largestBody` together are never needed.
     static HttpInput read(const QByteArray &bytes);
 };
 
-/// What is sent back for a request.
+/// The response to a request.
 struct HttpResponse
 {
     int status = 200;
     QByteArray contentType = "application/json; charset=UTF-8";
-    /// Whole lines such as "Location: /", without line ends.
+    /// Complete lines such as "Location: /", without line endings.
     QByteArrayList extraHeaders;
     QByteArray body;
 
-    /// The status line and the headers, up to the empty line. Announces a body of so many bytes, or
-    /// one in chunks.
+    /// The status line and the headers, including the empty line. Announces a body of this length,
+    /// or a chunked one.
     QByteArray head(std::optional<qint64> contentLength) const;
 };
 

@@ -16,9 +16,9 @@ namespace tidewick::sim {
 
 namespace {
 
-/// More clients at a time are turned away.
+/// Further clients are turned away.
 constexpr int mostConnections = 256;
-/// Of connections nobody reads, the oldest ones are closed.
+/// Beyond this number of unread connections, the oldest ones are closed.
 constexpr std::size_t mostUnread = 256;
 
 HttpResponse jsonResponse(const QJsonObject &body)
@@ -77,7 +77,7 @@ void HttpServer::incomingConnection(qintptr descriptor)
     auto socket = std::make_unique<QTcpSocket>();
     if (!socket->setSocketDescriptor(owned.get()))
         return;
-    (void)owned.release(); // the socket's from here on
+    (void)owned.release(); // owned by the socket from here on
     auto *connection = new HttpConnection(
         socket.release(), [this](const HttpRequest &request) { return answer(request); }, this);
     ++m_connections;
@@ -114,7 +114,7 @@ Transmission HttpServer::answerCall(const QJsonObject &call)
     return transmissionFor(fault, usual, m_faults.redirectPort);
 }
 
-/// Of the two recordings, that of the node that had just started is for the first question.
+/// The first request gets the recording of the node that had just started, later ones the other.
 QByteArray HttpServer::recordedAnswer(const QString &method, const QByteArray &otherwise)
 {
     const bool later = m_answeredAsRecorded.contains(method);

@@ -19,23 +19,23 @@
 
 namespace tidewick::sim {
 
-/// The JSON-RPC port: answers POST requests, each as the faults ask for. Destroying it closes the
-/// port and all connections.
+/// The JSON-RPC port: answers POST requests, with the faults of the scenario. Destroying it closes
+/// the port and all connections.
 class HttpServer final : public QTcpServer
 {
     Q_OBJECT
 
 public:
-    /// What a method called with these parameters leads to.
+    /// Carries out a method with these parameters and returns the reply.
     using Command = std::function<Reply(const QString &method, const QJsonObject &parameters)>;
 
-    /// `command` carries out what is asked for; the log outlives the server.
+    /// The log must outlive the server.
     HttpServer(Command command, RpcFaults faults, DebugLog &log, QObject *parent = nullptr);
 
-    /// Opens the port. False with errorString() set on failure.
+    /// Opens the port. Returns false and sets errorString() on failure.
     bool open(const PortConfiguration &port);
 
-    /// The cue for the faults that wait for one.
+    /// Activates the faults that wait for a cue.
     void cueFaults() { m_faults.onCue = false; }
 
 protected:
@@ -51,10 +51,10 @@ private:
     RpcFaults m_faults;
     DebugLog &m_log;
     std::chrono::steady_clock::time_point m_openedAt;
-    /// The methods that a recorded answer was given to.
+    /// The methods that have been answered from a recording.
     QSet<QString> m_answeredAsRecorded;
     int m_connections = 0;
-    /// Accepted and never read.
+    /// Connections that were accepted and are never read.
     std::deque<UniqueDescriptor> m_unread;
 };
 

@@ -22,14 +22,14 @@ qint64 jsonIndex(quint32 index)
     return index;
 }
 
-/// The index in the form of its place: text inside a ledger for classic clients.
+/// The index as it appears inside a ledger: a string for classic clients, else a number.
 QJsonValue indexValue(quint32 index, ApiForm form)
 {
     return form == ApiForm::Newer ? QJsonValue(jsonIndex(index))
                                   : QJsonValue(QString::number(index));
 }
 
-/// The hashes sorted as in the tree that a ledger keeps its transactions in.
+/// The hashes in the order of the tree in which a ledger keeps its transactions.
 QJsonArray hashes(const Ledger &ledger)
 {
     QStringList sorted;
@@ -51,7 +51,7 @@ QJsonObject describeOpen(quint32 index, const QString &parentHash, const QJsonOb
             {QStringLiteral("validated"), false}};
 }
 
-/// The ledger a request names; nothing when its "ledger_index" is nothing of that kind.
+/// The ledger that a request names, or nothing if its "ledger_index" is malformed.
 std::optional<quint32> requestedIndex(const QJsonValue &value, LedgerRange validated)
 {
     if (value.isUndefined() || value == QLatin1String("current"))

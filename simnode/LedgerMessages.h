@@ -13,7 +13,7 @@
 
 namespace tidewick::sim {
 
-/// The ledgers a node has, both ends included.
+/// The range of ledgers that a node has, including both ends.
 struct LedgerRange
 {
     quint32 first;
@@ -23,13 +23,13 @@ struct LedgerRange
     QString text() const;
 };
 
-/// The two forms in which transactions and ledgers are told; a client chooses by "api_version".
+/// The two formats of transactions and ledgers. A client chooses one by "api_version".
 enum class ApiForm { Classic, Newer };
 
-/// The form that a request asks for; the classic one without a wish.
+/// The format that a request asks for, by default the classic one.
 ApiForm apiFormOf(const QJsonObject &request);
 
-/// Everything that is said of ledgers, in the form of the recorded messages.
+/// All messages about ledgers, modelled on the recorded ones.
 class LedgerMessages
 {
 public:
@@ -41,13 +41,13 @@ public:
     /// The result of a subscription to the ledgers.
     QJsonObject subscribed(LedgerRange validated) const;
 
-    /// The stream's message on a closed ledger.
+    /// The stream's message about a closed ledger.
     QJsonObject closed(const Ledger &ledger, LedgerRange validated) const;
 
-    /// The stream's message on one of the ledger's transactions.
+    /// The stream's message about one of the ledger's transactions.
     QJsonObject transaction(const Ledger &ledger, std::size_t position, ApiForm form) const;
 
-    /// Answers the command "ledger"; there is none to tell of before one was validated.
+    /// Answers the command "ledger". The reply is an error until a ledger has been validated.
     Reply answer(const QJsonObject &request, std::optional<LedgerRange> validated) const;
 
 private:

@@ -11,13 +11,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The network's own pace, whatever that of a run, and where it stood at one moment:
-/// 2026-11-01 00:00:00 UTC.
+/// The network's pace, which does not depend on that of the run, and the ledger at a reference
+/// time, 2026-11-01 00:00:00 UTC.
 constexpr std::chrono::seconds networkInterval = 4s;
 constexpr std::chrono::seconds baseTime = 1'793'491'200s;
 constexpr qint64 baseIndex = 98'700'000;
 
-/// What a hundred years make on either side of it; a clock may be set to anything.
+/// About a hundred years to either side of it, since a clock may be set to anything.
 constexpr qint64 least = 1'000'000;
 constexpr qint64 most = 900'000'000;
 

@@ -11,19 +11,19 @@
 
 namespace tidewick::sim {
 
-/// When the simulated network closes which ledger: one after the other at an even pace. A value.
+/// The times at which the simulated network closes ledgers, at an even pace. A value.
 class LedgerSchedule
 {
 public:
-    /// The schedule of a run that begins now. The index follows from the time of day, so that a
-    /// later run goes on with higher ones; it is above `newestStored`, which a fast run may have
-    /// taken further. `interval` is real time.
+    /// The schedule of a run that begins now. The first index follows from the date and time, so
+    /// that later runs continue with higher ones. It is always above `newestStored`, which may be
+    /// ahead of the clock after a fast run. `interval` is real time.
     LedgerSchedule(WallTime now, Seconds interval, std::optional<quint32> newestStored);
 
-    /// The ledger that was the last one to be closed when the run began.
+    /// The last ledger that had been closed when the run began.
     quint32 firstIndex() const { return m_firstIndex; }
 
-    /// When a ledger is or was closed, also for ledgers from before the run.
+    /// The time at which a ledger closes or closed, including ledgers from before the run.
     WallTime closeOf(quint32 index) const;
 
 private:

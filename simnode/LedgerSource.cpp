@@ -12,7 +12,7 @@ namespace tidewick::sim {
 
 namespace {
 
-/// 256 bits that look like chance and follow from their subject.
+/// 256 random-looking bits that are determined by the arguments.
 QByteArray digest(const char *subject, quint32 index, std::size_t number = 0)
 {
     const QByteArray text = QByteArray(subject) + ' ' + QByteArray::number(index) + ' '
@@ -25,7 +25,7 @@ QString hashText(const QByteArray &digest)
     return QString::fromLatin1(digest.toHex().toUpper());
 }
 
-/// A number from the digest, below `limit`. `place` tells apart several from one digest.
+/// A number below `limit` from the digest. `place` selects one of several in the same digest.
 quint32 figure(const QByteArray &digest, int place, quint32 limit)
 {
     return qFromBigEndian<quint32>(digest.constData() + place * qsizetype{4}) % limit;
@@ -33,7 +33,7 @@ quint32 figure(const QByteArray &digest, int place, quint32 limit)
 
 QString totalCoins(quint32 index)
 {
-    // A hundred transactions a ledger burn 10 drops each, on the average.
+    // On average, each ledger has a hundred transactions, which burn 10 drops each.
     constexpr qint64 atFirst = 100'000'000'000'000'000;
     constexpr qint64 burnt = 1000;
     return QString::number(atFirst - burnt * index);

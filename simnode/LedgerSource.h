@@ -9,16 +9,16 @@
 
 namespace tidewick::sim {
 
-/// One transaction of a ledger; all else in it is as recorded.
+/// One transaction of a ledger; everything else in it is as recorded.
 struct LedgerTransaction
 {
     QString hash;
     quint32 sequence;
-    /// Which of the recorded transactions it is modelled on.
+    /// The number of the recorded transaction that it is modelled on.
     std::size_t recording;
 };
 
-/// A ledger of the simulated network, but for its time.
+/// A ledger of the simulated network, except for its close time.
 struct Ledger
 {
     quint32 index;
@@ -32,15 +32,15 @@ struct Ledger
     std::vector<LedgerTransaction> transactions;
 };
 
-/// Makes up ledgers. Each is a function of its index alone, so that all who are told of it at any
-/// time, even by another run, are told the same.
+/// Makes up ledgers. Each is a function of its index alone, so that all clients see the same ledger
+/// at any time, even in another run.
 class LedgerSource
 {
 public:
-    /// Each ledger has at least and at most so many transactions.
+    /// The bounds for the number of transactions in a ledger, both inclusive.
     LedgerSource(int leastTransactions, int mostTransactions);
 
-    /// The ledger of this index, from any time.
+    /// The ledger with this index, past or future.
     Ledger ledger(quint32 index) const;
 
 private:

@@ -27,7 +27,7 @@ constexpr auto stages = std::to_array<MaintenanceStage>({
     {"building", "building", "major", majorLength, nullptr},
     {"switched", "switched", "round", Seconds(32), success},
     {"retiring", "retiring", "round", Seconds(10), success},
-    // From here on again and again.
+    // From here on, the stages repeat.
     {"idle", "idle", "round", Seconds(50), success},
     {"trimming", "building", "round", roundLength, success},
     {"switched", "switched", "round", Seconds(32), success},
@@ -51,7 +51,7 @@ constexpr int repeated = static_cast<int>(stages.size()) - firstRepeated;
 struct Step
 {
     const char *name;
-    /// Of the time a rebuild takes.
+    /// As a share of the duration of a rebuild.
     double share;
 };
 
@@ -80,7 +80,7 @@ Seconds usualLength(const MaintenanceStage &building)
     return QLatin1String(building.operation) == QLatin1String("major") ? majorLength : roundLength;
 }
 
-/// The JSON text of the member "progress", when this share of a rebuild is done.
+/// The JSON text of the member "progress" once this share of a rebuild is done.
 QString progressText(double done)
 {
     constexpr int total = 100'000;
@@ -96,7 +96,8 @@ QString progressText(double done)
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
-/// How much the store has grown since the last trim, as a share of what calls for the next one.
+/// The growth of the store since the last trim, as a share of the growth that triggers the next
+/// one.
 double grownShare(const MaintenanceStage &stage, Seconds inStage)
 {
     if (is(stage, "idle"))

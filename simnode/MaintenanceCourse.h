@@ -12,13 +12,13 @@
 
 namespace tidewick::sim {
 
-/// One stage of the storage engine's maintenance, as it is reported.
+/// One stage of the storage engine's maintenance, as reported.
 struct MaintenanceStage
 {
-    /// Finer than the phase: what a scenario pins a node to.
+    /// Finer than the phase; a scenario pins a node to a stage by this name.
     const char *name;
     const char *phase;
-    /// "major" or "round": what is being done while building, else what comes next.
+    /// "major" or "round": the current operation while building, otherwise the next one.
     const char *operation;
     Seconds length;
     /// How the last rebuild ended; null before the first.
@@ -27,32 +27,32 @@ struct MaintenanceStage
     bool isInPhase(const char *which) const;
 };
 
-/// A stage with the time spent in it.
+/// A stage and the time spent in it.
 struct MaintenanceMoment
 {
-    /// Stages are numbered as they follow each other in a run.
+    /// Stages are numbered consecutively over a run.
     int number;
     Seconds inStage;
 };
 
-/// What the storage engine does over time: it waits for the node to be in sync, rewrites the store
-/// once, then trims it again and again; once in six minutes a trim fails at first, and once the
-/// engine is blocked for a while. A value; everything follows from simulated time.
+/// The storage engine's maintenance over time: it waits for the node to be in sync, rewrites the
+/// store once, then trims it again and again. About every six minutes, one trim fails at first and
+/// the engine is blocked for a while. A value; everything follows from simulated time.
 class MaintenanceCourse
 {
 public:
-    /// A stage that is pinned is gone through again and again.
+    /// A pinned stage repeats forever.
     explicit MaintenanceCourse(const std::optional<QString> &pinnedStage = std::nullopt);
 
-    /// Whether there is a stage of this name.
+    /// Whether a stage of this name exists.
     static bool knows(const QString &name);
 
     static const MaintenanceStage &stage(int number);
 
-    /// `full` is how long the node has been in sync.
+    /// The stage at that time. `full` is how long the node has been in sync.
     MaintenanceMoment at(Seconds elapsed, std::optional<Seconds> full) const;
 
-    /// The report "mossgrid_maintenance".
+    /// The object "mossgrid_maintenance" of get_counts.
     static QJsonObject report(const MaintenanceMoment &moment, qint64 growthBytes,
                               Seconds ledgerInterval);
 

@@ -17,11 +17,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Simulated.
+/// In simulated time.
 constexpr Seconds usualStartDelay(0.7);
-/// A stopping node still answers for so long.
+/// A stopping node still answers for this long.
 constexpr std::chrono::milliseconds lastAnswers = 80ms;
-/// From finding a port taken to giving up.
+/// The time from finding a port in use to giving up.
 constexpr std::chrono::milliseconds givingUp = 300ms;
 
 std::chrono::milliseconds timerSpan(Seconds seconds)
@@ -158,7 +158,7 @@ void Node::receiveSignal(int number)
         takeCue(Scenario::Cue::User);
         return;
     }
-    // A second one may have come before the first one's effect on it.
+    // A second signal may have arrived before the first one restored its default action.
     if (number == SIGHUP || m_signalled)
         dieOf(number);
     m_signalled = true;

@@ -21,14 +21,14 @@
 
 namespace tidewick::sim {
 
-/// The node as a process: opens its ports after a while, and ends by a command, by a signal or as
-/// the scenario has it. It ends the application's event loop, whose result is the exit status.
+/// The node as a process: opens its ports after a while, and ends on a command, on a signal or as
+/// the scenario says. It ends the application's event loop, whose result is the exit status.
 class Node final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Opens the store; throws FileError. The log outlives the node.
+    /// Opens the store; throws FileError. The log must outlive the node.
     Node(NodeConfiguration configuration, Scenario scenario, DebugLog &log);
 
     /// Returns at once; the rest happens from the event loop.

@@ -21,7 +21,7 @@ using ConfigurationText::Values;
 using Reaction = ConfigurationError::Reaction;
 
 constexpr qint64 bytesPerMiB = 1024LL * 1024;
-/// Beyond this the growth in bytes would not fit 64 bits.
+/// With more, the growth in bytes might not fit in 64 bits.
 constexpr qint64 mostMiB = 1LL << 40;
 
 ConfigurationError refusal(const std::string &text)
@@ -46,7 +46,7 @@ QByteArray valueOf(const Values &values, const QByteArray &key)
     return value == values.end() ? QByteArray() : value->second;
 }
 
-/// The file named by the first line of a section; empty when there is none.
+/// The file named by the first line of a section; empty if there is none.
 fs::path pathOf(const Sections &sections, const QByteArray &name, const fs::path &folder)
 {
     const QByteArrayList lines = linesOf(sections, name);
@@ -108,7 +108,8 @@ NodeConfiguration::Store storeOf(const QByteArray &type)
     throw abortion("unknown store type '" + type.toStdString() + "' in [node_db]");
 }
 
-/// The key of who publishes a list of validators: 33 bytes, the first of which tells its kind.
+/// Whether this is the public key of a validator list's publisher: 33 bytes in hexadecimal, the
+/// first of which is the key's type.
 bool isPublisherKey(const QByteArray &text)
 {
     constexpr qsizetype digits = 66;

@@ -14,11 +14,11 @@
 
 namespace tidewick::sim {
 
-/// A configuration the node does not start with. The text is one line.
+/// The node cannot start with its configuration. The text is one line.
 class ConfigurationError : public std::runtime_error
 {
 public:
-    /// What a real node does about it: exit with status 255, or abort.
+    /// The reaction of a real node: it exits with status 255, or aborts.
     enum class Reaction { Refusal, Abort };
 
     ConfigurationError(Reaction reaction, const std::string &text)
@@ -32,7 +32,7 @@ private:
     Reaction m_reaction;
 };
 
-/// A section of the configuration on one port.
+/// The section of the configuration for one port.
 struct PortConfiguration
 {
     enum class Protocol { Http, WebSocket };
@@ -43,7 +43,7 @@ struct PortConfiguration
     Protocol protocol;
 };
 
-/// What the node takes from its configuration file; sections it does not know are accepted.
+/// The values that the node takes from its configuration file. It accepts unknown sections.
 struct NodeConfiguration
 {
     enum class Store { Mossgrid, NuDB };
@@ -59,11 +59,12 @@ struct NodeConfiguration
     /// Bytes by which the store grows between two trims.
     qint64 roundGrowthBytes;
 
-    /// A node on this store streams no ledger, maintains nothing and tells nothing of itself.
+    /// Whether this is a stock node, which neither streams the ledger nor maintains its store, and
+    /// reports none of the three extra objects in get_counts.
     bool isStock() const { return store == Store::NuDB; }
 
-    /// Reads the file and the validators file it names; file names in it are relative to its
-    /// folder. Throws ConfigurationError.
+    /// Reads the file, and checks the validators file that it names. File names in it are relative
+    /// to its folder. Throws ConfigurationError.
     static NodeConfiguration read(const std::filesystem::path &file);
 };
 

@@ -41,7 +41,7 @@ bool isTransaction(const QJsonObject &message)
 
 std::vector<TransactionMessage> readTransactions()
 {
-    // The newer session announced each of them twice.
+    // The newer session announced each transaction twice.
     QHash<QString, QJsonObject> newer;
     for (const QJsonObject &message : nodeMessages(QStringLiteral("stream-tx_json.jsonl"))) {
         if (isTransaction(message))
@@ -56,7 +56,8 @@ std::vector<TransactionMessage> readTransactions()
     return transactions;
 }
 
-/// The first message that has it; the recording is built in, so one does.
+/// The first message that satisfies the predicate. One always does, since the recording is built
+/// in.
 template <typename Predicate>
 QJsonObject first(Predicate &&has)
 {
@@ -100,7 +101,7 @@ const std::vector<TransactionMessage> &transactions()
 
 QJsonObject ledgerResult()
 {
-    // The very first ledger has no date, and one that is still open has no hash.
+    // The very first ledger has no date, and an open one has no hash.
     const QJsonObject answer = first([](const QJsonObject &message) {
         return message[u"result"][u"ledger"][u"close_time_iso"].isString();
     });

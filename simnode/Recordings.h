@@ -9,37 +9,37 @@
 #include <optional>
 #include <vector>
 
-/// Messages of a real node, recorded, which the simulated ones are modelled on. They are built into
-/// the program.
+/// Messages recorded from a real node, on which the simulated ones are modelled. They are built
+/// into the program.
 namespace tidewick::sim::Recordings {
 
-/// One transaction as it was announced to the two kinds of clients.
+/// One transaction as announced to the two kinds of clients.
 struct TransactionMessage
 {
-    /// With the members "transaction" and "hash" in it.
+    /// With the member "transaction", which contains "hash".
     QJsonObject classic;
-    /// With the members "tx_json" and, beside it, "hash".
+    /// With the members "tx_json" and "hash" side by side.
     QJsonObject newer;
 };
 
-/// The recording as it is.
+/// The unchanged content of a recording.
 QByteArray text(const QString &file);
 
-/// The member "result" of a recorded answer over HTTP, without its status.
+/// The member "result" of an answer recorded over HTTP, without its status.
 QJsonObject result(const QString &file);
 
-/// The body of a recorded answer over HTTP to this method, byte for byte: of the node that has just
-/// started, or of the same one 9 s later. Nothing for a method of which there is none.
+/// The body of the answer recorded over HTTP for this method, byte for byte: from a node that has
+/// just started or, if `later`, from the same node after 9 s. Nothing if there is no recording.
 std::optional<QByteArray> answer(const QString &method, bool later);
 
-/// All recorded transactions, each once. Read with the first call.
+/// All recorded transactions, without duplicates. Read on the first call.
 const std::vector<TransactionMessage> &transactions();
 
-/// The first answer of the recorded WebSocket session that tells of a ledger closed in the usual
-/// way: the member "result" of it.
+/// The member "result" of the first answer in the recorded WebSocket session that describes an
+/// ordinary closed ledger.
 QJsonObject ledgerResult();
 
-/// The first message of the recorded session on a closed ledger.
+/// The first message about a closed ledger in the recorded session.
 QJsonObject ledgerClosed();
 
 } // namespace tidewick::sim::Recordings

@@ -10,8 +10,8 @@
 
 namespace tidewick::sim {
 
-/// Why a command has no result, as the members of an answer "error", "error_code" and
-/// "error_message".
+/// The reason why a command has no result: the members "error", "error_code" and "error_message" of
+/// the answer.
 struct RpcError
 {
     const char *name;
@@ -19,7 +19,7 @@ struct RpcError
     const char *message;
 };
 
-/// What a command leads to: its result, without a status, or an error.
+/// The outcome of a command: its result, without a status, or an error.
 using Reply = std::variant<QJsonObject, RpcError>;
 
 namespace RpcErrors {
@@ -31,10 +31,10 @@ inline constexpr RpcError malformedStream{"malformedStream", 38, "Stream malform
 
 } // namespace RpcErrors
 
-/// The body of an answer over HTTP. `parameters` are echoed beside an error.
+/// The body of an answer over HTTP. An error echoes the `parameters`.
 QJsonObject httpEnvelope(const Reply &reply, const QString &method, const QJsonObject &parameters);
 
-/// The answer to a request over the WebSocket, with the request's own "id", if it has one.
+/// The answer to a request over the WebSocket, with the request's "id" if it has one.
 QJsonObject webSocketEnvelope(const Reply &reply, const QJsonObject &request);
 
 } // namespace tidewick::sim

@@ -12,7 +12,7 @@
 
 namespace tidewick::sim {
 
-/// The ways in which the JSON-RPC port can answer; all but the first two are misbehaviour.
+/// The ways in which the JSON-RPC port can answer; all except the first two are misbehaviour.
 enum class RpcFault {
     None,
     Recorded,
@@ -46,22 +46,22 @@ enum class RpcFault {
     Close,
 };
 
-/// The misbehaviour of this name in a scenario, such as "slow-header".
+/// The fault that a scenario calls by this name, such as "slow-header".
 std::optional<RpcFault> rpcFaultNamed(QStringView name);
 
-/// Whether the answer sent is the usual one, altered or cut short at most; then the command is
-/// carried out.
+/// Whether the answer is the usual one, possibly altered or cut short. The command is then carried
+/// out.
 bool usesTheUsualAnswer(RpcFault fault);
 
-/// Which misbehaviour applies to which method.
+/// The faults of the port, by method.
 struct RpcFaults
 {
     RpcFault all = RpcFault::None;
-    /// Goes before `all`.
+    /// Takes precedence over `all`.
     QHash<QString, RpcFault> ofMethod;
-    /// Real time since the port was opened; nothing misbehaves before.
+    /// The real time from opening the port to the first misbehaviour.
     Seconds after{0};
-    /// Nothing misbehaves before the process is told so.
+    /// Nothing misbehaves until the process gets its cue, SIGUSR1.
     bool onCue = false;
     quint16 redirectPort = 0;
 

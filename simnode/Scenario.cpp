@@ -17,7 +17,7 @@ namespace tidewick::sim {
 
 namespace {
 
-/// What a key would have needed instead of the value it got.
+/// Describes the value that a key needs instead of the one it got.
 class BadValue : public std::runtime_error
 {
     using std::runtime_error::runtime_error;
@@ -43,13 +43,13 @@ double realOf(const QString &value, double least, double most)
     return *number;
 }
 
-/// Up to eleven days, which in milliseconds is still a timer's.
+/// At most eleven days, which still fit into a timer's milliseconds.
 Seconds secondsOf(const QString &value)
 {
     return Seconds(realOf(value, 0, 1'000'000));
 }
 
-/// The value has to be this word.
+/// Returns true if the value is this word, else throws.
 bool isWord(const QString &value, const char *word)
 {
     if (value == QLatin1String(word))

@@ -20,13 +20,13 @@
 
 namespace tidewick::sim {
 
-/// A scenario that says nothing the node understands. The text is one line.
+/// The node does not understand the scenario. The text is one line.
 class ScenarioError : public std::runtime_error
 {
     using std::runtime_error::runtime_error;
 };
 
-/// How a run departs from its usual course. README.md lists the keys and what they do.
+/// How a run deviates from its usual course. README.md lists the keys and their effects.
 struct Scenario
 {
     struct Range
@@ -35,29 +35,30 @@ struct Scenario
         int most;
     };
 
-    /// Simulated seconds in a real one.
+    /// Simulated seconds per real second.
     double speed = 1;
     std::optional<QString> state;
     std::optional<int> peers;
     bool amendmentBlocked = false;
-    /// With SIGUSR1 the node is well again.
+    /// SIGUSR1 ends the node's trouble.
     bool heals = false;
     ListState lists = ListState::Active;
-    /// Beside those that follow from the lists and from amendmentBlocked.
+    /// In addition to those that follow from the lists and from amendmentBlocked.
     std::set<ServerWarning> warnings;
     std::chrono::seconds clockOffset{0};
     std::optional<std::chrono::milliseconds> ioLatency;
     std::optional<double> load;
     std::optional<QString> maintenance;
     Range transactions{20, 200};
-    /// Simulated.
+    /// In simulated time.
     Seconds ledgerInterval{4};
 
-    /// What the scripted end follows.
+    /// The event that the scripted end follows.
     enum class Cue : char { Start, User, Stop };
 
     std::optional<Ending> ending;
-    /// From the cue; zero from the start is before the store and the ports are opened.
+    /// The time since the cue. Zero with the cue Start means before the store and the ports are
+    /// opened.
     Seconds endingAfter{0};
     Cue endingCue = Cue::Start;
     StoreFault storeFault = StoreFault::None;
@@ -76,27 +77,27 @@ struct Scenario
 
     RpcFaults faults;
     StreamFaults streamFaults;
-    /// Each of these objects can be left out of the answer to get_counts.
+    /// Whether the answer to get_counts has each of these objects.
     bool countsBootstrap = true;
     bool countsMaintenance = true;
     bool countsProcess = true;
 
-    /// Reads "key=value" pairs with blanks, line ends or commas between; "#" begins a comment.
-    /// Throws ScenarioError.
+    /// Reads "key=value" pairs, separated by whitespace or commas; "#" begins a comment. Throws
+    /// ScenarioError.
     static Scenario parse(const QString &text);
 
-    /// The scenario in the environment variable TIDEWICK_SIMNODE, or in the file it names after an
-    /// "@"; the usual course without one. Throws ScenarioError.
+    /// Reads the scenario from the environment variable TIDEWICK_SIMNODE, or from the file that it
+    /// names after an "@". Unset, it means the usual course. Throws ScenarioError.
     static Scenario fromEnvironment();
 
-    /// The state in which the node stays: the one given, or the one in which it waits for valid
-    /// lists.
+    /// The state in which the node stays: the given one, or the one in which it waits for valid
+    /// lists. Nothing if it does not stay in one.
     std::optional<QString> pinnedState() const;
 
-    /// The same course of a node whose server_info shows no trouble.
+    /// The same scenario, with no trouble in server_info.
     Scenario healed() const;
 
-    /// Real time between two ledgers.
+    /// The real time between two ledgers.
     Seconds realLedgerInterval() const { return ledgerInterval / speed; }
 };
 

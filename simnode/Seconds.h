@@ -7,12 +7,13 @@
 
 namespace tidewick::sim {
 
-/// A span of time, real or simulated; the course of a run is reckoned in fractions of a second.
+/// A duration in real or simulated time. The course of a run is calculated in fractions of a
+/// second.
 using Seconds = std::chrono::duration<double>;
 
 using WallTime = std::chrono::system_clock::time_point;
 
-/// The point of time, or the span, as a whole number of its clock's ticks.
+/// The duration as a whole number of ticks of the system clock.
 inline std::chrono::system_clock::duration wallSpan(Seconds seconds)
 {
     return std::chrono::duration_cast<std::chrono::system_clock::duration>(seconds);

@@ -12,7 +12,8 @@ namespace tidewick::sim {
 
 namespace {
 
-/// From the beginning of the run to the activation of amendments the node does not know.
+/// The time from the beginning of the run to the activation of amendments that the node does not
+/// know.
 constexpr std::chrono::days majorityLead{9};
 
 QJsonObject plainWarning(int id, const char *message)

@@ -12,14 +12,14 @@
 
 namespace tidewick::sim {
 
-/// The conditions of which server_info warns, in the order in which a real node lists them.
+/// The conditions that server_info warns of, in the order in which a real node lists them.
 enum class ServerWarning : char { AmendmentBlocked, NoValidLists, AmendmentMajority, Other };
 
-/// The warning of this name in a scenario, such as "amendment-majority". NoValidLists has no name,
-/// since it follows from the lists.
+/// The warning that a scenario calls by this name, such as "amendment-majority". NoValidLists has
+/// no name, since it follows from the lists.
 std::optional<ServerWarning> serverWarningNamed(QStringView name);
 
-/// The element of the member "warnings". Dates are reckoned from the beginning of the run.
+/// The element of the member "warnings". Dates are relative to the beginning of the run.
 QJsonObject warningObject(ServerWarning warning, WallTime begin);
 
 } // namespace tidewick::sim

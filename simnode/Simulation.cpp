@@ -61,7 +61,7 @@ void Simulation::awaitNextLedger()
     m_ledgerTimer.start(std::max(left, 0ms));
 }
 
-/// One at a time even when several are due, so that clients are heard in between.
+/// Closes one ledger at a time even if several are due, so that clients are served in between.
 void Simulation::closeNextLedger()
 {
     ++m_newestLedger;
@@ -75,7 +75,8 @@ void Simulation::closeNextLedger()
     awaitNextLedger();
 }
 
-/// Looks at all that has come since the last time, of which a fast run may have several steps.
+/// Handles everything that has happened since the last call; in a fast run, this may be several
+/// steps.
 void Simulation::observe()
 {
     const NodeTime time = now();
@@ -97,7 +98,7 @@ void Simulation::observeState(Seconds elapsed)
         m_log.info("NetworkOPs", QLatin1String("STATE->") + states[m_statesNoted]);
 }
 
-/// What comes before the first stage seen, which may be pinned, never happened.
+/// Stages before the first one observed, which may be pinned, are taken never to have happened.
 void Simulation::observeMaintenance(const MaintenanceMoment &moment)
 {
     if (m_maintenanceStage < 0)

@@ -15,36 +15,36 @@
 
 namespace tidewick::sim {
 
-/// The course of a run in real time: ledgers are closed, the store is written and rebuilt, and what
-/// happens is noted in the debug log.
+/// The course of a run in real time: closes ledgers, writes and rebuilds the store, and records
+/// events in the debug log.
 class Simulation final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Opens the store; throws FileError. The log outlives the simulation.
+    /// Opens the store; throws FileError. The log must outlive the simulation.
     Simulation(const NodeConfiguration &configuration, const Scenario &scenario, DebugLog &log,
                QObject *parent = nullptr);
 
-    /// Lets time begin to pass.
+    /// Starts the clock.
     void start();
 
-    /// From now on server_info shows no trouble.
+    /// Ends the trouble shown in server_info from now on.
     void heal() { m_answers.heal(); }
 
     /// Answers a command as of now.
     Reply answer(const QString &command, const QJsonObject &request) const;
 
-    /// What is said of this run's ledgers.
+    /// The messages about this run's ledgers.
     const LedgerMessages &ledgers() const { return m_answers.ledgers(); }
 
-    /// The validated ledgers as of now; nothing before there are any.
+    /// The validated ledgers as of now, or nothing if there are none yet.
     std::optional<LedgerRange> validated() const { return m_answers.validated(now()); }
 
 signals:
-    /// The network has closed this ledger, and it is in the store.
+    /// The network has closed this ledger, which is now in the store.
     void ledgerClosed(quint32 index);
-    /// The store cannot be written any more, with the reason.
+    /// The store can no longer be written; `text` is the reason.
     void storeFailed(const QString &text);
 
 private:
@@ -64,7 +64,7 @@ private:
     quint32 m_newestLedger;
     QTimer m_ledgerTimer;
     QTimer m_observeTimer;
-    /// How many states have been noted, and which stage of the maintenance was the last.
+    /// The number of states logged, and the last stage of the maintenance.
     qsizetype m_statesNoted = 0;
     int m_maintenanceStage = -1;
 };

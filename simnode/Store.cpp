@@ -28,11 +28,11 @@ constexpr qint64 mostRecords = 64;
 constexpr const char *prefix = "simulated-ledgers-";
 constexpr const char *storeExtension = ".store";
 constexpr const char *copyExtension = ".copy";
-/// What a record begins with, before the ledger's index and a line feed.
+/// The beginning of a record, before the ledger's index and a line feed.
 constexpr const char *recordTitle = "simulated ledger ";
 constexpr std::size_t titleBytes = 40;
 
-/// The number in "simulated-ledgers-<number>.store"; nothing for another name.
+/// The number in "simulated-ledgers-<number>.store", or nothing for any other name.
 std::optional<int> generationOf(const fs::path &path)
 {
     const std::string name = path.stem().string();
@@ -66,7 +66,7 @@ qint64 lengthOf(const UniqueDescriptor &descriptor)
     return ::fstat(descriptor.get(), &status) == 0 ? status.st_size : 0;
 }
 
-/// The ledger a record is for; nothing when it is damaged.
+/// The index of the ledger in a record, or nothing if the record is damaged.
 std::optional<quint32> ledgerOf(const UniqueDescriptor &descriptor, qint64 record)
 {
     std::array<char, titleBytes> title{};
@@ -123,7 +123,7 @@ Store::File Store::open(const fs::path &path) const
     File file{path, UniqueDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)), 0};
     if (!file.descriptor)
         throw FileError::fromErrno(path);
-    // Half a record at the end of a killed run's file is overwritten.
+    // Overwrites an incomplete record at the end of a killed run's file.
     file.records = lengthOf(file.descriptor) / recordBytes;
     return file;
 }

@@ -12,41 +12,42 @@
 
 namespace tidewick::sim {
 
-/// The node's ledgers on disk, half a MiB each, in one file that a rebuild replaces. What is
-/// written says little more than which ledger it is for; it takes up the room and the time. At most
-/// 32 MiB a file; from there on the oldest ledgers are overwritten. All functions throw FileError.
+/// The node's ledgers on disk, half a MiB each, in one file that a rebuild replaces. Little more
+/// than the index of the ledger is written; the rest takes up space and time. A file has at most 32
+/// MiB; after that, the oldest ledgers are overwritten. Everything except newestLedger() and
+/// bytes() throws FileError.
 class Store
 {
 public:
-    /// Goes on with what is in the folder, which is made if need be. Of a rebuild that was cut off,
-    /// only what counts remains.
+    /// Continues with the content of the folder, which is created if necessary. Removes what an
+    /// interrupted rebuild has left behind.
     explicit Store(std::filesystem::path folder);
 
     /// The newest ledger in the store.
     std::optional<quint32> newestLedger() const;
 
-    /// In all files.
+    /// The total size of all files.
     qint64 bytes() const;
 
     /// Writes the record of a ledger.
     void append(quint32 ledger);
 
-    /// Begins a rebuild: ledgers are written to the copy, too.
+    /// Begins a rebuild: from now on, ledgers are also written to the copy.
     void beginCopy();
 
-    /// The copy takes the place of the file, which stays until tidy().
+    /// Replaces the file with the copy. The old file stays until tidy().
     void switchToCopy();
 
-    /// Removes a copy that did not come to be used, and the file that was replaced.
+    /// Removes a copy that was never switched to, and the file that was replaced.
     void tidy();
 
 private:
-    /// A file of records of one length each.
+    /// A file of records of fixed length.
     struct File
     {
         std::filesystem::path path;
         UniqueDescriptor descriptor;
-        /// Written since the beginning, overwritten ones included.
+        /// The number of records ever written, including overwritten ones.
         qint64 records = 0;
     };
 

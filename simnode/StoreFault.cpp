@@ -24,7 +24,7 @@ struct KnownFault
     StoreFailure failure;
 };
 
-/// The texts are those of a real node.
+/// The texts are taken from a real node.
 constexpr auto faults = std::to_array<KnownFault>({
     {"damaged",
      StoreFault::Damaged,
@@ -39,7 +39,7 @@ constexpr auto faults = std::to_array<KnownFault>({
      {"Your xrpld.cfg is missing a [node_db] entry or its type is unknown", {SIGABRT, true}}},
 });
 
-/// False also for a folder that cannot be read, which opening the store reports.
+/// Also false for a folder that cannot be read; opening the store reports that.
 bool holdsAnything(const fs::path &folder)
 {
     std::error_code error;

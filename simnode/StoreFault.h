@@ -16,27 +16,27 @@ struct NodeConfiguration;
 /// What is wrong with the node's store.
 enum class StoreFault : char {
     None,
-    /// A file of the ledger store is cut off.
+    /// A file of the ledger store is truncated.
     Damaged,
     /// A database beside the ledgers holds garbage.
     DamagedIndex,
-    /// The node knows the stores of a stock node only.
+    /// The node supports only the stores of a stock node.
     Stock,
 };
 
-/// The fault of this name in a scenario, such as "damaged-index".
+/// The fault that a scenario calls by this name, such as "damaged-index".
 std::optional<StoreFault> storeFaultNamed(QStringView name);
 
-/// How a node ends that cannot use its store.
+/// The end of a node that cannot use its store.
 struct StoreFailure
 {
-    /// What it prints to standard error, without the last line feed.
+    /// Printed to standard error, followed by a line feed.
     const char *text;
     Ending ending;
 };
 
-/// The failure that the fault leads to with this configuration; nothing if the node comes up. A
-/// damaged store fails only as long as there is something in its folder.
+/// The failure that the fault causes with this configuration, or nothing if the node starts. A
+/// damaged store fails only while its folder is not empty.
 std::optional<StoreFailure> storeFailureOf(StoreFault fault,
                                            const NodeConfiguration &configuration);
 

@@ -12,7 +12,7 @@
 
 namespace tidewick::sim {
 
-/// What a connection to the WebSocket port can meet; README.md says what each kind does.
+/// A fault of a connection to the WebSocket port. README.md describes each kind.
 struct StreamFault
 {
     enum class Kind {
@@ -38,32 +38,32 @@ struct StreamFault
     };
 
     Kind kind = Kind::None;
-    /// With Close: the code, right or wrong.
+    /// For Close: the code, valid or not.
     quint16 closeCode = 0;
 
-    /// It comes in place of the handshake, so that there never is a WebSocket.
+    /// Whether the fault replaces the handshake, so that no WebSocket is ever established.
     bool replacesHandshake() const { return kind >= Kind::Silent && kind <= Kind::NotHttp; }
 
-    /// As a scenario names it.
+    /// The name in a scenario.
     QString name() const;
 
     bool operator==(const StreamFault &) const = default;
 };
 
-/// The misbehaviour of this name in a scenario, such as "flood" or "close-1001".
+/// The fault that a scenario calls by this name, such as "flood" or "close-1001".
 std::optional<StreamFault> streamFaultNamed(QStringView name);
 
-/// Who meets what.
+/// The faults of successive connections.
 struct StreamFaults
 {
-    /// Each connection meets the next one, and all later ones the last.
+    /// Each connection gets the next one; further connections get the last.
     QList<StreamFault> sequence;
-    /// Real time from a handshake to the misbehaviour.
+    /// The real time from a handshake to the misbehaviour.
     Seconds after{0};
-    /// Real time from the misbehaviour to the end of the connection, if nothing ends it before.
+    /// The real time from the misbehaviour to the end of the connection, unless it ends earlier.
     std::optional<Seconds> duration;
 
-    /// For the connection of this number, counted from zero.
+    /// The fault of the connection with this number, counted from zero.
     StreamFault of(qsizetype connection) const;
 };
 

@@ -22,7 +22,7 @@ using Kind = StreamFault::Kind;
 constexpr qint64 MiB = 1024LL * 1024;
 constexpr qint64 largeMessage = 17 * MiB;
 constexpr qsizetype pieceOfEndless = 64LL * 1024;
-/// What is poured waits here up to this; the rest of a flood is left out.
+/// With more than this waiting to be sent, messages of a flood are dropped.
 constexpr qint64 mostWaiting = 16 * MiB;
 
 /// Messages a second.
@@ -34,7 +34,7 @@ std::chrono::milliseconds timerSpan(Seconds seconds)
     return std::chrono::ceil<std::chrono::milliseconds>(seconds);
 }
 
-/// Bytes without a meaning, the same ones each time.
+/// Meaningless bytes, the same ones each time.
 QByteArray garbage()
 {
     constexpr qsizetype size = 100'000;
@@ -67,7 +67,7 @@ StreamMisbehaviour::StreamMisbehaviour(StreamFault fault, const StreamFaults &fa
 {
     for (QTimer *timer : {&m_beginner, &m_ender}) {
         timer->setSingleShot(true);
-        timer->setTimerType(Qt::PreciseTimer); // others may end a wait early
+        timer->setTimerType(Qt::PreciseTimer); // other types may fire early
     }
     connect(&m_beginner, &QTimer::timeout, this, &StreamMisbehaviour::begin);
     connect(&m_ender, &QTimer::timeout, socket, &QTcpSocket::abort);
@@ -103,7 +103,7 @@ void StreamMisbehaviour::begin()
         act();
 }
 
-/// A request that is still to come is read away.
+/// Discards the client's request, which may still be on its way.
 void StreamMisbehaviour::answerHandshake()
 {
     connect(m_socket, &QTcpSocket::readyRead, this, [this] { m_socket->readAll(); });
@@ -150,7 +150,7 @@ void StreamMisbehaviour::act()
     case Kind::NotUtf8:
         return write(Frames::frame(Frames::text, "\xc0\xff"));
     default:
-        return; // concerns what the node says, or nothing
+        return; // affects the node's messages, or nothing
     }
 }
 
@@ -164,7 +164,7 @@ void StreamMisbehaviour::send(const QByteArray &text)
         write(Frames::frame(Frames::text, text));
 }
 
-/// The same again and again, as fast as it is taken.
+/// Sends the same bytes again and again, as fast as the client takes them.
 void StreamMisbehaviour::pour(const QByteArray &bytes)
 {
     const auto more = [this, bytes] {
@@ -176,7 +176,7 @@ void StreamMisbehaviour::pour(const QByteArray &bytes)
     more();
 }
 
-/// Whoever takes less than is due gets less.
+/// A client that reads more slowly gets less.
 void StreamMisbehaviour::flood()
 {
     const QList<QByteArray> texts = m_texts();

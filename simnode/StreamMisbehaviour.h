@@ -17,30 +17,30 @@ class QTcpSocket;
 
 namespace tidewick::sim {
 
-/// Spoils one connection to the WebSocket port. Belongs to the connection's socket and writes to it
-/// past the QWebSocket, which goes on reading.
+/// Disturbs one connection to the WebSocket port. It is owned by the connection's socket and writes
+/// to it directly, bypassing the QWebSocket, which continues to read.
 class StreamMisbehaviour final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The log outlives the socket.
+    /// The log must outlive the socket.
     StreamMisbehaviour(StreamFault fault, const StreamFaults &faults, DebugLog &log,
                        QTcpSocket *socket);
     ~StreamMisbehaviour() override;
 
     bool replacesHandshake() const { return m_fault.replacesHandshake(); }
 
-    /// Misbehaves from now on.
+    /// Begins to misbehave.
     void begin();
 
-    /// Misbehaves once it is time to. The texts are what a flood is made of.
+    /// Begins to misbehave after the delay of the scenario. A flood consists of the texts.
     void beginLater(std::function<QList<QByteArray>()> texts);
 
-    /// From here on, what the node has to say is told here.
+    /// Whether it has begun to misbehave. From then on, the node's messages go through send().
     bool hasBegun() const { return m_begun; }
 
-    /// Tells a text in the spoiled way, or not at all.
+    /// Sends a text in the faulty way, or not at all.
     void send(const QByteArray &text);
 
 private:

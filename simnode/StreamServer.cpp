@@ -15,10 +15,10 @@ namespace tidewick::sim {
 
 namespace {
 
-/// More clients at a time are turned away.
+/// Further clients are turned away.
 constexpr std::size_t mostClients = 256;
 constexpr quint64 largestRequest = 1024ULL * 1024;
-/// A client is dropped that lets more than this wait for it.
+/// A client with more than this waiting to be sent is dropped.
 constexpr qint64 mostWaiting = 64LL * 1024 * 1024;
 
 QString textOf(const QJsonObject &object)
@@ -26,7 +26,7 @@ QString textOf(const QJsonObject &object)
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
-/// Messages that are no answers end in a line feed.
+/// Messages other than answers end in a line feed.
 QString messageText(const QJsonObject &object)
 {
     return textOf(object) + u'\n';
@@ -83,7 +83,7 @@ void StreamServer::acceptConnection()
     }
 }
 
-/// A flood tells the newest ledger.
+/// A flood repeats the transactions of the newest ledger.
 void StreamServer::spoilLater(StreamMisbehaviour &misbehaviour) const
 {
     misbehaviour.beginLater([this] {
@@ -138,7 +138,7 @@ Reply StreamServer::run(const QJsonObject &request, Subscription &subscription) 
     return m_source.command(command, request);
 }
 
-/// Of several streams, either all are known or nothing is changed.
+/// If one of the streams is unknown, nothing is changed.
 Reply StreamServer::subscribe(const QJsonObject &request, Subscription &subscription) const
 {
     const bool wanted = request[u"command"] == QLatin1String("subscribe");
@@ -176,7 +176,7 @@ void StreamServer::publish(quint32 index)
     const QString closed = messageText(m_source.ledgers.closed(ledger, *validated));
 
     std::map<ApiForm, QStringList> transactions;
-    // Sending can drop a client, and with it its entry.
+    // Sending may drop a client and remove its entry.
     const std::map<QWebSocket *, Subscription> clients = m_clients;
     for (const auto &[client, subscription] : clients) {
         if (subscription.ledger)

@@ -20,31 +20,31 @@ namespace tidewick::sim {
 
 class StreamMisbehaviour;
 
-/// The WebSocket port: answers commands and tells subscribers of ledgers and transactions, or
+/// The WebSocket port: answers commands and sends ledgers and transactions to subscribers, or
 /// misbehaves. Destroying it closes the port and all connections.
 class StreamServer final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What the node knows, for the server to ask.
+    /// The server's access to the node.
     struct Source
     {
         const LedgerMessages &ledgers;
         std::function<std::optional<LedgerRange>()> validated;
-        /// Carries out a command other than those on subscriptions.
+        /// Carries out a command, except those for subscriptions.
         std::function<Reply(const QString &command, const QJsonObject &request)> command;
     };
 
-    /// The log outlives the server.
+    /// The log must outlive the server.
     StreamServer(Source source, StreamFaults faults, DebugLog &log, QObject *parent = nullptr);
     ~StreamServer() override;
 
-    /// Opens the port. False with errorString() set on failure.
+    /// Opens the port. Returns false and sets errorString() on failure.
     bool open(const PortConfiguration &port);
     QString errorString() const { return m_listener.errorString(); }
 
-    /// Tells subscribers of a ledger that was validated.
+    /// Sends a validated ledger to the subscribers.
     void publish(quint32 index);
 
 private:
@@ -67,13 +67,14 @@ private:
     Source m_source;
     StreamFaults m_faults;
     DebugLog &m_log;
-    /// Shakes hands on the connections that the listener hands it.
+    /// Performs the handshake on the listener's connections.
     QWebSocketServer m_server;
     qsizetype m_connections = 0;
-    /// By the client's port.
+    /// Keyed by the client's port.
     std::map<quint16, StreamMisbehaviour *> m_misbehaviours;
     std::map<QWebSocket *, Subscription> m_clients;
-    /// Goes first, with its connections, which are known above.
+    /// Declared last so that it is destroyed first, with its connections, which the members above
+    /// refer to.
     QTcpServer m_listener;
 };
 

@@ -18,7 +18,7 @@ namespace {
 constexpr qint64 hugeLength = 200'000'000;
 constexpr int depth = 5000;
 
-/// Answers that have nothing to do with the question; those with status 200 pass for JSON.
+/// Answers that do not depend on the request; those with status 200 claim to be JSON.
 struct FixedAnswer
 {
     RpcFault fault;
@@ -82,7 +82,7 @@ Transmission withHeader(const QByteArray &header, HttpResponse usual)
     return {usual};
 }
 
-/// Objects keep their shape; every other value becomes one of another type.
+/// Objects keep their structure; every other value is replaced by one of a different type.
 QJsonValue wronglyTyped(const QJsonValue &value)
 {
     switch (value.type()) {
@@ -110,7 +110,7 @@ Transmission withWrongTypes(HttpResponse usual)
     return {usual};
 }
 
-/// As in the trailer of the gzip format.
+/// The checksum in the trailer of the gzip format.
 quint32 crc32(const QByteArray &bytes)
 {
     quint32 sum = 0xFFFFFFFF;
@@ -131,7 +131,7 @@ QByteArray littleEndian(quint32 number)
 
 Transmission compressed(HttpResponse usual)
 {
-    // Qt writes the length (4 bytes) before a zlib stream: a header (2), the data, a checksum (4).
+    // Qt puts the length (4 bytes) before a zlib stream: a header (2), the data, a checksum (4).
     QByteArray data = qCompress(usual.body);
     data = data.sliced(6, data.size() - 10);
     const auto header = QByteArray::fromHex("1F8B08000000000000FF");

@@ -8,24 +8,24 @@
 
 namespace tidewick::sim {
 
-/// How a response goes over the connection.
+/// How a response is sent over the connection.
 enum class Delivery {
     Whole,
     /// Half of the body, then the connection is closed.
     Half,
     /// Half of the body, then the connection is reset.
     Reset,
-    /// The body by one byte a second.
+    /// The body at one byte a second.
     Drip,
-    /// All of it by one byte a second.
+    /// The whole response at one byte a second.
     SlowHeader,
-    /// `Transmission::filler` follows, its length announced.
+    /// `Transmission::filler` follows, with its length announced.
     Filler,
     /// `Transmission::filler` follows in chunks.
     ChunkedFiller,
-    /// `Transmission::filler` is the last header, which never ends.
+    /// `Transmission::filler` is the value of the last header, which is never completed.
     HeaderFiller,
-    /// Nothing is sent, ever.
+    /// Nothing is ever sent.
     Never,
 };
 
@@ -34,14 +34,14 @@ struct Transmission
 {
     HttpResponse response;
     Delivery delivery = Delivery::Whole;
-    /// Bytes without a meaning.
+    /// The number of meaningless bytes.
     qint64 filler = 0;
-    /// The connection is closed after the response, without having announced it.
+    /// Whether the connection is closed after the response, unannounced.
     bool closes = false;
 };
 
-/// What is sent instead of the usual response, or made of it: `usual` has only to be right for
-/// kinds that use it. The redirection goes to `redirectPort` on loopback.
+/// The response to send for a fault, made from the usual one or in place of it. `usual` matters
+/// only for faults that use it. A redirect leads to `redirectPort` on loopback.
 Transmission transmissionFor(RpcFault fault, const HttpResponse &usual, quint16 redirectPort);
 
 } // namespace tidewick::sim

@@ -41,7 +41,7 @@ QString uriOf(qsizetype number)
     return QString::fromLatin1(siteUris.at(static_cast<std::size_t>(number)));
 }
 
-/// Without a list the node does not know when it will expire.
+/// Without a list, the node does not know the date.
 QString expiryText(ListState state, WallTime begin)
 {
     switch (state) {
@@ -105,7 +105,7 @@ QJsonObject ValidatorLists::summary() const
 
 QJsonObject ValidatorLists::sites(WallTime now) const
 {
-    // The first site of the recording was reached, the second one was not.
+    // In the recording, the first site was reached and the second was not.
     QJsonObject result = Recordings::result(QStringLiteral("validator_list_sites.json"));
     const QJsonArray recorded = result[u"validator_sites"].toArray();
     QJsonArray array;
@@ -137,7 +137,7 @@ QJsonObject ValidatorLists::validators() const
 QJsonObject ValidatorLists::publisher(const QJsonObject &recorded, qsizetype number) const
 {
     const bool lacking = lacks(number);
-    // The summary has the list that expires first; a site that is reached has a good one.
+    // The summary shows the list that expires first; a site that can be reached has a valid one.
     const bool fresh = !lacking && !permitsValidation(m_state);
     QJsonObject publisher = recorded;
     publisher[u"available"] = !lacking;

@@ -12,33 +12,32 @@
 
 namespace tidewick::sim {
 
-/// Which of the two lists of validators the node has.
+/// The state of the node's two lists of validators.
 enum class ListState : char {
-    /// Both, for a long time to come.
+    /// Both are valid for a long time to come.
     Active,
     /// The second one was never fetched.
     None,
     /// The second one has expired and is not fetched again.
     Expired,
-    /// Both, but for a few days only.
+    /// Both are valid, but only for a few more days.
     Expiring,
 };
 
-/// The state of this name in a scenario, such as "expiring".
+/// The state that a scenario calls by this name, such as "expiring".
 std::optional<ListState> listStateNamed(QStringView name);
 
-/// Whether the node trusts enough validators to validate anything: it takes both lists.
+/// Whether the node trusts enough validators to validate anything, which takes both lists.
 bool permitsValidation(ListState state);
 
-/// What a node tells of the lists of validators that it trusts. A value.
+/// A node's answers about the lists of validators that it trusts. A value.
 class ValidatorLists
 {
 public:
-    /// The dates on which lists expire are reckoned from `begin`, so that they do not move while
-    /// the node runs.
+    /// Expiry dates are relative to `begin`, so that they do not move while the node runs.
     ValidatorLists(ListState state, WallTime begin) : m_state(state), m_begin(begin) {}
 
-    /// Members of server_info: "validation_quorum" and "validator_list".
+    /// The members "validation_quorum" and "validator_list" of server_info.
     qint64 quorum() const;
     QJsonObject summary() const;
 

@@ -5,7 +5,7 @@
 
 namespace tidewick::sim {
 
-/// In the shape of a real node's, and not to be mistaken for one.
+/// Has the format of a real node's version, but cannot be mistaken for one.
 inline constexpr const char *version = "2.3.0-simulated";
 
 } // namespace tidewick::sim

@@ -10,8 +10,8 @@
 
 namespace tidewick::sim {
 
-/// The frames of a server as bytes, for those who send wrong ones: a QWebSocket sends right ones
-/// only.
+/// The frames of a server as bytes, for sending invalid sequences: QWebSocket sends only valid
+/// ones.
 struct WebSocketFrames
 {
     // First bytes: the final bit and the opcode.
@@ -20,12 +20,12 @@ struct WebSocketFrames
     static constexpr quint8 close = 0x88;
     static constexpr quint8 ping = 0x89;
     static constexpr quint8 pong = 0x8a;
-    /// The first, a further and the last piece of a text.
+    /// The first, a middle and the last fragment of a text.
     static constexpr quint8 textBegin = 0x01;
     static constexpr quint8 middle = 0x00;
     static constexpr quint8 end = 0x80;
 
-    /// A frame of these bytes, with the shortest form of its length.
+    /// A frame with this payload, its length in the shortest form.
     static QByteArray frame(quint8 firstByte, const QByteArray &payload)
     {
         constexpr qsizetype longestShort = 125;

@@ -45,7 +45,7 @@ void makeFolder(const std::filesystem::path &folder)
         throw FileError(folder, error);
 }
 
-/// What comes before anything else is done. True when the process is to end then.
+/// Plays what the scenario puts before everything else. Returns true if the process is to end then.
 bool playPrelude(const Scenario &scenario)
 {
     Chatter::printBytes(scenario.outputBytes);
@@ -59,7 +59,7 @@ bool playPrelude(const Scenario &scenario)
     return ends;
 }
 
-/// Prints why the store cannot be used. The exit status, if the process is not to die of a signal.
+/// Prints why the store cannot be used. Dies of a signal or returns the exit status.
 int failFor(const StoreFailure &failure)
 {
     StandardStreams::printError(std::string(failure.text) + '\n');
