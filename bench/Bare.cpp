@@ -3,7 +3,8 @@
 
 #include <QCoreApplication>
 
-/// What any program on Qt Core has to pay: loading the library and making the application object.
+/// The least that any Qt Core program costs: loading the library and creating the application
+/// object.
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);

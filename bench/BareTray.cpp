@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// The least a tray program that polls a node can be: an icon, a menu, a tool tip.
+// The smallest possible tray program that polls a node: an icon, a menu and a tooltip.
 
 #include <QApplication>
 #include <QJsonDocument>

@@ -59,7 +59,7 @@ void LedgerTraffic::transact(int count)
     static const QRegularExpression index(QStringLiteral(R"("ledger_index":\d+)"));
     for (int i = 0; i < count; ++i) {
         QString text = m_recorded.at(m_next++ % m_recorded.size());
-        // The message's own comes before those of the entries that the transaction touched.
+        // The first match is the message's own index; those of the affected ledger entries follow.
         const auto found = index.match(text);
         text.replace(found.capturedStart(), found.capturedLength(),
                      QStringLiteral(R"("ledger_index":%1)").arg(m_ledger));

@@ -9,8 +9,8 @@
 
 namespace tidewick::bench {
 
-/// A busy network for a feed: 200 transactions a second in ledgers of 4 s, made of recorded
-/// messages, as fast as the feed takes them.
+/// Simulates a busy network for a feed: 200 transactions a second, and a ledger every 4 s, made
+/// from recorded messages. It delivers them as fast as the feed takes them.
 class LedgerTraffic
 {
 public:
@@ -21,10 +21,10 @@ public:
     /// The recorded transaction messages.
     const QStringList &recorded() const { return m_recorded; }
 
-    /// So much time of traffic passes on the stream's clock; the event loop turns at every flush.
+    /// Runs this much time of traffic on the stream's clock, and the event loop at every flush.
     void run(std::chrono::seconds time);
 
-    /// So many transactions come in the newest ledger.
+    /// Sends this number of transactions in the newest ledger.
     void transact(int count);
 
 private:

@@ -25,7 +25,7 @@ Duration timeOf(const std::function<void()> &work)
     return Clock::now() - begin;
 }
 
-/// Of all children that have ended.
+/// The processor time of all child processes that have ended.
 Duration childrensTime()
 {
     rusage usage{};
@@ -36,7 +36,7 @@ Duration childrensTime()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-/// A line of what the kernel says of a process's memory, in MiB.
+/// One of the kernel's figures for a process's memory, in MiB.
 double inMemory(pid_t process, const std::string &line)
 {
     std::ifstream rollup("/proc/" + std::to_string(process) + "/smaps_rollup");

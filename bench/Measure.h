@@ -14,10 +14,11 @@ namespace tidewick::bench {
 
 using Duration = std::chrono::duration<double>;
 
-/// The middle of the values.
+/// The median of the values.
 Duration median(std::vector<Duration> values);
 
-/// The times of two pieces of work, by turns, so that whatever else the machine does falls on both.
+/// The times of two pieces of work that ran alternately, so that other load on the machine affects
+/// both.
 struct Pair
 {
     Duration first;
@@ -26,28 +27,29 @@ struct Pair
     double ratio() const { return first / second; }
 };
 
-/// Medians of the wall time over so many rounds.
+/// The medians of the wall time over this number of rounds.
 Pair measure(int rounds, const std::function<void()> &first, const std::function<void()> &second);
 
-/// Processor time, user and system, of running a program to its end with its output discarded.
+/// The processor time, user and system, of running a program to its end. Its output is discarded.
 Duration processorTime(ChildSpec spec);
 
-/// Of a process and of its children that have ended, without the running ones.
+/// The processor time so far of a process and its ended children, excluding running ones.
 Duration processorTimeSoFar(pid_t process);
 
-/// All of a process's memory that is resident, in MiB, what it shares with others included.
+/// A process's resident memory in MiB, including what it shares with others.
 double residentMemory(pid_t process);
 
-/// Resident memory that is the process's own, in MiB: what it shares counts in proportion.
+/// A process's share of resident memory in MiB: memory shared with others counts proportionally.
 double memory(pid_t process);
 
-/// The part of it that the process has written, and that would not be there without it.
+/// The private memory that the process has written, in MiB, which would be free without it.
 double writtenMemory(pid_t process);
 
-/// The part of it that is of no file, such as heap and stacks, shared or not.
+/// The process's resident memory that is not backed by a file, such as heap and stacks, in MiB,
+/// shared or not.
 double anonymousMemory(pid_t process);
 
-/// One line of the table: what was compared, both figures, the ratio and the goal for it.
+/// Prints one line of the table: what was compared, both figures, their ratio and its goal.
 void print(const std::string &what, const Pair &pair, const std::string &goal);
 
 /// The same for two numbers of instructions.

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// Preloaded into programs under valgrind 3.19, which has no system calls for process descriptors. A
-// server outside, at the socket that TIDEWICK_DESCRIPTORS names, opens them; signals go by number.
+// Preloaded into programs under valgrind 3.19, which does not support the system calls for process
+// file descriptors. A server outside opens them, at the socket that TIDEWICK_DESCRIPTORS names;
+// signals are sent by process id.
 
 #include <array>
 #include <cerrno>
@@ -33,7 +34,7 @@ int connectedSocket()
     return -1;
 }
 
-/// A descriptor of the process from the server; -1 and an error number when there is none.
+/// Gets a file descriptor of the process from the server. Returns -1 and sets errno on failure.
 long descriptorOf(pid_t process)
 {
     const int socket = connectedSocket();
@@ -61,7 +62,7 @@ long descriptorOf(pid_t process)
     return descriptor;
 }
 
-/// The number of the process that a descriptor holds; 0 once it is gone.
+/// The id of the process that a descriptor refers to. Not positive if the process no longer exists.
 pid_t processOf(int descriptor)
 {
     std::array<char, 64> path{};
@@ -80,7 +81,7 @@ pid_t processOf(int descriptor)
 
 } // namespace
 
-/// In place of the C library's.
+/// Replaces the C library's function.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its names are reserved ones
 extern "C" long syscall(long number, ...) noexcept
 {

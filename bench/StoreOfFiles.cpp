@@ -26,7 +26,7 @@ StoreOfFiles::StoreOfFiles(int files)
         if (!Files::writeAll(descriptor.get(), "x", 1))
             qFatal("%s cannot be written", name.c_str());
     }
-    ::sync(); // no writing back in the background
+    ::sync(); // so that nothing is written back later
 }
 
 } // namespace tidewick::bench

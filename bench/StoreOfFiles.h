@@ -9,7 +9,7 @@
 
 namespace tidewick::bench {
 
-/// A temporary folder with so many files of one byte, in folders of 100, all on disk.
+/// A temporary folder with this number of one-byte files, in subfolders of 100, flushed to disk.
 class StoreOfFiles
 {
 public:

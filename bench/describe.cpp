@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What one poll costs beyond parsing its answer: the storage line, and the status.
+// The cost of one poll beyond parsing its answer: the storage line and the status.
 
 #include "bench/Measure.h"
 #include "node/ServerInfo.h"
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int times = 10'000;
 
-/// One call of each, per call.
+/// The time of one call of each.
 Pair perCall(const std::function<void()> &work, const QByteArray &json)
 {
     const auto repeated = [](const std::function<void()> &once) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// The size of a store of many files against du.
+// Determining the size of a store of many files, compared with du.
 
 #include "bench/Measure.h"
 #include "bench/StoreOfFiles.h"

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What the application costs beside a bare tray program and a shell loop that poll the same node in
-// the same minute, and how long both programs take from their start to an item in the tray.
+// The cost of the application compared with a bare tray program and a shell loop that poll the same
+// node in the same minute, and the time that both programs take from their start to an item in the
+// tray.
 
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
@@ -37,7 +38,7 @@ ChildSpec bareTray()
     return spec;
 }
 
-/// From the start of a program to its item in the tray.
+/// The time from the start of a program to its item in the tray.
 Duration timeToTray(const SessionBus &bus, const std::function<void()> &start,
                     const std::function<void()> &end)
 {
@@ -82,7 +83,7 @@ void measureIdle(const SessionBus &bus, const TestBundle &bundle)
         qFatal("The node does not answer");
     Beside program(bareTray());
     Beside shell("bash", {"-c", shellLoop});
-    QTest::qWait(5'000); // past the costs of starting
+    QTest::qWait(5'000); // until the cost of starting is over
 
     const auto times = [&] {
         return std::array{processorTimeSoFar(application.process().id()),

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What the whole application costs with the ledger window open and 200 transactions a second,
-// beside a Node.js client of the public xrpl package that subscribes to the same streams.
+// The cost of the whole application with the ledger window open and 200 transactions a second,
+// compared with a Node.js client that uses the public xrpl package and subscribes to the same
+// streams.
 
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
@@ -18,7 +19,7 @@ using namespace tidewick::bench;
 namespace {
 
 constexpr int minute = 60'000;
-/// Past the costs of starting, and several ledgers long.
+/// In milliseconds: until the cost of starting is over, and several ledgers have closed.
 constexpr int beginning = 20'000;
 
 } // namespace

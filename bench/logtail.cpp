@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// The tail of a run that printed 2 GB against tail(1), and what memory it takes.
+// Reading the tail of a run that printed 2 GB, compared with tail(1), and the memory it takes.
 
 #include "bench/Measure.h"
 #include "node/NodeLog.h"

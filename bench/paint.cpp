@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What it takes to paint the ledger window, at the size it opens with and ratio 2, beside filling
-// the same area with one colour.
+// The time to paint the ledger window, at its initial size and device pixel ratio 2, compared with
+// filling the same area with one colour.
 
 #include "bench/LedgerTraffic.h"
 #include "bench/Measure.h"
@@ -21,7 +21,7 @@ namespace {
 constexpr int rounds = 201;
 constexpr Duration frame(0.004);
 
-/// The least that a repaint can be.
+/// The cheapest possible repaint.
 class Fill final : public QWidget
 {
 protected:
@@ -51,7 +51,7 @@ int main(int argc, char *argv[])
     traffic.run(std::chrono::minutes(5));
     QCoreApplication::processEvents();
 
-    // Not repaint(), which spares what is covered by children that did not change.
+    // Not repaint(), which skips areas covered by children that did not change.
     QPixmap screen(window.size() * window.devicePixelRatio());
     screen.setDevicePixelRatio(window.devicePixelRatio());
     const auto repaint = [&] { window.render(&screen); };

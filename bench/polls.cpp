@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What polling costs the application beside the bare tray program, in instructions counted by
-// callgrind: figures that do not depend on how fast the machine is or what else it does.
+// The cost of polling for the application compared with the bare tray program, in instructions
+// counted by callgrind. These do not depend on the machine's speed or load.
 
 #include "application/LaunchedApplication.h"
 #include "application/WholeDesktop.h"
@@ -27,11 +27,11 @@ using namespace tidewick::bench;
 
 namespace {
 
-/// Five of them ask for the counts, too.
+/// Five of them request the counts, too.
 constexpr int polls = 25;
 
-/// Opens process descriptors for programs under valgrind: a process's number comes, its descriptor
-/// goes. Works while the event loop turns.
+/// Opens process file descriptors for programs under valgrind: receives a process id and sends the
+/// file descriptor back. Works while the event loop runs.
 class DescriptorServer
 {
 public:
@@ -81,7 +81,7 @@ private:
     QLocalServer m_server;
 };
 
-/// A program under callgrind, which counts only when told to.
+/// A program under callgrind, which counts only between begin() and instructions().
 class Counted
 {
 public:
@@ -95,7 +95,7 @@ public:
 
     void begin() const { control("--instr=on"); }
 
-    /// Since the beginning.
+    /// The number of instructions since begin().
     double instructions() const
     {
         control("--dump");
@@ -171,14 +171,14 @@ int main(int argc, char *argv[])
         qFatal("The node is not asked");
     Counted bare(folder, "bare", bareTray());
     const qsizetype alone = LaunchedApplication::noted("server_info");
-    // Its first question, and then both at their pace.
+    // The bare program's first requests, and then both at their usual pace.
     if (!waitUntil([&] { return LaunchedApplication::noted("server_info") >= alone + 8; }))
         qFatal("The bare tray program asks nothing");
 
     tidewick.begin();
     bare.begin();
     const qsizetype before = LaunchedApplication::noted("server_info");
-    // Both ask every 2 s.
+    // Both poll every 2 s.
     if (!QTest::qWaitFor(
             [&] {
                 return LaunchedApplication::noted("server_info") >= before + qsizetype{2} * polls;

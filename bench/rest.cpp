@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What the application keeps of its windows once they are closed again.
+// The memory that the application keeps after its windows have been opened and closed.
 
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
@@ -30,9 +30,9 @@ const std::array windows{
 };
 
 constexpr int times = 3;
-/// Several ledgers of a busy network.
+/// In milliseconds: several ledgers of a busy network.
 constexpr int openFor = 20'000;
-/// Past the costs of starting, and of the last of a window.
+/// In milliseconds: until the cost of starting, or of closing a window, is over.
 constexpr int settle = 6'000;
 
 void openAll(TrayReader &reader)

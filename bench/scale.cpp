@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// How cost follows work: stores of ever more files, and ever more transactions a second.
+// How the cost scales with the work: with the number of files in a store, and with the number of
+// transactions a second.
 
 #include "application/LaunchedApplication.h"
 #include "application/TrayReader.h"
@@ -19,11 +20,11 @@ using namespace tidewick::bench;
 namespace {
 
 constexpr int ledgerSeconds = 4;
-/// Past the costs of starting.
+/// In milliseconds: until the cost of starting is over.
 constexpr int beginning = 16'000;
 constexpr int measured = 32'000;
 
-/// A size takes too short for one measurement with few files.
+/// With few files, determining the size once is too short to measure.
 constexpr int filesAMeasurement = 100'000;
 
 Duration timeOfSize(int files)
@@ -45,7 +46,7 @@ void measureStores()
     print("size of a store, 100,000 files / 10 files", {timeOfSize(100'000), few}, "<= 10000");
 }
 
-/// Processor time with the ledger window open and so many transactions a second.
+/// The processor time with the ledger window open and this number of transactions a second.
 Duration timeOfLedger(const SessionBus &bus, const TestBundle &bundle, int rate)
 {
     const QByteArray each = QByteArray::number(rate * ledgerSeconds);

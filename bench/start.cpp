@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// A command-line mode as a whole process against the least a program on Qt Core can be.
+// A command-line mode as a whole process, compared with the smallest possible Qt Core program.
 
 #include "bench/Measure.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// What the feed takes for a transaction message, beside what it takes only to parse the same bytes,
-// and what an hour of busy traffic leaves in memory.
+// The time that the feed takes for a transaction message, compared with parsing the same bytes, and
+// the memory in use after an hour of busy traffic.
 
 #include "bench/LedgerTraffic.h"
 #include "bench/Measure.h"
@@ -21,7 +21,7 @@ using namespace tidewick::bench;
 namespace {
 
 constexpr int messages = 1'000'000;
-/// Qt's parser takes long enough for that many.
+/// Qt's parser is slow enough for these to be measured.
 constexpr int fewMessages = messages / 10;
 constexpr int rounds = 5;
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// How long the application keeps its event loop from turning, with a node in sync and the tray item
-// shown: the longest delivery of one event.
+// How long the application blocks its event loop, with a node in sync and the tray item shown: the
+// longest delivery of a single event.
 
 #include "application/DesktopFaces.h"
 #include "application/WholeDesktop.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// The least that shows what the ledger window shows: subscribes to the same streams and counts
-// transactions by type.
+// The smallest possible client with the data of the ledger window: subscribes to the same streams and
+// counts transactions by type.
 
 import { Client } from 'xrpl'
 
