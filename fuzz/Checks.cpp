@@ -13,7 +13,7 @@ namespace tidewick::Fuzzing {
 
 namespace {
 
-/// In characters as a person counts them.
+/// In user-perceived characters.
 constexpr qsizetype shownCharacters = 40;
 /// In UTF-16 units: DisplayText looks at sixteen for each character.
 constexpr qsizetype shownUnits = shownCharacters * 16 + 1;

@@ -9,21 +9,21 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What a target defines: one run of the code under test. The fuzzer calls it with inputs it makes
-/// up, and the replay with those that are kept. The name and the form are libFuzzer's.
+/// Defined by each target: one run of the code under test. The fuzzer calls it with generated
+/// inputs, and the replay with stored ones. libFuzzer prescribes the name and the signature.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
-// What targets have in common.
+// Helpers shared by the targets.
 
 namespace tidewick::Fuzzing {
 
-/// Ends the program, so that the input at hand counts as a finding, unless `holds`.
+/// Aborts unless `holds`, so that the current input counts as a finding.
 void require(bool holds, const char *what);
 
 QByteArray bytesOf(const std::uint8_t *data, std::size_t size);
 
-/// A text that nobody vouches for is as people are to see it once it went through what the faces of
-/// the application have it go through: short, on one line, in the order in which it is read.
+/// Requires that an untrusted text is fit to be shown after the processing that the application's
+/// faces apply to it: short, on one line, and without overrides of the text direction.
 void requireShowable(const QString &text);
 
 } // namespace tidewick::Fuzzing

@@ -25,15 +25,15 @@ std::vector<fs::path> filesIn(const fs::path &folder)
 
 void replay(const QByteArray &input)
 {
-    // A copy of its very length, so that a sanitizer sees a read past its end.
+    // A copy of exactly this length, so that a sanitizer detects reads past its end.
     const std::vector<std::uint8_t> bytes(input.begin(), input.end());
     LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }
 
 } // namespace
 
-/// Runs a target on the inputs kept for it, in place of the fuzzer: where there is none of the
-/// compiler's fuzzers, and to see that what was found once stays mended.
+/// Runs a target on its stored inputs instead of fuzzing it. It needs no fuzzer from the compiler,
+/// and checks that earlier findings stay fixed.
 int main(int argc, char *argv[])
 {
     if (argc != 2) {
@@ -48,7 +48,7 @@ int main(int argc, char *argv[])
         }
         replay({});
         for (const fs::path &file : files) {
-            // The last line before a target gives up names the input.
+            // So that the last line before an abort names the input.
             std::printf("%s\n", file.filename().c_str());
             std::fflush(stdout);
             replay(tidewick::Files::read(file));

@@ -12,7 +12,7 @@ namespace {
 
 const QString separator = QStringLiteral(" · node ");
 
-/// Lines that tell nothing of the node's version.
+/// Lines that say nothing about the node's version.
 const QString nothingTold =
     QStringLiteral("\nstore=NuDB\nxrpld_version\nxrpld_version=\nxrpld_version=a=b\n");
 
@@ -23,7 +23,7 @@ QString lineOf(const QString &buildInfo)
 
 } // namespace
 
-/// The bundle's description of its build, as the window that shows the versions reads it.
+/// Fuzzes the bundle's description of its build, as read by the window that shows the versions.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const auto text = Utf8::decode(Fuzzing::bytesOf(data, size));
@@ -37,12 +37,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     require(!node.contains(u'='), "a version is one value");
     if (line != own)
         require(lineOf(QStringLiteral("xrpld_version=") + node) == line, "a version is its text");
-    require(lineOf(*text + nothingTold) == line, "nothing told, nothing changed");
+    require(lineOf(*text + nothingTold) == line, "lines without a version change nothing");
     require(lineOf(*text + QStringLiteral("\nxrpld_version=2.3.0"))
                 == own + separator + QStringLiteral("2.3.0"),
-            "the last line counts");
+            "the last line wins");
     require(versionLine(*text, {}) == QLatin1String("Version ") + *text,
-            "a version is shown whole");
+            "a version is shown in full");
     Fuzzing::requireShowable(line);
     return 0;
 }

@@ -17,7 +17,7 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-/// In the order in which they count.
+/// In order of precedence.
 const Arguments options{"--render-config",     "--node-version",    "--describe-storage", "--smoke",
                         "--snapshot-settings", "--snapshot-ledger", "--snapshot-about"};
 
@@ -29,7 +29,7 @@ Arguments split(const QByteArray &bytes)
     return arguments;
 }
 
-/// The place of the option that the mode belongs to; past the end for none.
+/// The index of the option that the mode belongs to, or one past the end if there is none.
 std::size_t rankOf(const AnyMode &mode)
 {
     struct Rank
@@ -56,7 +56,7 @@ std::size_t rankOf(const AnyMode &mode)
     return std::visit(Rank(), mode);
 }
 
-/// The operand that the mode was given, where there is one.
+/// The operand of the mode, or null if it has none.
 const std::string *operandOf(const AnyMode &mode)
 {
     if (const auto *render = std::get_if<Mode::RenderConfig>(&mode))
@@ -77,13 +77,13 @@ std::size_t firstRankIn(const Arguments &arguments)
 
 } // namespace
 
-/// The list of arguments, with a NUL between each two.
+/// Fuzzes the list of arguments, separated by NULs.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const Arguments arguments = split(Fuzzing::bytesOf(data, size));
     const AnyMode mode = parseCommandLine(arguments);
     const std::size_t rank = rankOf(mode);
-    require(rank == firstRankIn(arguments), "the first option of the order decides");
+    require(rank == firstRankIn(arguments), "the option of highest precedence decides");
     if (const std::string *operand = operandOf(mode)) {
         const auto option = std::find(arguments.begin(), arguments.end(), options.at(rank));
         require(option + 1 != arguments.end() && *operand == option[1],
@@ -92,6 +92,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 
     Arguments more = arguments;
     more.insert(more.begin(), "Quaymere");
-    require(parseCommandLine(more) == mode, "what comes before does not count");
+    require(parseCommandLine(more) == mode, "arguments before the option do not matter");
     return 0;
 }

@@ -20,26 +20,27 @@ ProcessEnvironment laidOver(const ProcessEnvironment &environment, const QString
     return result;
 }
 
-/// QString's own would drop a byte order mark.
+/// QString's own conversion would drop a byte order mark.
 QString textOf(const std::string &bytes)
 {
     return Utf8::decodeLossy(QByteArray::fromStdString(bytes));
 }
 
-/// A process is handed its environment as texts that end at a NUL, of which the first "=" ends the
+/// A process receives its environment as strings that end at a NUL, in which the first "=" ends the
 /// name.
 void requireSound(const std::string &name, const std::string &value)
 {
-    require(!name.starts_with('#'), "comments name nothing");
+    require(!name.starts_with('#'), "a comment is not a name");
     require(name.find('=') == std::string::npos, "a name ends at the equals sign");
     for (const std::string &text : {name, value}) {
-        require(text.find('\0') == std::string::npos, "texts can be handed on whole");
+        require(text.find('\0') == std::string::npos, "strings have no NUL");
         const QString line = textOf(text);
-        require(text.empty() || Lines::of(line) == QList<QStringView>{line}, "texts are lines");
+        require(text.empty() || Lines::of(line) == QList<QStringView>{line},
+                "strings are single lines");
     }
 }
 
-/// The file that says the same.
+/// A file that describes the same environment.
 QString fileOf(const ProcessEnvironment &environment)
 {
     std::string file;
@@ -48,23 +49,23 @@ QString fileOf(const ProcessEnvironment &environment)
     return textOf(file);
 }
 
-/// The text of these bytes, as two decoders read it.
+/// The text of these bytes, if both decoders agree on it.
 std::optional<QString> decoded(const QByteArray &bytes)
 {
     auto text = Utf8::decode(bytes);
     const QString lossy = Utf8::decodeLossy(bytes);
     if (text) {
-        require(*text == lossy, "both decoders read the same");
-        require(text->toUtf8() == bytes, "a text is its bytes");
+        require(*text == lossy, "both decoders agree");
+        require(text->toUtf8() == bytes, "a text encodes to its bytes");
     } else {
-        require(lossy.contains(QChar::ReplacementCharacter), "what is no text shows as such");
+        require(lossy.contains(QChar::ReplacementCharacter), "invalid bytes are replaced");
     }
     return text;
 }
 
 } // namespace
 
-/// The file that is laid over the node's environment.
+/// Fuzzes the file that overrides the node's environment.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const auto text = decoded(Fuzzing::bytesOf(data, size));
@@ -77,12 +78,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         bytes += name.size() + value.size();
     }
     require(bytes <= size, "nothing is made up");
-    require(laidOver({}, fileOf(added)) == added, "what was read can be written");
+    require(laidOver({}, fileOf(added)) == added, "the result can be written and read again");
 
     const ProcessEnvironment over = laidOver(inherited, *text);
-    require(laidOver(over, *text) == over, "once is enough");
+    require(laidOver(over, *text) == over, "a second time changes nothing");
     ProcessEnvironment expected = added;
     expected.insert(inherited.begin(), inherited.end());
-    require(over == expected, "the file goes before what is inherited, which stays otherwise");
+    require(over == expected, "the file overrides inherited variables and keeps the others");
     return 0;
 }

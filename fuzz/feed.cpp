@@ -20,12 +20,12 @@ namespace {
 
 /// In bytes of UTF-8.
 constexpr qsizetype longestText = 128;
-/// Those with a place of their own, and the rest.
+/// The types counted separately, and the rest.
 constexpr qsizetype mostTypes = qsizetype(TypesByLedger::mostTypes) + 1;
-/// The subscription, and a question for each ledger before.
+/// The subscription, and a request for each earlier ledger.
 constexpr qsizetype mostSent = LedgerFeed::mostLedgers;
 
-/// Deferred deletions and nothing else need the application.
+/// Creates the application object, which only deferred deletion needs.
 void needApplication()
 {
     static int argc = 1;
@@ -37,7 +37,7 @@ void needApplication()
 void deleteDeferred()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    // Events of one kind leave gaps in the queue, which only a walk through all of it closes.
+    // Sending events of one type leaves gaps in the queue, which only processing all of it closes.
     QCoreApplication::sendPostedEvents();
 }
 
@@ -47,17 +47,17 @@ void requireShort(const QString &text)
     Fuzzing::requireShowable(text);
 }
 
-/// The feed under test, checked after each thing that happens to it.
+/// The feed under test, checked after each event.
 class FeedRun
 {
 public:
     FeedRun()
     {
         QObject::connect(&m_feed, &LedgerFeed::txsChanged, &m_feed, [this](qsizetype arrived) {
-            require(arrived >= 1 && arrived <= m_feed.txs().size(), "what arrived is listed");
+            require(arrived >= 1 && arrived <= m_feed.txs().size(), "arrivals are listed");
         });
         QObject::connect(&m_feed, &LedgerFeed::typesChanged, &m_feed, [this] {
-            require(m_feed.types() != m_types, "a change is one");
+            require(m_feed.types() != m_types, "a change is signalled only if there is one");
             m_types = m_feed.types();
         });
         m_feed.start();
@@ -82,7 +82,7 @@ public:
         requireSound();
     }
 
-    /// Lets everything pending be listed, and tells what is.
+    /// Waits until everything pending is listed, and returns all that is listed, as text.
     QString finish()
     {
         m_stream.clock().advance(400ms);
@@ -114,15 +114,15 @@ private:
         m_stream.say(text);
     }
 
-    /// As Qt's parser reads it. Of what that refuses, the fast one accepts numbers too small to
-    /// tell from zero.
+    /// Requires that both parsers agree. The fast one accepts numbers too small to distinguish from
+    /// zero, which Qt's rejects.
     void requireReadAlike(const QString &text)
     {
         static const QRegularExpression tinyNumber(QStringLiteral("[eE]-[0-9]{3}|\\.0{300}"));
         const QString says = described(m_reader.read(text));
         const PlainReading plain = PlainReading::of(text);
         require(says == plain.says || (!plain.accepted && text.contains(tinyNumber)),
-                "both parsers read the same");
+                "both parsers agree");
     }
 
     void requireSound() const
@@ -130,19 +130,19 @@ private:
         require(m_feed.ledgers().size() <= LedgerFeed::mostLedgers, "ledgers are bounded");
         require(m_feed.txs().size() <= LedgerFeed::mostTxs, "transactions are bounded");
         require(m_feed.types().size() <= mostTypes, "types are bounded");
-        require(m_stream.sent().size() <= mostSent, "questions are bounded");
+        require(m_stream.sent().size() <= mostSent, "requests are bounded");
         require(m_stream.clock().alarms() <= 2, "alarms are bounded");
         const auto &ledgers = m_feed.ledgers();
         require(std::all_of(ledgers.cbegin(), ledgers.cend(),
                             [](const LedgerFeed::Ledger &ledger) { return ledger.txns >= 0; }),
-                "no ledger has fewer than no transactions");
+                "the number of transactions is not negative");
         const auto &types = m_feed.types();
         require(std::is_sorted(types.cbegin(), types.cend(),
                                [](const auto &a, const auto &b) { return a.count > b.count; }),
                 "the most frequent type comes first");
-        require(types.isEmpty() || types.last().count > 0, "types listed were seen");
+        require(types.isEmpty() || types.last().count > 0, "listed types have a count");
         const auto rate = m_feed.txRate();
-        require(!rate || (*rate >= 0 && std::isfinite(*rate)), "a rate is a number");
+        require(!rate || (*rate >= 0 && std::isfinite(*rate)), "a rate is a finite number");
     }
 
     ScriptedStream m_stream;
@@ -153,8 +153,8 @@ private:
 
 } // namespace
 
-/// Messages of the stream, one on each line; on an empty one time passes, and the words "fail",
-/// "wait", "stop" and "start" are what happens around the stream.
+/// Fuzzes messages of the stream, one per line. An empty line lets time pass, and the lines "fail",
+/// "wait", "stop" and "start" are events around the stream.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     needApplication();

@@ -13,11 +13,11 @@ using State = HttpResponseReader::State;
 
 namespace {
 
-/// Small, so that inputs reach it.
+/// Small, so that inputs exceed it.
 constexpr quint64 largestBody = 256;
 
-/// The body of the response these bytes make when they come so many at a time, and the connection
-/// is closed then.
+/// The body of the response in these bytes if they arrive in pieces of `atATime` and the connection
+/// is then closed.
 std::optional<std::string> bodyOf(const QByteArray &bytes, qsizetype atATime)
 {
     HttpResponseReader reader(largestBody);
@@ -25,12 +25,12 @@ std::optional<std::string> bodyOf(const QByteArray &bytes, qsizetype atATime)
     for (qsizetype at = 0; at < bytes.size(); at += atATime) {
         const State next =
             reader.take(QByteArrayView(bytes).sliced(at, std::min(atATime, bytes.size() - at)));
-        require(state == State::Incomplete || next == state, "what has ended stays as it ended");
+        require(state == State::Incomplete || next == state, "a final state does not change");
         state = next;
     }
     const State last = reader.end();
-    require(last != State::Incomplete, "the end of the connection is the end");
-    require(state == State::Incomplete || last == state, "what has ended stays as it ended");
+    require(last != State::Incomplete, "the end of the connection is final");
+    require(state == State::Incomplete || last == state, "a final state does not change");
     if (last != State::Complete)
         return std::nullopt;
     std::string body = reader.takeBody();
@@ -40,13 +40,13 @@ std::optional<std::string> bodyOf(const QByteArray &bytes, qsizetype atATime)
 
 } // namespace
 
-/// What comes over a connection to the node's port; its first byte says in what pieces.
+/// Fuzzes the bytes received from the node's port. The first byte sets the length of the pieces.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     if (size == 0)
         return 0;
     const QByteArray bytes = Fuzzing::bytesOf(data + 1, size - 1);
     const std::optional<std::string> whole = bodyOf(bytes, std::max<qsizetype>(bytes.size(), 1));
-    require(bodyOf(bytes, 1 + data[0]) == whole, "however it is cut into pieces");
+    require(bodyOf(bytes, 1 + data[0]) == whole, "the pieces do not matter");
     return 0;
 }

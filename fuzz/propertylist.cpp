@@ -10,7 +10,7 @@ using Fuzzing::require;
 
 namespace {
 
-/// The list that says the same. A carriage return would be read as a line feed.
+/// A list with the same text. A literal carriage return would be read as a line feed.
 QByteArray listOf(const QString &text)
 {
     const QString escaped = text.toHtmlEscaped().replace(u'\r', QLatin1String("&#13;"));
@@ -20,7 +20,7 @@ QByteArray listOf(const QString &text)
 
 } // namespace
 
-/// The bundle's property list, as it is searched for the version.
+/// Fuzzes the bundle's property list, as searched for the version.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray xml = Fuzzing::bytesOf(data, size);
@@ -31,8 +31,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     require(found(xml) == text, "the same each time");
     if (!text)
         return 0;
-    require(text->isValidUtf16(), "a text is whole");
-    require(found(listOf(*text)) == text, "what was read can be written");
+    require(text->isValidUtf16(), "surrogate pairs stay together");
+    require(found(listOf(*text)) == text, "the result can be written and read again");
     Fuzzing::requireShowable(*text);
     return 0;
 }

@@ -13,7 +13,7 @@ using Fuzzing::require;
 
 namespace {
 
-/// What is made of numbers only is never longer.
+/// The longest text that is made of numbers only.
 constexpr qsizetype longestFigure = 60;
 
 void requireSound(const NodeStatus &status, qsizetype told)
@@ -26,7 +26,7 @@ void requireSound(const NodeStatus &status, qsizetype told)
     for (const QString &figure : {status.ledger, status.uptime, status.memory})
         require(figure.size() <= longestFigure, "a figure is short");
     require(status.detail.size() <= told + longestFigure,
-            "the detail is no longer than what was told");
+            "the detail is in proportion to the input");
     Fuzzing::requireShowable(status.detail);
 }
 
@@ -47,7 +47,7 @@ NodeStatus readAll(const QByteArrayList &bodies)
             requireSound(status, told);
             const NodeStatus before = status;
             ServerInfo::update(status, *info, progress);
-            require(status == before, "told twice, shown alike");
+            require(status == before, "the same report changes nothing");
         } else {
             progress.update(*result, now);
             status.memory = ServerInfo::reportedMemory(*result).value_or(status.memory);
@@ -58,8 +58,8 @@ NodeStatus readAll(const QByteArrayList &bodies)
 
 } // namespace
 
-/// Bodies of answers to server_info and get_counts, one on each line, as they come from poll to
-/// poll.
+/// Fuzzes the bodies of answers to server_info and get_counts, one per line, as successive polls
+/// receive them.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArrayList bodies = Fuzzing::bytesOf(data, size).split('\n');

@@ -13,19 +13,19 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Of the digits of two numbers, each the largest there is, and the words around them.
+/// Room for the digits of two numbers of maximum length, and the words around them.
 constexpr qsizetype ownWords = 1000;
 
-/// A store that lasts for one input. It cannot be written, since nobody can make a folder there,
-/// and so it is kept in memory.
+/// Settings for a single input. Since nobody can create a folder there, they cannot be written and
+/// stay in memory.
 Defaults newDefaults()
 {
     static quint64 count = 0;
     return Defaults("/proc/tidewick-fuzz/" + std::to_string(++count) + ".ini");
 }
 
-/// Whether the report may bring in this word itself. Qt's parser passes over a backslash before
-/// anything else than the known escapes.
+/// Whether the word may come from the report itself. Qt's parser ignores a backslash before
+/// anything other than the known escapes.
 bool mayHold(const QByteArray &report, const char *word)
 {
     return report.contains("\\u") || QByteArray(report).replace('\\', QByteArray()).contains(word);
@@ -34,11 +34,11 @@ bool mayHold(const QByteArray &report, const char *word)
 void requireSound(const QString &line, const QByteArray &report)
 {
     using Fuzzing::require;
-    require(line.startsWith(QLatin1String("Storage")), "a line says what it is about");
-    require(line.size() <= report.size() + ownWords, "a line is no longer than what it tells");
+    require(line.startsWith(QLatin1String("Storage")), "a line begins with its subject");
+    require(line.size() <= report.size() + ownWords, "a line is in proportion to its report");
     require(!line.contains(QLatin1String("nan")) || mayHold(report, "nan"), "numbers are numbers");
     require(!line.contains(QLatin1String("tidy-up in 0m")) || mayHold(report, "tidy-up in 0m"),
-            "what is under a minute is called so");
+            "less than a minute is not shown as 0m");
     Fuzzing::requireShowable(line);
 }
 
@@ -48,14 +48,14 @@ QStringList describeAll(const QByteArrayList &reports)
     WallClock::time_point now{500'000h};
     QStringList lines;
     for (const QByteArray &report : reports) {
-        // Beyond what the growth is sampled for, so that one report later there is a rate.
+        // Longer than the sampling period of the growth, so that the next report has a rate.
         now += 11min;
         const auto object = JsonRead::parseObject(report);
         if (!object)
             continue;
         const QString line = status.describe(*object, now);
         requireSound(line, report);
-        Fuzzing::require(status.describe(*object, now) == line, "told twice, shown alike");
+        Fuzzing::require(status.describe(*object, now) == line, "the same report changes nothing");
         lines += line;
     }
     return lines;
@@ -63,7 +63,7 @@ QStringList describeAll(const QByteArrayList &reports)
 
 } // namespace
 
-/// Reports of the storage engine, one on each line, as they come from poll to poll.
+/// Fuzzes reports of the storage engine, one per line, as successive polls receive them.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     static const bool quiet = [] {
