@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# Packs the parts of what cpack has made anew, since it gives them the modes of its own umask.
+# Repacks the parts of cpack's package, since cpack gives them modes that depend on its umask.
 
 cmake_policy(VERSION 3.25)
 

@@ -1,14 +1,14 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# A part of "cmake --install": links, and files that name where the program is installed or which
-# node it runs. Whoever includes it sets
+# A part of "cmake --install": links, and files that refer to the location of the program or of its
+# node. The caller sets these variables:
 #   bundle          the bundle's folder below the prefix
 #   build_info      the description of the build
 #   scratch         a folder to work in
 #   node            the node to run, an absolute path
 
-# What is copied from here gets the usual modes, whatever the umask is, and so do the folders above.
+# Files copied from here get the usual modes, whatever the umask, and so do their parent folders.
 string(RANDOM LENGTH 12 unique)
 set(scratch "${scratch}/install-${unique}")
 file(MAKE_DIRECTORY "${scratch}")
@@ -25,8 +25,8 @@ endfunction()
 
 install_link("../${bundle}/Contents/MacOS/Quaymere" bin quaymere)
 
-# Within one top-level folder Debian wants links to be relative, and they then keep to the root that
-# the package is installed into.
+# Debian requires links within one top-level folder to be relative. They then also stay within the root
+# that the package is installed into.
 set(link "${node}")
 cmake_path(GET node RELATIVE_PART below_root)
 cmake_path(GET CMAKE_INSTALL_PREFIX RELATIVE_PART prefix_below_root)
@@ -37,7 +37,7 @@ if(top STREQUAL prefix_top)
 endif()
 install_link("${link}" "${bundle}/Contents/MacOS" xrpld)
 
-# The node in the build is another, and this one's version is its own affair.
+# The build describes a different node. The version of the installed one is not known here.
 file(READ "${build_info}" text)
 string(REGEX REPLACE "xrpld_[^\n]*\n" "" text "${text}")
 install_text("${bundle}/Contents/Resources" build-info
@@ -64,7 +64,7 @@ install_configured(org.tidewick.Tidewick.service share/dbus-1/services
 install_configured(org.tidewick.Tidewick.desktop share/applications org.tidewick.Tidewick.desktop)
 install_configured(autostart.desktop share/tidewick/autostart org.tidewick.Tidewick.desktop)
 
-# Where Debian's zsh looks for what packages bring, and for what is local.
+# Debian's zsh looks in different folders for completions from packages and for local ones.
 set(zsh share/zsh/site-functions)
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
     set(zsh share/zsh/vendor-completions)

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# The Debian package, as cpack makes it from what is installed and from the files in debian/.
+# The Debian package, which cpack makes from the installed files and from those in debian/.
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tidewick)
@@ -10,7 +10,7 @@ set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}/package")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 
-# Some files name the folder they will be in.
+# Some files contain the path of the folder that they are installed in.
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_INSTALL_PREFIX /usr)
 
@@ -25,9 +25,9 @@ set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS gnome-shell-extension-appindicator)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-set(store "${TIDEWICK_STORE}, which it has to be built with")
+set(store "${TIDEWICK_STORE}, which it must be built with")
 if(TIDEWICK_STORE STREQUAL "NuDB")
-    set(store "NuDB, which each xrpld has")
+    set(store "NuDB, which every xrpld has")
 endif()
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS debian/description.in)
 file(READ debian/description.in description)

@@ -1,9 +1,9 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# How the name of a program is written in the files that are installed, whatever is in it. Each
-# function sets the variable that its first argument names. A name that every reader takes as it is
-# stays so. No format can name a file that is not UTF-8.
+# Quotes a program's file name for the installed files, whatever characters it has. Each function sets
+# the variable that its first argument names. A name that needs no quotes in any format stays as it is.
+# None of the formats can express a file name that is not UTF-8.
 
 function(tidewick_needs_no_quotes variable file)
     set(plain FALSE)
@@ -13,8 +13,8 @@ function(tidewick_needs_no_quotes variable file)
     set(${variable} ${plain} PARENT_SCOPE)
 endfunction()
 
-# A command in a unit of systemd. The colon keeps systemd from looking for variables in it; "%"
-# begins a specifier all the same.
+# A command in a systemd unit. The colon keeps systemd from expanding variables in it, but "%" still
+# begins a specifier.
 function(tidewick_quote_for_unit variable file)
     tidewick_needs_no_quotes(plain "${file}")
     set(quoted "${file}")
@@ -24,7 +24,8 @@ function(tidewick_quote_for_unit variable file)
         string(REPLACE "\n" "\\n" quoted "${quoted}")
         string(REPLACE "%" "%%" quoted "${quoted}")
         set(quoted "\"${quoted}\"")
-        # systemd refuses such a program, but takes such an argument. The shell makes way for it.
+        # systemd rejects such a name as a program, but accepts it as an argument. The shell replaces
+        # itself with the program.
         if(file MATCHES "[\"'\\\\]")
             set(quoted "/bin/sh -c 'exec \"$0\"' ${quoted}")
         endif()
@@ -33,8 +34,8 @@ function(tidewick_quote_for_unit variable file)
     set(${variable} "${quoted}" PARENT_SCOPE)
 endfunction()
 
-# A command in a service file of D-Bus: as a shell quotes it, then as a value. Not every bus takes
-# backslashes in values for escapes, so there are none but for those in the name.
+# A command in a D-Bus service file: quoted as for a shell, then escaped as a value. Not every bus treats
+# backslashes in values as escapes, so this adds none except for those in the name.
 function(tidewick_quote_for_bus variable file)
     tidewick_needs_no_quotes(plain "${file}")
     set(quoted "${file}")
@@ -45,10 +46,10 @@ function(tidewick_quote_for_bus variable file)
     set(${variable} "${quoted}" PARENT_SCOPE)
 endfunction()
 
-# A command in a desktop entry: within double quotes, with "%" for itself, then as a value. The format
-# has no programs with "=" in their names. systemd 252, which starts what is in the autostart folder
-# on some desktops, does not understand what the format asks for in names with "$", "`", double quotes
-# or backslashes.
+# A command in a desktop entry: in double quotes, with "%" doubled, then escaped as a value. The format
+# does not allow "=" in the name of a program. systemd 252, which starts autostart entries on some
+# desktops, does not understand the escapes that the format requires for "$", "`", double quotes and
+# backslashes.
 function(tidewick_quote_for_entry variable file)
     tidewick_needs_no_quotes(plain "${file}")
     set(quoted "${file}")
@@ -58,7 +59,7 @@ function(tidewick_quote_for_entry variable file)
         endforeach()
         string(REPLACE "%" "%%" quoted "${quoted}")
         set(quoted "\"${quoted}\"")
-        # Not every desktop starts such a program, but all take such an argument.
+        # Not every desktop can start such a program, but all accept the name as an argument.
         if(file MATCHES "[%\"'\\]")
             set(quoted "/usr/bin/env ${quoted}")
         endif()
@@ -67,7 +68,7 @@ function(tidewick_quote_for_entry variable file)
     set(${variable} "${quoted}" PARENT_SCOPE)
 endfunction()
 
-# A value in a desktop entry that is no command.
+# A value in a desktop entry, other than a command.
 function(tidewick_escape_for_entry variable text)
     string(REPLACE "\\" "\\\\" text "${text}")
     string(REPLACE "\n" "\\n" text "${text}")

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-# Completes the command line of quaymere for bash.
+# Bash completion for quaymere.
 
 _quaymere() {
     local current=${COMP_WORDS[COMP_CWORD]}
@@ -30,7 +30,7 @@ _quaymere() {
         return
         ;;
     esac
-    # One mode at a time.
+    # Only one mode can be given.
     ((COMP_CWORD == 1)) || return
     mapfile -t COMPREPLY < <(compgen -W '--render-config --node-version --describe-storage --smoke
         --snapshot-settings --snapshot-ledger --snapshot-about' -- "$current")
