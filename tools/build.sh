@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 
-# What run, test and .ci/run share. All of it talks on standard error, so that the standard output
-# of a command line mode is that of the program alone.
+# Functions shared by run, test, .ci/run and the scripts in tools/. They print to standard error, so that
+# the standard output of a command-line mode is the program's alone.
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -16,29 +16,29 @@ fail() {
     exit 1
 }
 
-# What it takes to build and test, for the scripts that source this one.
+# The packages needed to build, for the scripts that source this one.
 # shellcheck disable=SC2034
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
     cmark-gfm qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
 
-# Boost's headers of any version will do. Its development packages exclude each other, so one is asked
-# for only where there is none.
+# Any version of Boost's headers will do. Its development packages conflict with each other, so one is
+# installed only if there are no headers yet.
 [[ -e /usr/include/boost/version.hpp || -e /usr/local/include/boost/version.hpp ]] \
     || build_packages+=(libboost-dev)
 
-# What it takes beyond that to make a Debian package.
+# The packages needed in addition to make a Debian package.
 # shellcheck disable=SC2034
 package_packages=(dpkg-dev file)
 
-# What the tests, and the programs of tools/, take beyond all that: a desktop to run on, fonts of
-# different shapes, and readers of what is installed.
+# The packages needed in addition by the tests and the programs of tools/: a desktop to run on, fonts of
+# different shapes, and checkers for the installed files.
 # shellcheck disable=SC2034
 test_packages=(dbus-daemon fonts-dejavu-core fonts-hosny-amiri fonts-yanone-kaffeesatz libglib2.0-bin
     libsm-dev xfce4-panel xvfb appstream desktop-file-utils fish lintian mandoc systemd zsh)
 
-# Installs the Debian packages named that are not installed yet.
+# Installs those of the named Debian packages that are missing.
 need_packages() {
-    command -v dpkg-query >/dev/null || fail "this is no Debian system: install the counterparts of" \
+    command -v dpkg-query >/dev/null || fail "this is not a Debian system: install the equivalents of" \
         "$* by hand, then build with 'cmake --preset release && cmake --build build'"
     local package missing=()
     for package in "$@"; do
@@ -50,32 +50,32 @@ need_packages() {
     local as_root=()
     if ((EUID != 0)); then
         command -v sudo >/dev/null || fail "these packages are missing, and there is no sudo to" \
-            "install them: ${missing[*]}"
+        "install them with: ${missing[*]}"
         as_root=(sudo)
     fi
     say "tidewick: installing ${missing[*]}"
     "${as_root[@]}" apt-get -q update >&2 \
-        || say "tidewick: the lists of packages could not be renewed; trying with the old ones"
+        || say "tidewick: the package lists could not be updated; trying with the old ones"
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
         apt-get -q install -y --no-install-recommends "${missing[@]}" >&2 \
         || fail "the packages could not be installed"
 }
 
-# Most tests spend most of their time waiting for something.
+# More than one per processor, since most tests spend most of their time waiting.
 tests_at_a_time() {
     printf '%s' $(("$(nproc)" * 2))
 }
 
-# Builds the targets named as release into build/. One build at a time, whoever asks; silent when it
-# goes well, but for a word to those who wait for the first one.
+# Builds the named targets in build/ with the release preset. Concurrent calls run one at a time. Prints
+# nothing on success, except for a note that the first build takes long.
 build() {
     local log
     if [[ -n ${TIDEWICK_XRPLD:-} ]]; then
         [[ -x $TIDEWICK_XRPLD && -f $TIDEWICK_XRPLD ]] \
-            || fail "TIDEWICK_XRPLD names '$TIDEWICK_XRPLD', which is no executable file"
+            || fail "TIDEWICK_XRPLD names '$TIDEWICK_XRPLD', which is not an executable file"
         TIDEWICK_XRPLD=$(readlink -f -- "$TIDEWICK_XRPLD")
     fi
-    [[ -f $root/build/build.ninja ]] || say "tidewick: building; the first time takes some minutes"
+    [[ -f $root/build/build.ninja ]] || say "tidewick: building; the first build takes some minutes"
     {
         flock 9
         log=$(configure 2>&1) || { say "$log"; fail "the build could not be configured"; }
@@ -84,7 +84,7 @@ build() {
     } 9>"$(lock_file)"
 }
 
-# The same for what only developers need: tests, benchmarks, and programs of tools/.
+# The same for targets that only developers need: tests, benchmarks and the programs of tools/.
 build_tests() {
     TIDEWICK_TESTS=ON build "$@"
 }
@@ -94,9 +94,9 @@ lock_file() {
     printf '%s' "$root/build/.lock"
 }
 
-# Configures anew where nothing is configured yet, or for another node or store than asked for now.
-# Tests, and warnings as errors (TIDEWICK_STRICT), stay once somebody has asked for them: going back
-# would compile all of it anew for the next one to ask.
+# Configures the build, unless it is already configured for this node and store. Tests, and warnings as
+# errors (TIDEWICK_STRICT), stay enabled once requested: disabling them again would mean compiling
+# everything again for the next caller that wants them.
 configure() {
     local node=${TIDEWICK_XRPLD:-} tests=${TIDEWICK_TESTS:-OFF} strict=${TIDEWICK_STRICT:-OFF} wanted
     if [[ -f $root/build/build.ninja && -f $root/build/.wanted ]]; then
@@ -117,7 +117,7 @@ configure() {
         && printf '%s\n' "$wanted" >"$root/build/.wanted"
 }
 
-# The programs of the tests that ctest would run with these arguments.
+# Prints the programs of the tests that ctest would run with these arguments.
 programs_of_tests() {
     ctest --test-dir "$root/build" --show-only=json-v1 "$@" \
         | sed -n 's/.*"program:\([^"]*\)".*/\1/p' | sort -u

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// Makes the pictures of the documentation: the tray's menu and the node panel on a desktop of their
-// own, and the windows by the application's snapshot modes, all with the simulated node.
+// Makes the pictures of the documentation: the tray's menu and the node panel on a separate
+// desktop, and the windows with the application's snapshot modes, all with the simulated node.
 
 #include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char *scenario = "state=full peers=15 txns=40-220";
 
-/// Of the tray's menu on the screen, at the panel's corner.
+/// The area of the screen with the tray's menu, at the panel's corner.
 constexpr QRect menuPlace(0, 0, 380, 478);
 
 ChildSpec applicationSpec(std::vector<std::string> arguments = {})
@@ -40,7 +40,7 @@ void require(bool condition, const char *what)
         qFatal("%s", what);
 }
 
-/// What the program prints.
+/// Runs the program and returns its output.
 QByteArray command(const char *program, std::vector<std::string> arguments)
 {
     ChildSpec spec;
@@ -51,13 +51,13 @@ QByteArray command(const char *program, std::vector<std::string> arguments)
     return outcome.output.trimmed();
 }
 
-/// How often the node was asked for its counts, in this run and those before.
+/// The number of times that the node was asked for its counts, including earlier runs.
 qsizetype counts()
 {
     return LaunchedApplication::noted("get_counts");
 }
 
-/// The figures are there once the node has been asked for its counts twice, since so many times.
+/// Waits until the figures are shown: after the node has been asked for its counts twice more.
 void waitForFigures(qsizetype countsBefore)
 {
     require(waitUntil([=] { return counts() > countsBefore + 1; }), "the node shows no figures");
@@ -75,7 +75,7 @@ void makePanel(const std::string &file)
     require(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick")); }),
             "the node panel does not open");
     waitForFigures(0);
-    // Its title alone is also that of windows that are never shown.
+    // Windows that are never shown have the same title.
     const QByteArray window =
         command("/usr/bin/xdotool", {"search", "--onlyvisible", "--name", "^Tidewick$"});
     command("/usr/bin/import", {"-window", window.toStdString(), "-strip", file});

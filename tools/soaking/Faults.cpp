@@ -13,7 +13,7 @@ namespace tidewick::soaking {
 
 namespace {
 
-/// Nodes that are not as they should be. All of them can be killed.
+/// Scenarios of nodes that misbehave. All of these nodes can be killed.
 constexpr std::array badNodes{
     "exit=3",
     "signal=SEGV after=2",

@@ -11,16 +11,16 @@
 
 namespace tidewick::soaking {
 
-/// What goes wrong around the application, in an order that follows from a seed alone.
+/// The faults around the application, in an order that depends on a seed alone.
 class Faults
 {
 public:
     Faults(Subject &subject, std::uint64_t seed) : m_subject(subject), m_random(seed) {}
 
-    /// Lets one thing happen. The subject may be in any state afterwards.
+    /// Causes one fault. Afterwards, the subject may be in any state.
     void strike();
 
-    /// How often each has struck.
+    /// The number of times that each fault has occurred.
     const std::map<std::string, int> &counts() const { return m_counts; }
 
 private:

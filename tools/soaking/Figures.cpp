@@ -17,7 +17,7 @@ namespace tidewick::soaking {
 namespace {
 
 constexpr double memoryLimitMiB = 2;
-/// The waits and connections of the two kinds of questions to the node.
+/// The timers and connections of the two kinds of requests to the node.
 constexpr double comingAndGoing = 4;
 
 /// One line of the table.
@@ -25,7 +25,7 @@ struct Line
 {
     const char *name;
     double Figures::*value;
-    /// By how much the end may be above the beginning.
+    /// The permitted increase from the beginning to the end.
     double slack;
     int decimals;
 };

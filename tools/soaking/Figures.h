@@ -11,15 +11,16 @@
 
 namespace tidewick::soaking {
 
-/// What a process takes up at a moment.
+/// The resources that a process uses at one moment.
 struct Figures
 {
     double residentMiB = 0;
-    /// Of it what is of no file. How much of its files is resident depends on others, too.
+    /// The part that is not backed by files. How much of a process's files is resident depends on
+    /// other processes, too.
     double anonymousMiB = 0;
     double descriptors = 0;
-    /// Of them those that do not come and go with each question to the node: no timers, no
-    /// connections over IP.
+    /// The descriptors that do not come and go with each request to the node: all except timers and
+    /// IP connections.
     double lastingDescriptors = 0;
     double threads = 0;
     double children = 0;
@@ -28,16 +29,16 @@ struct Figures
     static Figures of(pid_t process);
 };
 
-/// All figures of a run, and what they come to.
+/// All figures of a run, and the verdict on them.
 class Record
 {
 public:
-    /// Those that the later ones are held against: the medians of these.
+    /// Sets the figures that the end is compared with: the medians of these.
     void setBeginning(const std::vector<Figures> &figures);
     void add(const Figures &figures);
     void setEnd(const std::vector<Figures> &figures);
 
-    /// A table in Markdown. False when the end is not as the beginning was.
+    /// Prints a Markdown table. Returns false if a figure has grown more than permitted.
     bool print() const;
 
 private:

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
-// Runs the application for a long time among faults and tells whether it takes up more and more.
-// It is measured in one and the same state: the node in sync, the ledger window open and following,
-// nothing having gone wrong for a while. Faults come from the start on, so that what is loaded or
-// made once for the first of them counts on neither side.
+// Runs the application for a long time with faults and checks whether its use of resources grows.
+// It is always measured in the same state: the node in sync, the ledger window open and following
+// it. At either end, there has been no fault for a while. Faults begin at the start, so that
+// anything loaded or created once for the first of them counts on neither side.
 
 #include "Faults.h"
 #include "Figures.h"
@@ -26,9 +26,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::minutes usualLength = 30min;
-/// After which it is measured first; in a short run, after a third of it.
+/// The time before the first measurement; in a short run, a third of the run.
 constexpr std::chrono::milliseconds beginning = 60s;
-/// Without a fault before a measurement at either end; in a short run, a tenth of it.
+/// The time without a fault before the measurement at either end; in a short run, a tenth of the
+/// run.
 constexpr std::chrono::milliseconds calm = 15s;
 constexpr std::chrono::seconds pause = 5s;
 constexpr int samplesAtAnEnd = 11;
@@ -38,7 +39,7 @@ void waitFor(std::chrono::milliseconds time)
     QTest::qWait(int(time.count()));
 }
 
-/// One a second.
+/// Samples the figures once a second.
 std::vector<Figures> figuresOf(pid_t process)
 {
     std::vector<Figures> figures;

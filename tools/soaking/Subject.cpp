@@ -24,10 +24,10 @@ namespace tidewick::soaking {
 
 namespace {
 
-/// A node that is killed with its data folder in use needs time to come up; a question that hangs,
-/// to be given up.
+/// Enough for a node to start after one was killed with its data folder in use, and for a request
+/// that hangs to time out.
 constexpr int ampleMs = 90'000;
-/// Between two looks, so that the looking itself is not what the application is busy with.
+/// The interval between checks, so that the checks themselves do not keep the application busy.
 constexpr int lookMs = 100;
 
 const QString ledgerTitle = QStringLiteral("Live Ledger");
@@ -164,8 +164,8 @@ QString Subject::rowOf(const char *name)
     return {};
 }
 
-/// The node goes on while it is asked and the menu is read, so the menu's ledger lies between two
-/// answers.
+/// The node continues while it is queried and the menu is read, so the menu's ledger has to lie
+/// between those of two answers.
 bool Subject::showsTheNodesFigures()
 {
     NodeRPC rpc(NodePorts::rpc);

@@ -11,40 +11,40 @@
 
 namespace tidewick::soaking {
 
-/// The application on a desktop of its own, with whatever its node's scenario is at the time: how
-/// to do things to it and how to bring it back to the state in which it is measured. One in which
-/// something cannot be done within an ample time ends the program with a word.
+/// The application on a separate desktop, with a node whose scenario can change. Provides actions
+/// on it and a way back to the state in which it is measured. If an action does not succeed in
+/// ample time, the program aborts with a message.
 class Subject
 {
 public:
-    /// Needs the application object.
+    /// Requires the application object.
     Subject();
 
-    /// Sees to it that the node runs, is in sync, and is followed by the ledger window, which is
-    /// open, its menu's figures being those that the node itself tells.
+    /// Brings the application into the state in which it is measured: the node is in sync, the
+    /// ledger window is open and follows it, and the menu's figures match the node's own answers.
     void settle();
 
     pid_t process() { return m_application->process().id(); }
     std::optional<pid_t> node() const { return m_application->node(); }
 
-    /// What the nodes that are started from now on are to do.
+    /// Sets the scenario of nodes that start from now on.
     void setScenario(const QByteArray &scenario);
-    /// The one that goes well.
+    /// Sets the scenario of a healthy node.
     void resetScenario();
 
     /// Chooses a command of the tray's menu.
     void press(const char *command);
-    /// Does so if the menu has it now.
+    /// Does so if the menu currently offers it. Returns whether it did.
     bool pressIfThere(const char *command);
     bool isInPhase(const char *title);
 
     void closeLedger();
     void launchAgain();
     void restartPanel();
-    /// Cuts the connections of the node's stream, the node running on.
+    /// Cuts the connections of the node's stream. The node keeps running.
     void dropStream() const;
 
-    /// Whether it quits, with 0, and leaves nobody behind.
+    /// Quits the application. Returns whether it exits with status 0 and leaves no node behind.
     bool quits();
 
 private:
