@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 the Tidewick authors
 # SPDX-License-Identifier: MIT
 
-"""What the checks need to know of how build/ compiles the sources."""
+"""Tells the checks how build/ compiles the sources."""
 
 import json
 import pathlib
@@ -12,8 +12,7 @@ BUILD = ROOT / "build"
 
 
 def without_precompiled(words):
-    """The flags without the headers that a build reads once for all files: each file is to be seen
-    as it is."""
+    """The flags without precompiled headers, so that each file is checked with only its own includes."""
     result = []
     words = iter(words)
     for word in words:
@@ -25,7 +24,7 @@ def without_precompiled(words):
 
 
 def compile_flags():
-    """The flags of each source; those of the first target where several compile it."""
+    """The flags of each source; if several targets compile it, those of the first one."""
     flags = {}
     for entry in json.loads((BUILD / "compile_commands.json").read_text()):
         words = shlex.split(entry["command"])
