@@ -105,7 +105,7 @@ public:
                                                QRegularExpression::MultilineOption);
         const auto match = totals.match(QString::fromUtf8(dump));
         if (!match.hasMatch())
-            qFatal("callgrind tells no totals");
+            qFatal("callgrind reports no totals");
         return match.captured(1).toDouble();
     }
 
@@ -168,12 +168,12 @@ int main(int argc, char *argv[])
 
     Counted tidewick(folder, "ours", ours(bundle, descriptors));
     if (!waitUntil([] { return LaunchedApplication::noted("get_counts") > 0; }))
-        qFatal("The node is not asked");
+        qFatal("The application does not poll the node");
     Counted bare(folder, "bare", bareTray());
     const qsizetype alone = LaunchedApplication::noted("server_info");
     // The bare program's first requests, and then both at their usual pace.
     if (!waitUntil([&] { return LaunchedApplication::noted("server_info") >= alone + 8; }))
-        qFatal("The bare tray program asks nothing");
+        qFatal("The bare tray program does not poll the node");
 
     tidewick.begin();
     bare.begin();
@@ -184,7 +184,7 @@ int main(int argc, char *argv[])
                 return LaunchedApplication::noted("server_info") >= before + qsizetype{2} * polls;
             },
             10 * 2'000 * polls))
-        qFatal("The polls do not get on");
+        qFatal("The polls make no progress");
     const double seen = tidewick.instructions();
     const double least = bare.instructions();
     printCounts("instructions a poll / bare tray program", seen / polls, least / polls, "<= 2");

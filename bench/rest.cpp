@@ -63,7 +63,7 @@ int main(int argc, char *argv[])
     TrayReader reader(desktop.bus().connection());
     if (!waitUntil([&] { return reader.findItem(); })
         || !waitUntil([&] { return reader.menu().value(0).text == u"Full"; }))
-        qFatal("The node does not get in sync");
+        qFatal("The node does not get into sync");
     const pid_t process = tidewick.process().id();
     QTest::qWait(settle);
     const double before = memory(process);

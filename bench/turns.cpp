@@ -55,7 +55,7 @@ int main(int argc, char *argv[])
     constexpr Duration frame(0.016);
     rig.node().start();
     if (!rig.waitForPhase(Phase::Full))
-        qFatal("The node does not get in sync");
+        qFatal("The node does not get into sync");
     print("longest turn of the event loop while starting / a frame", {application.longest(), frame},
           "< 1");
 
@@ -63,7 +63,7 @@ int main(int argc, char *argv[])
     const auto begin = rig.clock().continuousNow();
     if (!rig.runUntil(
             [&] { return rig.clock().continuousNow() - begin > std::chrono::minutes(10); }))
-        qFatal("The polls do not get on");
+        qFatal("The polls make no progress");
     print("longest turn of the event loop in sync / a frame", {application.longest(), frame},
           "< 1");
     return 0;

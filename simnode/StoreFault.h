@@ -13,7 +13,7 @@ namespace tidewick::sim {
 
 struct NodeConfiguration;
 
-/// What is wrong with the node's store.
+/// A fault of the node's store.
 enum class StoreFault : char {
     None,
     /// A file of the ledger store is truncated.

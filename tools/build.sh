@@ -50,7 +50,7 @@ need_packages() {
     local as_root=()
     if ((EUID != 0)); then
         command -v sudo >/dev/null || fail "these packages are missing, and there is no sudo to" \
-        "install them with: ${missing[*]}"
+            "install them with: ${missing[*]}"
         as_root=(sudo)
     fi
     say "tidewick: installing ${missing[*]}"

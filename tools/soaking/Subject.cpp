@@ -83,11 +83,11 @@ void Subject::settle()
             (void)pressIfThere("Start Node");
             return isInPhase("Full");
         },
-        "the node does not come into sync");
+        "the node does not get into sync");
     if (!isWindowShown(ledgerTitle))
         press("Live Ledger…");
     require([this] { return isSettled(); }, "the ledger window does not follow the node");
-    require([this] { return showsTheNodesFigures(); }, "the menu's figures are not the node's");
+    require([this] { return showsTheNodesFigures(); }, "the menu's figures differ from the node's");
 }
 
 bool Subject::isSettled()
