@@ -86,8 +86,8 @@ bool isDotEntry(std::string_view name)
 qint64 directorySize(const std::filesystem::path &directory, const Skip &skip)
 {
     qint64 sum = 0;
-    // Only one folder is open at a time, however deep the tree, and its entries are not kept: fts(3)
-    // would hold some 300 bytes for each file of a folder, and a store can have 300,000.
+    // Only one folder is open at a time, however deep the tree, and its entries are not kept:
+    // fts(3) would hold some 300 bytes for each file of a folder, and a store can have 300,000.
     std::vector<std::string> pending{directory.string()};
     int flags = 0;
     while (!pending.empty()) {

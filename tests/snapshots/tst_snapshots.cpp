@@ -108,7 +108,7 @@ void TestSnapshots::init()
 }
 
 Outcome TestSnapshots::run(std::vector<std::string> arguments,
-                              const ProcessEnvironment &variables) const
+                           const ProcessEnvironment &variables) const
 {
     ChildSpec spec;
     spec.executable = TIDEWICK_QUAYMERE_PATH;
