@@ -129,7 +129,7 @@ void TestPackage::fieldsDescribeThePackage()
     QCOMPARE(field("Section"), QByteArray("net"));
     QVERIFY(field("Depends").contains("libqt6widgets6"));
     QVERIFY(!field("Depends").contains("xrpld"));
-    QVERIFY(field("Description").contains("install the\n package xrpld from the publisher"));
+    QVERIFY(field("Description").simplified().contains("package xrpld from the publisher"));
     QVERIFY(field("Recommends").split(',').contains(" xrpld"));
     QVERIFY(field("Description").contains(TIDEWICK_PACKAGED_NODE "\n"));
     QVERIFY(contentOf(m_unpacked / bundle / "Info.plist")
