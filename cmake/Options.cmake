@@ -48,6 +48,17 @@ endif()
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_AUTOMOC ON)
 
+# GCC's results are cached if ccache is installed. It only caches files with precompiled headers if told
+# that their macros and times do not matter, and GCC then has to keep the header's name in preprocessed
+# code.
+find_program(TIDEWICK_CCACHE ccache)
+if(TIDEWICK_CCACHE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+        "${TIDEWICK_CCACHE}")
+    target_compile_options(tidewick_options INTERFACE -fpch-preprocess)
+endif()
+
 # Parsing Qt's headers takes longer than compiling most of our files, so they are precompiled once for
 # each kind of code: `core` without a user interface, `widgets` with one, and `tests`. .ci/headers checks
 # that each of our own headers includes what it uses. A package is built without precompiled headers, as
