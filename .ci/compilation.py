@@ -18,7 +18,7 @@ def without_precompiled(words):
     for word in words:
         if word == "-include":
             next(words)
-        elif word != "-Winvalid-pch":
+        elif word not in ("-Winvalid-pch", "-fpch-preprocess"):
             result.append(word)
     return result
 
