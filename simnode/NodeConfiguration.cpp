@@ -130,7 +130,7 @@ void checkValidators(const fs::path &file)
         for (const QByteArray &key : linesOf(sections, "validator_list_keys")) {
             if (!isPublisherKey(key))
                 throw refusal("'" + key.toStdString() + "' in [validator_list_keys] of "
-                              + file.string() + " is no publisher's key");
+                              + file.string() + " is not a publisher's key");
         }
     } catch (const FileError &error) {
         throw refusal(std::string("the validators file cannot be read: ") + error.what());

@@ -50,7 +50,7 @@ void AppDelegate::startWhenAlone()
     if (m_terminating)
         return;
     if (!m_deathWatch.isAlone() && !m_waited.hasExpired(longestWait.count())) {
-        m_node.setStartBlocked(QStringLiteral("Waiting for the earlier node to stop"));
+        m_node.setStartBlocked(QStringLiteral("Waiting for the previous node to stop"));
         if (!m_lookAgain.isActive()) {
             m_lookAgain.start(lookInterval);
             m_node.start(); // refused, so the status shows the reason

@@ -125,22 +125,21 @@ std::optional<Advice> onClock(const QJsonObject &info)
     const std::chrono::seconds offset = clockOffset(info);
     if (offset < leastClockOffset)
         return std::nullopt;
-    return Advice{
-        Cause::WrongClock,
-        QStringLiteral("This computer's clock is wrong by %1. Have the system set it over "
-                       "the network: a node with another time cannot follow.")
-            .arg(length(offset))};
+    return Advice{Cause::WrongClock,
+                  QStringLiteral("This computer's clock is wrong by %1. Have the system set it "
+                                 "over the network: a node with a wrong clock cannot follow it.")
+                      .arg(length(offset))};
 }
 
 std::optional<Advice> onPeers(const RunningNode &node)
 {
     if (node.withoutPeers < lonelyAfter)
         return std::nullopt;
-    return Advice{Cause::NoPeers,
-                  QStringLiteral("The node has reached no other node for %1. Look at this "
-                                 "computer's network connection, and whether a firewall keeps "
-                                 "xrpld from calling out.")
-                      .arg(length(node.withoutPeers))};
+    return Advice{
+        Cause::NoPeers,
+        QStringLiteral("The node has reached no other node for %1. Check this computer's network "
+                       "connection, and whether a firewall blocks outgoing connections of xrpld.")
+            .arg(length(node.withoutPeers))};
 }
 
 /// The first site that failed to provide a list, named by its host as in a browser. A site that
@@ -173,10 +172,10 @@ std::optional<Advice> onMissingLists(const RunningNode &node, const QJsonObject 
     if (expiry && *expiry <= node.now)
         text += QStringLiteral(" since %1").arg(NodeDate::day(*expiry, node.now));
     if (const auto site = failedSite(node.listSites))
-        text += QStringLiteral(". %1 cannot be reached; look").arg(*site);
+        text += QStringLiteral(". %1 cannot be reached; check").arg(*site);
     else
-        text += QStringLiteral(". Its publisher cannot be reached, or the list is outdated; look");
-    text += QStringLiteral(" at your network, or at validators.txt.");
+        text += QStringLiteral(". Its publisher cannot be reached, or the list is outdated; check");
+    text += QStringLiteral(" your network or validators.txt.");
     return Advice{Cause::NoValidatorList, text};
 }
 
@@ -192,13 +191,13 @@ std::optional<Advice> onCompany(const RunningNode &node)
 
 std::optional<Advice> onSlowness(const RunningNode &node, const QJsonObject &info)
 {
-    const QString remedy = QStringLiteral(" A node takes a solid-state disk, 4 cores and 16 GB of "
-                                          "memory at least.");
+    const QString remedy =
+        QStringLiteral(" A node needs at least a solid-state disk, 4 cores and 16 GB of memory.");
     if (node.slowDisk >= slowAfter) {
         const qint64 latency = JsonRead::integer(info[u"io_latency_ms"]).value_or(0);
         return Advice{Cause::TooSlow,
                       QStringLiteral("This computer or its disk is too slow: the node has to wait "
-                                     "%1 ms for input and output, and has for %2.")
+                                     "%1 ms for input and output, and has done so for %2.")
                               .arg(QString::number(latency), length(node.slowDisk))
                           + remedy};
     }
@@ -231,7 +230,7 @@ std::optional<Advice> onUpgrade(const RunningNode &node, const QJsonObject &info
         date ? QStringLiteral("on %1").arg(NodeDate::day(*date, node.now)) : QStringLiteral("soon");
     return Advice{Cause::UpgradeNeeded,
                   QStringLiteral("The network changes its rules %1. %2 does not know the new ones: "
-                                 "install a newer xrpld before.")
+                                 "install a newer xrpld before then.")
                       .arg(when, version(info))};
 }
 
@@ -240,11 +239,11 @@ std::optional<Advice> onExpiry(const RunningNode &node, const QJsonObject &info)
     const auto expiry = listExpiry(info);
     if (!expiry || *expiry > node.now + expirySoon)
         return std::nullopt;
-    return Advice{Cause::ListExpires,
-                  QStringLiteral("The list of validators expires on %1. If its publisher renews it "
-                                 "by then, there is nothing to do; else look at your network, or "
-                                 "at validators.txt.")
-                      .arg(NodeDate::day(*expiry, node.now))};
+    return Advice{
+        Cause::ListExpires,
+        QStringLiteral("The list of validators expires on %1. If its publisher renews it by then, "
+                       "there is nothing to do; otherwise check your network or validators.txt.")
+            .arg(NodeDate::day(*expiry, node.now))};
 }
 
 std::optional<Advice> onOtherWarnings(const QJsonObject &info)
@@ -315,7 +314,7 @@ std::optional<Advice> adviceOn(const EndedNode &node)
     if (!node.executableExists) {
         return Advice{Cause::NodeMissing,
                       QStringLiteral("There is no node at %1. Install the package “xrpld” from its "
-                                     "publisher (“man quaymere” tells more), then start the node.")
+                                     "publisher (see “man quaymere”), then start the node.")
                           .arg(foreign(Files::display(node.executable)))};
     }
     if (node.hasAnswered)
@@ -327,10 +326,10 @@ std::optional<Advice> adviceOn(const EndedNode &node)
                                      "Node”, repairs it: the node downloads the ledger again.")};
     }
     if (node.hasMossgrid && saysAnyOf(node.lastWords, {"[node_db]"})) {
-        return Advice{Cause::OtherStore,
-                      QStringLiteral("This node does not know the store Mossgrid, which Tidewick "
-                                     "was built for. Build or package Tidewick anew with "
-                                     "TIDEWICK_STORE=NuDB.")};
+        return Advice{
+            Cause::OtherStore,
+            QStringLiteral("This node does not know the Mossgrid store, which Tidewick was built "
+                           "for. Rebuild or repackage Tidewick with TIDEWICK_STORE=NuDB.")};
     }
     return std::nullopt;
 }

@@ -65,7 +65,7 @@ void NodeConfig::checkDataDirectory(const fs::path &directory)
     const std::string path = directory.string();
     // The node would use the path before the "#" and keep its store there, unknown to us.
     if (path.find('#') != std::string::npos)
-        throw FileError(directory, "the node takes a \"#\" in a path for the begin of a comment");
+        throw FileError(directory, "the node treats a \"#\" in a path as the start of a comment");
     if (path.find_first_of("\r\n") != std::string::npos)
         throw FileError(directory, "the node cannot read a path with a line break in it");
 }

@@ -66,7 +66,7 @@ std::optional<QByteArray> read()
     if (fs::exists(status) && !fs::is_regular_file(status))
         throw FileError(file, "not a file");
     if (fs::exists(status) && fs::file_size(file, error) > largestFile)
-        throw FileError(file, "larger than 1 MiB, which no list of validators is");
+        throw FileError(file, "larger than 1 MiB, too large for a list of validators");
     QByteArray content = Files::read(file);
     if (const auto reason = flaw(content))
         throw FileError(file, *reason);
@@ -80,7 +80,7 @@ std::optional<std::string> flaw(const QByteArray &content)
     for (const QByteArray &key : keys) {
         if (!isPublisherKey(key))
             return '"' + key.left(80).toStdString()
-                   + "\" in [validator_list_keys] is no publisher's key";
+                   + "\" in [validator_list_keys] is not a publisher's key";
     }
     if (!keys.isEmpty() || !sections["validators"].isEmpty()
         || !sections["validator_keys"].isEmpty())

@@ -102,7 +102,7 @@ void TestBadSurroundings::pathThatTheNodeMisreads()
     QVERIFY(!detailUnder(QStringLiteral("Error")).isEmpty());
     const QString text = m_reader->toolTip();
     QVERIFY2(text.contains(QLatin1String("Could not start the node: "))
-                 && text.contains(QLatin1String("the node takes a \"#\" in a path")),
+                 && text.contains(QLatin1String("the node treats a \"#\" in a path")),
              qPrintable(text));
     QVERIFY(!fs::exists(home) && !fs::exists(m_folder.path() / "number"));
     QVERIFY(application->endsWell(SIGTERM));

@@ -194,7 +194,7 @@ void TestLifecycle::secondLaunchWithoutABus()
     const auto second = launch("speed=20 state=full", variables);
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->process().ending()->status, 1);
-    QCOMPARE(second->output(), "Tidewick is running already, as process "
+    QCOMPARE(second->output(), "Tidewick is already running, as process "
                                    + QByteArray::number(first->process().id())
                                    + ", and cannot be reached from here.\n");
     QVERIFY(first->endsWell(SIGTERM));
@@ -210,7 +210,8 @@ void TestLifecycle::secondLaunchWhileTheFirstHangs()
     const auto second = launch("speed=20 state=full");
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->process().ending()->status, 1);
-    QVERIFY(second->output().startsWith("Tidewick is running already, but did not come forward"));
+    QVERIFY(
+        second->output().startsWith("Tidewick is already running, but did not come to the front"));
     first->process().send(SIGCONT);
     QVERIFY(first->endsWell(SIGTERM));
 }
@@ -281,7 +282,7 @@ void TestLifecycle::launchWhileQuitting()
     const auto second = launch("listen=no");
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->output(),
-             "Tidewick is running already, but did not come forward: it is quitting\n");
+             "Tidewick is already running, but did not come to the front: it is quitting\n");
     QCOMPARE(second->process().ending()->status, 1);
     ::kill(node, SIGKILL);
     QVERIFY(first->process().waitForEnd());

@@ -119,9 +119,9 @@ void TestNotifications::adviceIsShownOnce()
     const auto application = launch("speed=50 state=connected peers=3 clock-offset=-130");
     QVERIFY(waitUntil([&] { return !m_service->calls.isEmpty(); }));
     QCOMPARE(summary(0), QStringLiteral("Connecting…"));
-    const QString text = QStringLiteral("This computer's clock is wrong by 2 minutes. Have the "
-                                        "system set it over the network: a node with another time "
-                                        "cannot follow.");
+    const QString text =
+        QStringLiteral("This computer's clock is wrong by 2 minutes. Have the system set it over "
+                       "the network: a node with a wrong clock cannot follow it.");
     QCOMPARE(body(0), text);
     QVERIFY(waitUntil([&] { return reader.findItem(); }));
     QCOMPARE(reader.toolTip(),

@@ -99,8 +99,9 @@ void TestTerminal::secondLaunchReportsTheFirst()
     const auto second = launch("listen=no");
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->process().ending()->status, 1);
-    QCOMPARE(second->output(), "Tidewick is running already, but did not come forward: it runs "
-                               "without a display\n");
+    QCOMPARE(
+        second->output(),
+        "Tidewick is already running, but did not come to the front: it runs without a display\n");
     QVERIFY(first->endsWell(SIGTERM));
 }
 

@@ -99,7 +99,7 @@ void isLaunchedAgain(FaultRun &run, const Moment &moment)
         ::kill(*node, SIGSTOP);
     WatchedApplication &second = run.launch("state=full");
     run.expect(second.process().waitForEnd() && second.process().ending()->status == 1
-                   && second.output().startsWith("Tidewick is running already"),
+                   && second.output().startsWith("Tidewick is already running"),
                "a message for the user who launches it, unlike: " + second.output());
     run.saw(second.output().trimmed());
     if (moment.phase == Phase::Stopping) {

@@ -175,37 +175,37 @@ void TestAdvice::texts_data()
         "know. Install a newer xrpld, then start it.");
     row(saying(R"({"closed_ledger":{"close_time_offset":4294967000}})"),
         "This computer's clock is wrong by 4 minutes. Have the system set it over the network: a "
-        "node with another time cannot follow.");
+        "node with a wrong clock cannot follow it.");
     row(after(&RunningNode::withoutPeers, 11min),
-        "The node has reached no other node for 11 minutes. Look at this computer's network "
-        "connection, and whether a firewall keeps xrpld from calling out.");
+        "The node has reached no other node for 11 minutes. Check this computer's network "
+        "connection, and whether a firewall blocks outgoing connections of xrpld.");
     row(saying(R"({"validation_quorum":4294967295})"),
         "No valid list of validators. Its publisher cannot be reached, or the list is outdated; "
-        "look at your network, or at validators.txt.");
+        "check your network or validators.txt.");
     row(saying(R"({"warnings":[{"id":1001,"details":
         {"expected_date_UTC":"2026-Dec-01 12:00:00.0000000 UTC"}}]})"),
         "The network changes its rules on 1 December. This node (version 2.3.0) does not know the "
-        "new ones: install a newer xrpld before.");
+        "new ones: install a newer xrpld before then.");
     row(saying(R"({"warnings":[{"id":1001}],"build_version":5})"),
         "The network changes its rules soon. This node does not know the new ones: install a newer "
-        "xrpld before.");
+        "xrpld before then.");
     row(saying(R"({"validator_list":{"expiration":"2026-Nov-27 01:00:00 UTC"}})"),
         "The list of validators expires on 27 November. If its publisher renews it by then, there "
-        "is nothing to do; else look at your network, or at validators.txt.");
+        "is nothing to do; otherwise check your network or validators.txt.");
     RunningNode slow = saying(R"({"io_latency_ms":320})");
     slow.slowDisk = 65min;
     row(slow, "This computer or its disk is too slow: the node has to wait 320 ms for input and "
-              "output, and has for 1 hour. A node takes a solid-state disk, 4 cores and 16 GB of "
-              "memory at least.");
+              "output, and has done so for 1 hour. A node needs at least a solid-state disk, 4 "
+              "cores and 16 GB of memory.");
     RunningNode loaded = saying(R"({"load_factor_local":25.4})");
     loaded.overloaded = 3h;
-    row(loaded, "This computer is too slow: the node's load is 25 times the usual, and has been "
-                "high for 3 hours. A node takes a solid-state disk, 4 cores and 16 GB of memory at "
-                "least.");
+    row(loaded,
+        "This computer is too slow: the node's load is 25 times the usual, and has been high for 3 "
+        "hours. A node needs at least a solid-state disk, 4 cores and 16 GB of memory.");
     row(after(&RunningNode::outOfSync, 2h),
         "The node has tried to catch up with the network for 2 hours: this computer, its disk or "
-        "its connection is too slow. A node takes a solid-state disk, 4 cores and 16 GB of memory "
-        "at least.");
+        "its connection is too slow. A node needs at least a solid-state disk, 4 cores and 16 GB "
+        "of memory.");
     row(saying(R"({"warnings":[{"id":7,"message":" <b>mind</b>\nthe gap "}]})"),
         "The node warns: <b>mind</b> the gap");
 }
@@ -266,17 +266,17 @@ void TestAdvice::recordings()
     node.info = recorded("server_info_no_list.json")[u"info"].toObject();
     QCOMPARE(adviceOn(node).value().text,
              QStringLiteral("No valid list of validators. Its publisher cannot be reached, or the "
-                            "list is outdated; look at your network, or at validators.txt."));
+                            "list is outdated; check your network or validators.txt."));
     node.listSites = recorded("validator_list_sites.json");
     QCOMPARE(adviceOn(node).value().text,
              QStringLiteral("No valid list of validators. file:///lists/B-missing.json cannot be "
-                            "reached; look at your network, or at validators.txt."));
+                            "reached; check your network or validators.txt."));
     node.info = recorded("server_info_list_expired.json")[u"info"].toObject();
     node.listSites = objectOf(R"({"validator_sites":[{"uri":"https://a.example/"},
         {"uri":"https://b.example/list","last_refresh_message":"no"}]})");
     QCOMPARE(adviceOn(node).value().text,
              QStringLiteral("No valid list of validators since 22 November. b.example cannot be "
-                            "reached; look at your network, or at validators.txt."));
+                            "reached; check your network or validators.txt."));
 }
 
 void TestAdvice::foreignTextIsBounded()
@@ -310,8 +310,8 @@ void TestAdvice::ended_data()
     missing.executable = "/usr/bin/xrpld";
     missing.executableExists = false;
     row("missing", missing,
-        "There is no node at /usr/bin/xrpld. Install the package “xrpld” from its publisher (“man "
-        "quaymere” tells more), then start the node.");
+        "There is no node at /usr/bin/xrpld. Install the package “xrpld” from its publisher (see "
+        "“man quaymere”), then start the node.");
     row("no output", with(""));
     row("ordinary error", with("Application:FTL port 15005 is taken"));
     row("truncated", with("Terminating thread: std::runtime_error: short read [nudb:3]\n"),
@@ -323,8 +323,8 @@ void TestAdvice::ended_data()
         return node;
     }());
     row("another store", with("Your xrpld.cfg is missing a [node_db] entry\n", true),
-        "This node does not know the store Mossgrid, which Tidewick was built for. Build or "
-        "package Tidewick anew with TIDEWICK_STORE=NuDB.");
+        "This node does not know the Mossgrid store, which Tidewick was built for. Rebuild or "
+        "repackage Tidewick with TIDEWICK_STORE=NuDB.");
     row("another store, for NuDB", with("Your xrpld.cfg is missing a [node_db] entry\n"));
 }
 

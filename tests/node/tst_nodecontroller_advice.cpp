@@ -168,7 +168,7 @@ void TestNodeControllerAdvice::missingLists()
     QVERIFY(m_rig->runUntil([this] {
         return m_rig->status().advice->text
                == QLatin1String("No valid list of validators. unl.xrplf.org cannot be reached; "
-                                "look at your network, or at validators.txt.");
+                                "check your network or validators.txt.");
     }));
 }
 

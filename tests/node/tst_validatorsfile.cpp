@@ -58,9 +58,9 @@ void TestValidatorsFile::flaws_data()
     row("lower-case key", "[validator_list_keys]\n" + key.toLower() + '\n');
     row("other kind of key", "[validator_list_keys]\n02" + key.mid(2) + '\n');
     row("short key", "[validator_list_keys]\n" + key.chopped(1) + '\n',
-        '"' + key.chopped(1) + "\" in [validator_list_keys] is no publisher's key");
+        '"' + key.chopped(1) + "\" in [validator_list_keys] is not a publisher's key");
     row("invalid key", "[validator_list_keys]\n" + key + "\nE\n",
-        "\"E\" in [validator_list_keys] is no publisher's key");
+        "\"E\" in [validator_list_keys] is not a publisher's key");
     row("validators by name",
         "[validators]\nnHUon2tpyJEHHYGmxqeGu37cvPYHzrMtUNQFVdCgGNvEkjmCpTqK\n");
 }
@@ -101,7 +101,7 @@ void TestValidatorsFile::cannotBeRead()
     QCOMPARE(failure(), failureWith(file, "not a file"));
     fs::remove(file);
     writeFile(file, QByteArray(1024 * 1024 + 1, '\n'));
-    QCOMPARE(failure(), failureWith(file, "larger than 1 MiB, which no list of validators is"));
+    QCOMPARE(failure(), failureWith(file, "larger than 1 MiB, too large for a list of validators"));
     writeFile(file, "");
     QVERIFY(failure().startsWith(Files::display(file)));
 }

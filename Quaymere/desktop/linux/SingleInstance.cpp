@@ -126,8 +126,8 @@ bool SingleInstance::takeLock(bool isOptional)
     if (m_lock->tryLock())
         return true;
     if (m_lock->error() != QLockFile::LockFailedError) {
-        m_reason = QStringLiteral("Cannot tell whether Tidewick is running already: %1 cannot be "
-                                  "locked.")
+        m_reason = QStringLiteral(
+                       "Cannot determine whether Tidewick is already running: %1 cannot be locked.")
                        .arg(QFile::decodeName(lockFile().c_str()));
         return isOptional;
     }
@@ -135,8 +135,8 @@ bool SingleInstance::takeLock(bool isOptional)
     QString host;
     QString application;
     m_lock->getLockInfo(&owner, &host, &application);
-    m_reason = QStringLiteral("Tidewick is running already, as process %1, and cannot be reached "
-                              "from here.")
+    m_reason = QStringLiteral(
+                   "Tidewick is already running, as process %1, and cannot be reached from here.")
                    .arg(owner);
     return false;
 }
@@ -155,7 +155,7 @@ std::optional<SingleInstance::Claim> SingleInstance::tellFirst()
         return Claim::ToldFirst;
     if (QDBusError(answer).type() == QDBusError::ServiceUnknown)
         return std::nullopt;
-    m_reason = QStringLiteral("Tidewick is running already, but did not come forward: %1")
+    m_reason = QStringLiteral("Tidewick is already running, but did not come to the front: %1")
                    .arg(answer.errorMessage());
     return Claim::Refused;
 }

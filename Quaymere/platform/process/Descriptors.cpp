@@ -46,8 +46,8 @@ bool suffice()
             continue;
         const std::error_code reason(errno, std::generic_category());
         taken.clear();
-        StandardStreams::printError("Tidewick needs to have " + std::to_string(needed)
-                                    + " more files open at a time: " + reason.message() + '\n');
+        StandardStreams::printError("Tidewick needs to open " + std::to_string(needed)
+                                    + " more files at once: " + reason.message() + '\n');
         return false;
     }
     return true;

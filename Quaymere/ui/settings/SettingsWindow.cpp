@@ -155,10 +155,11 @@ void SettingsWindow::showEvent(QShowEvent *event)
 void SettingsWindow::store(const Setting &setting, qint64 value)
 {
     const bool stored = m_host.defaults.setInteger(setting.key, value);
-    tell(stored ? QString()
-                : QStringLiteral("The settings cannot be stored in %1. What you choose applies "
-                                 "until Tidewick quits.")
-                      .arg(Files::display(m_host.defaults.file())));
+    tell(stored
+             ? QString()
+             : QStringLiteral(
+                   "The settings cannot be stored in %1. Your choices apply until Tidewick quits.")
+                   .arg(Files::display(m_host.defaults.file())));
     showStored();
 }
 
@@ -188,7 +189,7 @@ void SettingsWindow::open(const std::filesystem::path &path)
 {
     tell(m_host.openUrl(FileBrowser::url(path))
              ? QString()
-             : QStringLiteral("Nothing on this desktop opens %1.").arg(Files::display(path)));
+             : QStringLiteral("No program on this desktop opens %1.").arg(Files::display(path)));
 }
 
 void SettingsWindow::tell(const QString &trouble)

@@ -74,9 +74,9 @@ NodeStatus withoutError()
 NodeStatus withAdvice(Advice::Cause cause)
 {
     NodeStatus status = everyRow();
-    status.advice = Advice{cause, QStringLiteral("No valid list of validators since 18 January. "
-                                                 "Its publisher cannot be reached; look at your "
-                                                 "network, or at validators.txt.")};
+    status.advice =
+        Advice{cause, QStringLiteral("No valid list of validators since 18 January. Its publisher "
+                                     "cannot be reached; check your network or validators.txt.")};
     return status;
 }
 

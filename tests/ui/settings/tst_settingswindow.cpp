@@ -322,9 +322,10 @@ void TestSettingsWindow::reportsWhenNothingCanBeStored()
     };
     down(false);
     QVERIFY(word->isVisible());
-    QCOMPARE(word->text(), QStringLiteral("The settings cannot be stored in %1. What you choose "
-                                          "applies until Tidewick quits.")
-                               .arg(file));
+    QCOMPARE(word->text(),
+             QStringLiteral(
+                 "The settings cannot be stored in %1. Your choices apply until Tidewick quits.")
+                 .arg(file));
     QVERIFY(rig.window->height() > height);
     QCOMPARE(rig.picker(Rig::DiskGuard)->currentText(), QStringLiteral("20 GB"));
     std::filesystem::remove(rig.defaults.file());

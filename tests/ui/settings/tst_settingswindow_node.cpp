@@ -153,7 +153,7 @@ void TestSettingsWindowNode::opensTheConfiguration()
 void TestSettingsWindowNode::reportsWhenNothingOpens()
 {
     Rig rig;
-    const QString word = QStringLiteral("Nothing on this desktop opens %1.")
+    const QString word = QStringLiteral("No program on this desktop opens %1.")
                              .arg(Files::display(rig.node.data() / "xrpld.cfg"));
     rig.opens = false;
     QTest::mouseClick(button(*rig.window, "View"), Qt::LeftButton);

@@ -84,9 +84,10 @@ void TestTerminalFace::adviceTakesTheLinesItNeeds()
 {
     Started started(40);
     NodeStatus status = sampleStatus();
-    status.advice = Advice{Advice::Cause::NodeMissing,
-                           QStringLiteral("No valid list of validators since 18 January. Look at "
-                                          "your network, or at validators.txt.")};
+    status.advice = Advice{
+        Advice::Cause::NodeMissing,
+        QStringLiteral(
+            "No valid list of validators since 18 January. Check your network or validators.txt.")};
     QList<QString> rows = sampleRows();
     rows.insert(2, QStringLiteral("No valid list of validators since 18"));
     rows.insert(3, QStringLiteral("January. Look at your network, or at"));
