@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "application/Desktop.h"
+#include "application/LaunchedApplication.h"
+#include "application/XWindows.h"
 #include "support/Surroundings.h"
+#include "support/TestBundle.h"
 #include "ui/controls/Appearance.h"
 
 #include <QApplication>
@@ -11,6 +14,9 @@
 #include <QDBusVariant>
 #include <QPalette>
 #include <QSignalSpy>
+
+#include <csignal>
+#include <optional>
 
 using namespace tidewick;
 
@@ -90,6 +96,7 @@ private slots:
     void startsAsThePortalSays();
     void followsThePortal();
     void followsThePaletteWithoutAPortal();
+    void runningProgramFollowsThePortal();
 
     void startsWithReducedMotionAsThePortalSays_data();
     void startsWithReducedMotionAsThePortalSays();
@@ -146,6 +153,29 @@ void TestAppearance::followsThePaletteWithoutAPortal()
     QApplication::setPalette(QPalette(Qt::black));
     appearance.paletteChanged();
     QVERIFY(appearance.isDark());
+}
+
+/// In the program itself, where no stand-in of a portal has made D-Bus types known.
+void TestAppearance::runningProgramFollowsThePortal()
+{
+    const XServer display;
+    Portal portal(m_bus.connection(), schemeOf(2));
+    const TestBundle bundle;
+    LaunchedApplication application(bundle, "listen=no", {{"QT_QPA_PLATFORM", ""}});
+    const auto lightness = []() -> std::optional<int> {
+        const QImage panel = windowPicture(QStringLiteral("Tidewick"));
+        if (panel.isNull())
+            return std::nullopt;
+        return panel.pixelColor(panel.width() / 2, 2).lightness();
+    };
+    const auto isLight = [&] { return lightness().value_or(0) > 200; };
+    const auto isDark = [&] { return lightness().value_or(255) < 60; };
+    QVERIFY(waitUntil([&] { return isLight() && portal.isAsked(); }));
+    portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 1U);
+    QVERIFY(waitUntil(isDark));
+    portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 2U);
+    QVERIFY(waitUntil(isLight));
+    QVERIFY(application.endsWell(SIGTERM));
 }
 
 void TestAppearance::startsWithReducedMotionAsThePortalSays_data()
@@ -244,6 +274,7 @@ void TestAppearance::animatesWithoutAPortal()
 
 TIDEWICK_TEST_PROGRAM
 {
+    enterPrivateLoopback();
     const TestHome home;
     SessionBus bus;
     drawOffscreen();

@@ -3,6 +3,7 @@
 
 #include "desktop/Notifier.h"
 
+#include "desktop/BusSignal.h"
 #include "platform/text/DisplayText.h"
 
 #include <QDBusMessage>
@@ -118,8 +119,9 @@ void Notifier::takeOwner(const QDBusMessage &answer)
         return;
     }
     m_service->owner = answer.arguments().value(0).toString();
-    m_connection.connect(m_service->owner, objectPath, serviceName, QStringLiteral("ActionInvoked"),
-                         this, SLOT(takeAction(uint, QString)));
+    const BusSignal actionInvoked{m_service->owner, objectPath, serviceName,
+                                  QStringLiteral("ActionInvoked")};
+    actionInvoked.connect(m_connection, this, SLOT(takeAction(uint, QString)));
     proceed();
 }
 

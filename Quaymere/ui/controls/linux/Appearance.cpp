@@ -3,6 +3,8 @@
 
 #include "ui/controls/Appearance.h"
 
+#include "desktop/BusSignal.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -57,9 +59,10 @@ QVariant unwrapped(QVariant value)
 
 Appearance::Appearance(QObject *parent) : QObject(parent)
 {
-    QDBusConnection::sessionBus().connect(portal, portalPath, portalSettings,
-                                          QStringLiteral("SettingChanged"), this,
-                                          SLOT(takeSetting(QString, QString, QDBusVariant)));
+    const BusSignal settingChanged{portal, portalPath, portalSettings,
+                                   QStringLiteral("SettingChanged")};
+    settingChanged.connect(QDBusConnection::sessionBus(), this,
+                           SLOT(takeSetting(QString, QString, QDBusVariant)));
     decide();
     for (const Setting &setting : settings)
         ask(setting.group, setting.key);

@@ -3,6 +3,7 @@
 
 #include "ui/tray/TrayHost.h"
 
+#include "desktop/BusSignal.h"
 #include "ui/tray/linux/XEmbedTray.h"
 
 #include <QDBusConnection>
@@ -36,11 +37,14 @@ public:
         connect(&m_services, &QDBusServiceWatcher::serviceOwnerChanged, this, &Private::ask);
         for (const char *signal :
              {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-            m_bus.connect(watcher, watcherPath, watcher, QLatin1String(signal), this, SLOT(ask()));
+            BusSignal{watcher, watcherPath, watcher, QLatin1String(signal)}.connect(m_bus, this,
+                                                                                    SLOT(ask()));
         // A bus that goes down takes its hosts with it, without signals about them.
-        m_bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
-                      QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"),
-                      this, SLOT(forget()));
+        const BusSignal disconnected{{},
+                                     QStringLiteral("/org/freedesktop/DBus/Local"),
+                                     QStringLiteral("org.freedesktop.DBus.Local"),
+                                     QStringLiteral("Disconnected")};
+        disconnected.connect(m_bus, this, SLOT(forget()));
         ask();
     }
 
