@@ -56,8 +56,10 @@ need_packages() {
     say "tidewick: installing ${missing[*]}"
     "${as_root[@]}" apt-get -q update >&2 \
         || say "tidewick: the package lists could not be updated; trying with the old ones"
+    # Unattended upgrades hold the lock for some minutes.
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get -q install -y --no-install-recommends "${missing[@]}" >&2 \
+        apt-get -q -o DPkg::Lock::Timeout=600 install -y --no-install-recommends \
+        "${missing[@]}" >&2 \
         || fail "the packages could not be installed"
 }
 

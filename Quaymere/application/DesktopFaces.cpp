@@ -31,8 +31,8 @@ QString trayAdvice()
         return {};
     return QStringLiteral(
         "To have Tidewick in the top bar, install the extension “AppIndicator and "
-        "KStatusNotifierItem Support” (package "
-        "gnome-shell-extension-appindicator).");
+        "KStatusNotifierItem Support” (package gnome-shell-extension-appindicator), log out and in "
+        "again, and enable it: “gnome-extensions enable ubuntu-appindicators@ubuntu.com”.");
 }
 
 } // namespace

@@ -74,6 +74,9 @@ fs::path NodeConfig::resource(std::string_view name, std::string_view extension)
 {
     if (const auto path = m_bundle.resource(name, extension))
         return *path;
+    std::error_code error;
+    if (!fs::exists(m_bundle.path(), error))
+        throw FileError(m_bundle.path(), "Tidewick has been removed. Quit it, or install it again");
     throw Missing(std::string(name).append(".").append(extension));
 }
 

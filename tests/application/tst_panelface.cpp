@@ -126,9 +126,12 @@ void TestPanelFace::opensTheLiveLedger()
 void TestPanelFace::advisesOnceOnGnome()
 {
     const QString advice = QStringLiteral("AppIndicator and KStatusNotifierItem Support");
+    const QString enabling =
+        QStringLiteral("“gnome-extensions enable ubuntu-appindicators@ubuntu.com”");
     qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
     m_faces->comeForward();
     QVERIFY(shows(advice));
+    QVERIFY(shows(enabling));
     m_faces = std::make_unique<DesktopFaces>(m_rig->node());
     m_faces->comeForward();
     QVERIFY(!shows(advice));

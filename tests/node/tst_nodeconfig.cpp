@@ -41,6 +41,7 @@ private slots:
     void folderOfAnyName();
     void missingResources_data();
     void missingResources();
+    void removedBundle();
     void templateThatIsNotText();
     void unusableFolders();
     void failureAfterTheConfiguration();
@@ -183,6 +184,15 @@ void TestNodeConfig::missingResources()
     // trusted.
     QVERIFY(fs::exists(m_target / "xrpld.cfg"));
     QCOMPARE(fs::exists(m_target / "validators.txt"), resource != "validators.txt");
+}
+
+void TestNodeConfig::removedBundle()
+{
+    const fs::path path = m_bundle->path();
+    fs::rename(path, path.string() + " moved");
+    QCOMPARE(failureOf([&] { config().render(m_target); }),
+             QString::fromStdString(path.string())
+                 + QLatin1String(": Tidewick has been removed. Quit it, or install it again"));
 }
 
 void TestNodeConfig::templateThatIsNotText()

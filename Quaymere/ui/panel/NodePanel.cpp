@@ -49,10 +49,8 @@ void NodePanel::setDark(bool dark)
 
 void NodePanel::closeEvent(QCloseEvent *event)
 {
-    // Ignoring the event of a close() call would also keep QApplication::quit() from ending the
-    // program.
-    if (!event->spontaneous())
-        return;
+    // Whoever asks for it: with Qt 6.4 a close request of a Wayland compositor looks like a call of
+    // close(). The application quits without closing windows.
     event->ignore();
     showMinimized();
 }

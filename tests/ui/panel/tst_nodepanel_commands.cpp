@@ -9,6 +9,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QMenu>
+#include <QWindow>
 
 using namespace tidewick;
 
@@ -25,7 +26,7 @@ private slots:
     void choosesOncePerDoubleClick();
     void choosesOncePerKeyPress();
     void minimisesWhenClosed();
-    void doesNotBlockQuitting();
+    void minimisesWhenClosedByQt();
     void pointsAtCommands();
     void copiesTheSelection();
     void copiesFromTheContextMenu();
@@ -142,17 +143,13 @@ void TestNodePanelCommands::minimisesWhenClosed()
     QVERIFY(rig.panel.isMinimized());
 }
 
-void TestNodePanelCommands::doesNotBlockQuitting()
+/// As Qt 6.4 does for a Wayland compositor.
+void TestNodePanelCommands::minimisesWhenClosedByQt()
 {
     PanelRig rig;
-    QTimer limit;
-    QObject::connect(&limit, &QTimer::timeout, qApp, [] { QCoreApplication::exit(1); });
-    limit.start(std::chrono::seconds(10));
-    QTimer soon;
-    soon.setSingleShot(true);
-    QObject::connect(&soon, &QTimer::timeout, qApp, &QCoreApplication::quit);
-    soon.start(std::chrono::seconds(0));
-    QCOMPARE(QCoreApplication::exec(), 0);
+    QVERIFY(!rig.panel.windowHandle()->close());
+    QVERIFY(rig.panel.isVisible());
+    QVERIFY(rig.panel.isMinimized());
 }
 
 void TestNodePanelCommands::pointsAtCommands()
