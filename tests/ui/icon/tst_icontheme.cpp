@@ -55,6 +55,11 @@ private:
     QString m_nameBefore = QIcon::themeName();
 };
 
+std::string fileOf(const QString &symbolic)
+{
+    return TIDEWICK_RESOURCES "/icons/hicolor/symbolic/apps/" + symbolic.toStdString() + ".svg";
+}
+
 /// The icon as Qt creates it with our plugin. Left to itself, Qt prefers its own plugin.
 QIcon svgIcon(const fs::path &file)
 {
@@ -74,6 +79,8 @@ private slots:
     void namesIconsThatTheThemeHas();
     void symbolicIconsMatchTheComposedOnes_data();
     void symbolicIconsMatchTheComposedOnes();
+    void symbolicIconsTakeThePanelsColor_data();
+    void symbolicIconsTakeThePanelsColor();
     void applicationIconHasAllSizes();
     void svgFilesAreDrawn();
     void svgFileWithoutADrawing();
@@ -124,8 +131,7 @@ void TestIconTheme::symbolicIconsMatchTheComposedOnes()
     QImage symbolic(640, 640, QImage::Format_ARGB32_Premultiplied);
     symbolic.fill(Qt::transparent);
     QPainter painter(&symbolic);
-    QSvgRenderer drawing(
-        QStringLiteral(TIDEWICK_RESOURCES "/icons/hicolor/symbolic/apps/%1.svg").arg(name));
+    QSvgRenderer drawing(QString::fromStdString(fileOf(name)));
     QVERIFY(drawing.isValid());
     drawing.render(&painter);
     painter.end();
@@ -136,6 +142,40 @@ void TestIconTheme::symbolicIconsMatchTheComposedOnes()
             if (std::abs(symbolic.pixelColor(x, y).alpha() - composed.pixelColor(x, y).alpha()) > 8)
                 ++different;
     QCOMPARE(different, 0);
+}
+
+void TestIconTheme::symbolicIconsTakeThePanelsColor_data()
+{
+    symbolicIconsMatchTheComposedOnes_data();
+}
+
+/// As Plasma gives it to them, by replacing the style sheet with its own.
+void TestIconTheme::symbolicIconsTakeThePanelsColor()
+{
+    QFETCH(QString, name);
+    QByteArray recolored = contentOf(fileOf(name));
+    const QByteArray sheet = R"(<style id="current-color-scheme" type="text/css">)";
+    const qsizetype start = recolored.indexOf(sheet) + sheet.size();
+    QVERIFY(start >= sheet.size());
+    const qsizetype end = recolored.indexOf("</style>", start);
+    recolored.replace(start, end - start, ".ColorScheme-Text{color:#ffffff}");
+
+    QImage image(160, 160, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    QSvgRenderer(recolored).render(&painter);
+    painter.end();
+    int drawn = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            if (color.alpha() < 255)
+                continue;
+            ++drawn;
+            QCOMPARE(color, QColor(Qt::white));
+        }
+    }
+    QVERIFY(drawn > 0);
 }
 
 void TestIconTheme::applicationIconHasAllSizes()
