@@ -126,8 +126,8 @@ void WatchedApplication::look()
     readPhase();
     const bool runs = node().has_value();
     const bool tellsNode = m_phase && !isWithoutNode(*m_phase);
-    judge("tells of a node where there is none", tellsNode && !runs);
-    judge("tells of no node where there is one", m_phase && !tellsNode && runs);
+    judge("reports a node that does not run", tellsNode && !runs);
+    judge("reports no node while one runs", m_phase && !tellsNode && runs);
     judge("does not stop its node", m_toldToEnd && runs && m_phase != Phase::Stopping);
 }
 

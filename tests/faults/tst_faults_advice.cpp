@@ -93,7 +93,7 @@ void hasCompany(FaultRun &run)
                "advice about another node");
     other.close();
     run.expect(tells(application, "Another node", false), "the advice is withdrawn");
-    run.saw("told, and taken back when the other was gone");
+    run.saw("shown, and withdrawn when the other was gone");
     run.expect(application.endsWell(), "it quits");
 }
 
@@ -118,20 +118,18 @@ std::vector<Fault> adviceFaults()
     std::vector<Fault> faults;
     faults.reserve(troubles.size() + 5);
     for (const Trouble &trouble : troubles) {
-        faults.push_back({"the node " + trouble.what, "advice that goes with the trouble",
+        faults.push_back({"the node " + trouble.what, "advice until the problem is gone",
                           [=](FaultRun &run) { comesAndGoes(run, trouble); }, trouble.isLong});
     }
-    faults.push_back(
-        {"the node is halted for 30 s", "advice that goes when it answers again", isSilent});
-    faults.push_back({"another node comes and goes", "advice that goes with it", hasCompany});
-    faults.push_back(
-        {"the node's store is damaged", "Error, and what repairs it", [](FaultRun &run) {
-             endsWithAdvice(run, "store=damaged", "The node's store is damaged.");
-         }});
-    faults.push_back({"the node has another store", "Error, and what helps", [](FaultRun &run) {
+    faults.push_back({"the node is suspended for 30 s", "advice until it answers again", isSilent});
+    faults.push_back({"another node comes and goes", "advice while it runs", hasCompany});
+    faults.push_back({"the node's store is damaged", "Error, with the remedy", [](FaultRun &run) {
+                          endsWithAdvice(run, "store=damaged", "The node's store is damaged.");
+                      }});
+    faults.push_back({"the node has another store", "Error, with the remedy", [](FaultRun &run) {
                           endsWithAdvice(run, "store=stock", "TIDEWICK_STORE=NuDB");
                       }});
-    faults.push_back({"there is no node", "Error, and what to install", isMissing});
+    faults.push_back({"there is no node", "Error, with what to install", isMissing});
     return faults;
 }
 

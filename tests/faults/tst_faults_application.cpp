@@ -303,15 +303,15 @@ void addOthers(std::vector<Fault> &faults)
          {"the program is killed, its node ignores SIGTERM, real time", "killed after 90 s",
           isKilledBeforeADeafNode, true},
          {"--smoke is killed", "no node after 5 s; the next one passes", smokeIsKilled},
-         {"the watch of the program is killed", "goes on, quits", losesItsWatch},
-         {"the program is halted while its node ends", "Error once it goes on", isHalted},
+         {"the watchdog process is killed", "continues, quits", losesItsWatch},
+         {"the program is suspended while its node ends", "Error once it resumes", isHalted},
          {"the display dies", "ends; no node after 5 s", losesItsDisplay},
-         {"the bus is killed", "goes on, quits", losesTheBus},
-         {"there is no bus where one is told of", "comes up, quits", hasNoBus},
-         {"the bus hangs", "goes on, quits", hasABusThatHangs},
+         {"the bus is killed", "continues, quits", losesTheBus},
+         {"there is no bus at the given address", "comes up, quits", hasNoBus},
+         {"the bus hangs", "continues, quits", hasABusThatHangs},
          {"the bus hangs before the launch", "comes up, if late; quits",
           isLaunchedWhereTheBusHangs},
-         {"the tray is killed and comes again", "the item comes back and works", losesTheTray}});
+         {"the tray is killed and restarts", "the item comes back and works", losesTheTray}});
 }
 
 std::vector<Fault> applicationFaults()
@@ -327,7 +327,7 @@ std::vector<Fault> applicationFaults()
                               }});
         }
         faults.push_back({"the program is killed " + moment.name,
-                          "no node after 5 s, and a new start without any hand",
+                          "no node after 5 s, and the next start works without help",
                           [=](FaultRun &run) { isKilled(run, moment); }});
         if (moment.phase != Phase::Error) {
             faults.push_back({"the program and its node get SIGTERM at once " + moment.name,
@@ -335,7 +335,7 @@ std::vector<Fault> applicationFaults()
                               [=](FaultRun &run) { isToldWithItsNode(run, moment); }});
         }
         faults.push_back({"the program is launched again " + moment.name,
-                          "one program, one node, a word to who did it",
+                          "one program, one node, a message to the user",
                           [=](FaultRun &run) { isLaunchedAgain(run, moment); }});
     }
     addOthers(faults);

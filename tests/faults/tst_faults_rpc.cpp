@@ -41,7 +41,7 @@ const std::vector<Misbehaviour> misbehaviours{
     {"huge", "answers with 200 MB"},
     {"huge-chunked", "answers with 200 MB in chunks"},
     {"huge-header", "answers with a header of 200 MB"},
-    {"garbage", "answers with bytes that are no JSON"},
+    {"garbage", "answers with bytes that are not JSON"},
     {"deep", "answers with JSON nested 5000 deep"},
     {"wrong-types", "answers with wrong types in every field", Phase::Connecting,
      Phase::Connecting},
@@ -180,8 +180,8 @@ std::vector<Fault> rpcFaults()
     faults.push_back({"the node refuses connections", "Starting, and stops by SIGTERM", refuses});
     faults.push_back({"the node refuses connections, --smoke in real time",
                       "--smoke FAIL after 180 s", smokeIsRefused, true});
-    faults.push_back({"a question is answered after a stop and another start",
-                      "the answer is not taken for the new run's", answersTheNextRun});
+    faults.push_back({"a request is answered after a stop and another start",
+                      "the answer does not count for the new run", answersTheNextRun});
     return faults;
 }
 

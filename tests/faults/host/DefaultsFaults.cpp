@@ -34,7 +34,7 @@ QByteArray rendered(FaultRun &run)
 void expectUsualGrowth(FaultRun &run)
 {
     run.expect(rendered(run).contains(usualGrowth), "--render-config takes the usual values");
-    expectComesUp(run, "with the usual values");
+    expectComesUp(run, "with the defaults");
     run.expect(run.smoke("state=full").status == 0, "--smoke gives 0");
 }
 
@@ -49,7 +49,7 @@ void tryUnreadable(FaultRun &run, fs::perms mode)
     run.expect(!write.signaled && write.status == 1, "the choice to be refused with exit status 1");
     fs::permissions(settings(), fs::perms::owner_read | fs::perms::owner_write);
     run.expect(contentOf(settings()) == before, "the file to be left as it was");
-    run.saw("came up with the usual values; a choice was refused; the file is as it was");
+    run.saw("came up with the defaults; a choice was refused; the file is as it was");
 }
 
 void tryFolderInItsPlace(FaultRun &run)
@@ -63,7 +63,7 @@ void tryFolderInItsPlace(FaultRun &run)
     run.expect(fs::is_directory(settings()), "the folder to be left alone");
     fs::remove_all(settings());
     fs::rename(aside, settings());
-    run.saw("came up with the usual values; a choice was refused");
+    run.saw("came up with the defaults; a choice was refused");
 }
 
 QByteArray bytesOfAllKinds()
@@ -149,7 +149,7 @@ void tryTwoWriters(FaultRun &run)
 std::vector<Fault> defaultsFaults()
 {
     constexpr const char *unreadable =
-        "comes up with the usual values; a choice is refused; the file is left as it was";
+        "comes up with the defaults; a choice is refused; the file is left as it was";
     constexpr const char *corrupt = "comes up; the next choice is stored";
     return {{"settings unreadable by their mode", unreadable,
              [](FaultRun &run) { tryUnreadable(run, fs::perms::none); }},

@@ -179,8 +179,8 @@ std::vector<Fault> diskFaults()
         "refused, with file and reason; nothing half written; comes up once there is room";
     return {{"disk nearly full", "refused by the disk guard; --smoke gives 1", tryGuarded},
             {"disk full at the configuration",
-             "refused, with file and reason; --smoke and --render-config give 1; the configuration "
-             "of before kept; comes up once there is room",
+             "refused, with file and reason; --smoke and --render-config give 1; the previous "
+             "configuration kept; comes up once there is room",
              onSmallDisk(tryFullAtConfiguration)},
             {"disk full at the validators", refused, onSmallDisk(tryFullAtValidators)},
             {"disk full at the log", refused, onSmallDisk(tryFullAtLog)},

@@ -96,7 +96,7 @@ void expectGoesOn(FaultRun &run, WatchedApplication &application)
     const qsizetype before = polls();
     run.expect(waitUntil([&] { return polls() > before + 1; }), "polling continues");
     run.expect(application.phase() == Phase::Full, "Full");
-    run.saw("goes on: " + application.lastLine());
+    run.saw("continues: " + application.lastLine());
     run.expect(application.endsWell(), "the application ends with 0");
 }
 
@@ -109,7 +109,7 @@ void tryRemoved(FaultRun &run)
     expectGoesOn(run, application);
     expectComesUp(run, "without the folder");
     run.expect(runMode(run, {"--render-config", applicationData()}).status == 0, "a new folder");
-    run.saw("the next start makes it anew");
+    run.saw("the next start recreates it");
 }
 
 void tryReplaced(FaultRun &run)
@@ -138,9 +138,9 @@ std::vector<Fault> folderFaults()
     return {
         {"data folder read-only by its mode", refused, tryReadOnlyModes},
         {"data folder on a read-only volume", refused, tryReadOnlyVolume},
-        {"data folder removed while running", "goes on; made anew by the next start", tryRemoved},
+        {"data folder removed while running", "continues; recreated by the next start", tryRemoved},
         {"data folder replaced by a file while running",
-         "goes on; the next start is refused, with the reason; the file is left alone",
+         "continues; the next start is refused, with the reason; the file is left alone",
          tryReplaced}};
 }
 

@@ -182,7 +182,7 @@ void tryExhausted(FaultRun &run)
     setDescriptors(application.id(), 256);
     run.expectPolls();
     run.expect(application.phase() == Phase::Full, "Full");
-    run.saw("Full all the time, polls go on afterwards");
+    run.saw("Full all the time, polls continue afterwards");
 }
 
 void tryToStopExhausted(FaultRun &run)
@@ -203,7 +203,7 @@ std::vector<Fault> kernelFaults()
         {"4 to 64 file descriptors: the application",
          "comes up, or says why not; never dies, nothing left running", tryToStart},
         {"4 to 64 file descriptors: the tools", "0, or 1 and a reason", tryTools},
-        {"file descriptors exhausted for 5 s", "Full all the time; the polls go on afterwards",
+        {"file descriptors exhausted for 5 s", "Full all the time; polls continue afterwards",
          tryExhausted}};
     // The sanitizers open a pipe to inspect an object, blame the object if they cannot get one, and
     // look for leaks in /proc.
