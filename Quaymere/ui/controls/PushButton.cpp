@@ -7,15 +7,14 @@
 #include "ui/controls/ControlPaint.h"
 #include "ui/controls/TextScale.h"
 
-#include <QKeyEvent>
+#include <QEvent>
 
 namespace tidewick {
 
-PushButton::PushButton(const QString &text, QWidget *parent) : QAbstractButton(parent)
+PushButton::PushButton(const QString &text, QWidget *parent) : Button(parent)
 {
     setText(text);
     setFocusPolicy(Qt::StrongFocus);
-    setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -35,21 +34,11 @@ void PushButton::paintEvent(QPaintEvent *)
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 
-void PushButton::keyPressEvent(QKeyEvent *event)
-{
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isEnter)
-        return QAbstractButton::keyPressEvent(event);
-    // A key held down must not click repeatedly.
-    if (!event->isAutoRepeat())
-        click();
-}
-
 void PushButton::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::FontChange)
         updateGeometry();
-    QAbstractButton::changeEvent(event);
+    Button::changeEvent(event);
 }
 
 } // namespace tidewick

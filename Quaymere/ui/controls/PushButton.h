@@ -3,12 +3,12 @@
 
 #pragma once
 
-#include <QAbstractButton>
+#include "ui/controls/Button.h"
 
 namespace tidewick {
 
 /// A push button in a card.
-class PushButton : public QAbstractButton
+class PushButton : public Button
 {
     Q_OBJECT
 
@@ -19,7 +19,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
 };
 

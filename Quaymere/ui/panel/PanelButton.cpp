@@ -13,11 +13,10 @@
 namespace tidewick {
 
 PanelButton::PanelButton(QWidget *parent)
-    : QAbstractButton(parent),
+    : Button(parent),
       m_text(PanelMetrics::textMargin - PanelMetrics::fillMargin, PanelMetrics::commandPadding)
 {
     setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover);
     setCursor(Qt::PointingHandCursor);
     m_text.setFont(font());
 }
@@ -81,18 +80,12 @@ void PanelButton::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::FontChange)
         m_text.setFont(font());
-    QAbstractButton::changeEvent(event);
+    Button::changeEvent(event);
 }
 
 void PanelButton::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        // A key held down must not click repeatedly.
-        if (!event->isAutoRepeat())
-            click();
-        return;
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_Left:
@@ -101,7 +94,7 @@ void PanelButton::keyPressEvent(QKeyEvent *event)
         event->ignore();
         return;
     default:
-        QAbstractButton::keyPressEvent(event);
+        Button::keyPressEvent(event);
     }
 }
 

@@ -3,9 +3,8 @@
 
 #pragma once
 
+#include "ui/controls/Button.h"
 #include "ui/controls/WrappedText.h"
-
-#include <QAbstractButton>
 
 namespace tidewick {
 
@@ -13,7 +12,7 @@ namespace tidewick {
 /// two exceptions. A click does not give it the focus, so that the fill stays at the keyboard's
 /// command. The second click of a double click does nothing, because the button may stand for
 /// another command by then.
-class PanelButton final : public QAbstractButton
+class PanelButton final : public Button
 {
     Q_OBJECT
 
