@@ -19,7 +19,7 @@ fail() {
 # The packages needed to build, for the scripts that source this one.
 # shellcheck disable=SC2034
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
-    cmark-gfm qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
+    qt6-wayland cmark-gfm qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
 
 # Any version of Boost's headers will do. Its development packages conflict with each other, so one is
 # installed only if there are no headers yet.

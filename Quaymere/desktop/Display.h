@@ -3,10 +3,15 @@
 
 #pragma once
 
+#include <filesystem>
+
 namespace tidewick::Display {
 
-/// Whether there is a window system to connect to. Qt ends the program if it finds none, so check
-/// this first.
-bool isThere();
+/// Where Qt's platform plugins are installed.
+std::filesystem::path platformPlugins();
+
+/// Whether there is a window system to connect to, and one of these plugins for it. Qt aborts the
+/// program if not, so check this first. Reports a missing plugin on standard error.
+bool isThere(const std::filesystem::path &plugins = platformPlugins());
 
 } // namespace tidewick::Display

@@ -4,8 +4,10 @@
 #include "desktop/Display.h"
 
 #include "platform/files/Files.h"
+#include "platform/process/StandardStreams.h"
 
 #include <QByteArray>
+#include <QLibraryInfo>
 
 #include <algorithm>
 
@@ -51,12 +53,38 @@ bool hasX11()
     return connected;
 }
 
+/// Qt's plugin for X11 is part of Qt itself, its plugins for Wayland are a package of their own.
+bool hasWaylandPlugin(const std::filesystem::path &plugins)
+{
+    std::error_code error;
+    const std::filesystem::directory_iterator files(plugins, error);
+    return std::any_of(begin(files), end(files), [](const auto &file) {
+        return file.path().filename().string().starts_with("libqwayland");
+    });
+}
+
 } // namespace
 
-bool isThere()
+std::filesystem::path platformPlugins()
+{
+    const QString plugins = QLibraryInfo::path(QLibraryInfo::PluginsPath);
+    return std::filesystem::path(plugins.toStdString()) / "platforms";
+}
+
+bool isThere(const std::filesystem::path &plugins)
 {
     // If the environment names a Qt platform, that choice is not questioned.
-    return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || hasWayland() || hasX11();
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || hasX11())
+        return true;
+    if (!hasWayland())
+        return false;
+    if (hasWaylandPlugin(plugins))
+        return true;
+    StandardStreams::printError(
+        "Tidewick cannot show windows on Wayland, since Qt's plugin for it is "
+        "missing: install the package qt6-wayland. It runs in the terminal "
+        "instead.\n");
+    return false;
 }
 
 } // namespace tidewick::Display
