@@ -90,7 +90,7 @@ void TestTerminalFace::adviceTakesTheLinesItNeeds()
             "No valid list of validators since 18 January. Check your network or validators.txt.")};
     QList<QString> rows = sampleRows();
     rows.insert(2, QStringLiteral("No valid list of validators since 18"));
-    rows.insert(3, QStringLiteral("January. Look at your network, or at"));
+    rows.insert(3, QStringLiteral("January. Check your network or"));
     rows.insert(4, QStringLiteral("validators.txt."));
     QCOMPARE(started.shown(status), prompt + rows);
     QCOMPARE(started.shown(sampleStatus()), prompt + sampleRows());
