@@ -52,34 +52,34 @@ void TestDisplay::none()
 {
     qunsetenv("WAYLAND_DISPLAY");
     installPlugin();
-    QVERIFY(!Display::isThere(plugins()));
+    QVERIFY(!tidewick::Display::isThere(plugins()));
 }
 
 void TestDisplay::waylandWithAPlugin()
 {
     QVERIFY(listen());
     installPlugin();
-    QVERIFY(Display::isThere(plugins()));
+    QVERIFY(tidewick::Display::isThere(plugins()));
 }
 
 void TestDisplay::waylandWithoutAPlugin()
 {
     QVERIFY(listen());
-    QVERIFY(!Display::isThere(plugins()));
+    QVERIFY(!tidewick::Display::isThere(plugins()));
     std::filesystem::remove_all(plugins());
-    QVERIFY(!Display::isThere(plugins()));
+    QVERIFY(!tidewick::Display::isThere(plugins()));
 }
 
 void TestDisplay::waylandWithoutACompositor()
 {
     installPlugin();
-    QVERIFY(!Display::isThere(plugins()));
+    QVERIFY(!tidewick::Display::isThere(plugins()));
 }
 
 void TestDisplay::platformOfTheEnvironment()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QVERIFY(Display::isThere(plugins()));
+    QVERIFY(tidewick::Display::isThere(plugins()));
 }
 
 TIDEWICK_TEST_MAIN(TestDisplay)
