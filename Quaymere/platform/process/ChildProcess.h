@@ -44,8 +44,8 @@ struct ChildSpec
     /// Puts the child in its own process group, out of reach of the terminal's Ctrl-C.
     bool ownProcessGroup = false;
 
-    /// Sends SIGTERM to the child when this process has died; must outlive the child. If null, the
-    /// kernel sends the signal.
+    /// Sends SIGTERM to the child when this process has died; must outlive the child. If it is null
+    /// or cannot guard the child, the kernel sends the signal.
     const DeathWatch *deathWatch = nullptr;
 };
 
