@@ -6,6 +6,7 @@
 #include "support/TestFiles.h"
 
 #include <QLocalServer>
+#include <QTcpServer>
 
 using namespace tidewick;
 
@@ -19,6 +20,7 @@ private slots:
 
     void none();
     void waylandWithAPlugin();
+    void waylandLeavesX11Alone();
     void waylandWithoutAPlugin();
     void waylandWithoutACompositor();
     void platformOfTheEnvironment();
@@ -60,6 +62,21 @@ void TestDisplay::waylandWithAPlugin()
     QVERIFY(listen());
     installPlugin();
     QVERIFY(tidewick::Display::isThere(plugins()));
+}
+
+/// Connecting would start Xwayland.
+void TestDisplay::waylandLeavesX11Alone()
+{
+    constexpr quint16 firstPort = 6000; // of display 0 over TCP
+    QTcpServer xServer;
+    int display = 100;
+    while (!xServer.listen(QHostAddress::LocalHost, quint16(firstPort + display)))
+        ++display;
+    qputenv("DISPLAY", "127.0.0.1:" + QByteArray::number(display));
+    QVERIFY(listen());
+    installPlugin();
+    QVERIFY(tidewick::Display::isThere(plugins()));
+    QVERIFY(!xServer.waitForNewConnection(0));
 }
 
 void TestDisplay::waylandWithoutAPlugin()

@@ -74,16 +74,17 @@ std::filesystem::path platformPlugins()
 bool isThere(const std::filesystem::path &plugins)
 {
     // If the environment names a Qt platform, that choice is not questioned.
-    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || hasX11())
+    if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return true;
-    if (!hasWayland())
-        return false;
-    if (hasWaylandPlugin(plugins))
+    // Wayland first: many compositors start Xwayland only when something connects to it.
+    const bool wayland = hasWayland();
+    if ((wayland && hasWaylandPlugin(plugins)) || hasX11())
         return true;
-    StandardStreams::printError(
-        "Tidewick cannot show windows on Wayland, since Qt's plugin for it is "
-        "missing: install the package qt6-wayland. It runs in the terminal "
-        "instead.\n");
+    if (wayland) {
+        StandardStreams::printError(
+            "Tidewick cannot show windows on Wayland, since Qt's plugin for it is missing: install "
+            "the package qt6-wayland. It runs in the terminal instead.\n");
+    }
     return false;
 }
 
