@@ -86,7 +86,7 @@ void measureIdle(const SessionBus &bus, const TestBundle &bundle)
     QTest::qWait(5'000); // until the cost of starting is over
 
     const auto times = [&] {
-        return std::array{processorTimeSoFar(application.process().id()),
+        return std::array{processorTimeSoFar(application.application()),
                           processorTimeSoFar(program.id()), processorTimeSoFar(shell.id())};
     };
     const auto before = times();
@@ -96,7 +96,7 @@ void measureIdle(const SessionBus &bus, const TestBundle &bundle)
     print("a minute in sync / bare tray program, CPU", {ours, after[1] - before[1]}, "<= 2");
     print("a minute in sync / shell loop of curl and jq, CPU", {ours, after[2] - before[2]},
           "<= 0.25");
-    printMemory("in sync / bare tray program, memory", memory(application.process().id()),
+    printMemory("in sync / bare tray program, memory", memory(application.application()),
                 memory(program.id()), "<= 1.3");
     if (!application.endsWell(SIGTERM))
         qFatal("The application did not end well");

@@ -42,16 +42,16 @@ int main(int argc, char *argv[])
         qFatal("The client says: %s", (line + client.output()).constData());
 
     QTest::qWait(beginning);
-    const Duration ours = processorTimeSoFar(tidewick.process().id());
+    const Duration ours = processorTimeSoFar(tidewick.application());
     const Duration theirs = processorTimeSoFar(client.id());
     QTest::qWait(minute);
     print("a minute of the live ledger / Node.js client, CPU",
-          {processorTimeSoFar(tidewick.process().id()) - ours,
+          {processorTimeSoFar(tidewick.application()) - ours,
            processorTimeSoFar(client.id()) - theirs},
           "<= 0.2");
-    printMemory("the live ledger / Node.js client, memory", memory(tidewick.process().id()),
+    printMemory("the live ledger / Node.js client, memory", memory(tidewick.application()),
                 memory(client.id()), "<= 0.2");
-    printMemory("  of it what they have written", writtenMemory(tidewick.process().id()),
+    printMemory("  of it what they have written", writtenMemory(tidewick.application()),
                 writtenMemory(client.id()), "");
 
     client.send(SIGTERM);

@@ -64,7 +64,7 @@ int main(int argc, char *argv[])
     if (!waitUntil([&] { return reader.findItem(); })
         || !waitUntil([&] { return reader.menu().value(0).text == u"Full"; }))
         qFatal("The node does not get into sync");
-    const pid_t process = tidewick.process().id();
+    const pid_t process = tidewick.application();
     QTest::qWait(settle);
     const double before = memory(process);
     const double writtenBefore = writtenMemory(process);

@@ -59,9 +59,9 @@ Duration timeOfLedger(const SessionBus &bus, const TestBundle &bundle, int rate)
         || !waitUntil([] { return LaunchedApplication::noted("RPCHandler:NFO subscribe") > 0; }))
         qFatal("The ledger window does not follow the node");
     QTest::qWait(beginning);
-    const Duration before = processorTimeSoFar(tidewick.process().id());
+    const Duration before = processorTimeSoFar(tidewick.application());
     QTest::qWait(measured);
-    const Duration time = processorTimeSoFar(tidewick.process().id()) - before;
+    const Duration time = processorTimeSoFar(tidewick.application()) - before;
     if (!tidewick.endsWell(SIGTERM))
         qFatal("The application did not end well");
     return time;

@@ -3,6 +3,8 @@
 
 #include "application/AppDelegate.h"
 
+#include "desktop/NodeScope.h"
+
 #include <utility>
 
 namespace tidewick {
@@ -34,6 +36,11 @@ NodeHost AppDelegate::hostOfNode()
     host.hasCompany = [this, portAnswers = host.hasCompany] {
         m_otherNode.look();
         return m_otherNode.isActive() || portAnswers();
+    };
+    host.spawn = [spawn = host.spawn](const ChildSpec &spec) {
+        std::unique_ptr<ChildProcess> node = spawn(spec);
+        NodeScope::moveThere(node->id());
+        return node;
     };
     return host;
 }

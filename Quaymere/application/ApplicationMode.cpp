@@ -12,20 +12,23 @@
 #include "platform/process/DeathWatch.h"
 #include "platform/process/Descriptors.h"
 #include "platform/process/StandardStreams.h"
+#include "platform/process/Supervisor.h"
+
+#include <optional>
 
 namespace tidewick::ApplicationMode {
 
 namespace {
 
 template <typename App>
-int runAs(char **argv)
+int runAs(char **argv, const Supervisor &supervisor, const DeathWatch &deathWatch)
 {
-    const DeathWatch deathWatch(Folders::lockFile("tidewick-node"));
     int argc = 1; // Qt must not parse the other arguments
     App application(argc, argv);
     SingleInstance instance;
     switch (instance.claim()) {
     case SingleInstance::Claim::First:
+        supervisor.noteRunning();
         return application.run(instance, deathWatch);
     case SingleInstance::Claim::ToldFirst:
         return EXIT_SUCCESS;
@@ -42,8 +45,16 @@ int run(char **argv)
 {
     if (!Descriptors::suffice())
         return EXIT_FAILURE;
+    std::optional<DeathWatch> deathWatch(std::in_place, Folders::lockFile("tidewick-node"));
+    const Supervisor supervisor;
+    if (!supervisor.isApplication()) {
+        const Supervisor::Ending ending = supervisor.waitForEnd();
+        deathWatch.reset(); // waits for a node that the application has left
+        return Supervisor::endLike(ending);
+    }
     BusProbe::avoidIfSilent();
-    return Display::isThere() ? runAs<QuaymereApp>(argv) : runAs<TerminalApp>(argv);
+    return Display::isThere() ? runAs<QuaymereApp>(argv, supervisor, *deathWatch)
+                              : runAs<TerminalApp>(argv, supervisor, *deathWatch);
 }
 
 } // namespace tidewick::ApplicationMode

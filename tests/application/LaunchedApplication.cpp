@@ -3,10 +3,10 @@
 
 #include "application/LaunchedApplication.h"
 
+#include "support/Processes.h"
 #include "support/TestFiles.h"
 
 #include <csignal>
-#include <fstream>
 
 namespace tidewick {
 
@@ -42,12 +42,27 @@ bool LaunchedApplication::endsWell(int signalNumber)
            && m_process.ending()->status == 0;
 }
 
+pid_t LaunchedApplication::application() const
+{
+    const std::vector<pid_t> children = childrenOf(m_process.id());
+    return children.empty() ? 0 : children.front();
+}
+
+void LaunchedApplication::signalApplication(int signalNumber) const
+{
+    if (const pid_t process = application())
+        ::kill(process, signalNumber);
+}
+
+void LaunchedApplication::killBoth()
+{
+    signalApplication(SIGKILL);
+    m_process.send(SIGKILL);
+}
+
 std::optional<pid_t> LaunchedApplication::node() const
 {
-    const std::string task = std::to_string(m_process.id());
-    std::ifstream children("/proc/" + task + "/task/" + task + "/children");
-    pid_t child = 0;
-    while (children >> child) {
+    for (const pid_t child : childrenOf(application())) {
         std::error_code error;
         const auto program =
             std::filesystem::read_symlink("/proc/" + std::to_string(child) + "/exe", error);

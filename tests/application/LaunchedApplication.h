@@ -19,12 +19,20 @@ public:
     explicit LaunchedApplication(const TestBundle &bundle, const QByteArray &scenario,
                                  const ProcessEnvironment &variables = {});
 
+    /// The launched process, which supervises the application.
     Beside &process() { return m_process; }
     const QByteArray &output() { return m_process.output(); }
 
     /// Ends it with a signal, as a terminal, a session or a user would. Returns false if it does
     /// not exit with status 0.
     bool endsWell(int signalNumber);
+
+    /// The process of the application itself; 0 if there is none.
+    pid_t application() const;
+    /// Sends a signal to that process alone.
+    void signalApplication(int signalNumber) const;
+    /// Kills the application and the launched process.
+    void killBoth();
 
     /// The process of its node, if there is one.
     std::optional<pid_t> node() const;

@@ -27,7 +27,9 @@ private slots:
     void endsWithoutANode();
     void secondSignalChangesNothing();
     void quitsFromTheMenu();
+    void leavesNoNodeWhenKilled_data();
     void leavesNoNodeWhenKilled();
+    void endsAfterItsNodeWhenTheDisplayGoes();
     void nodeFinishesWhenKilledWhileStopping();
     void launchWhileQuitting();
 
@@ -137,19 +139,56 @@ void TestLifecycle::quitsFromTheMenu()
     QCOMPARE(LaunchedApplication::noted("RPCHandler:NFO stop"), 1);
 }
 
+void TestLifecycle::leavesNoNodeWhenKilled_data()
+{
+    QTest::addColumn<bool>("launched");
+    QTest::addColumn<bool>("application");
+    QTest::addRow("the application") << false << true;
+    QTest::addRow("the launched process") << true << false;
+    QTest::addRow("both") << true << true;
+}
+
+/// Whichever process is killed, the node is told once, so that it closes its store: a second signal
+/// would end it at once.
 void TestLifecycle::leavesNoNodeWhenKilled()
 {
+    QFETCH(bool, launched);
+    QFETCH(bool, application);
     const SessionBus bus;
     const XServer display;
-    const auto application = launch("speed=20 state=full");
-    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > 0; }));
-    const pid_t node = *application->node();
-    application->process().send(SIGKILL);
-    QVERIFY(application->process().waitForEnd());
+    const auto tidewick = launch("speed=20 state=full stop-delay=1");
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > 1; }));
+    const pid_t node = *tidewick->node();
+    if (application)
+        tidewick->signalApplication(SIGKILL);
+    if (launched)
+        tidewick->process().send(SIGKILL);
+    QVERIFY(tidewick->process().waitForEnd());
+    QVERIFY(tidewick->process().ending()->signaled);
+    QCOMPARE(tidewick->process().ending()->status, SIGKILL);
+    QCOMPARE(runs(node), launched);
     QVERIFY(waitUntil([&] { return !runs(node); }));
-    // Signalled only once, so that the node closes its store: a second signal would end it at once.
     QVERIFY2(LaunchedApplication::debugLog().contains("Done."), LaunchedApplication::debugLog());
-    QCOMPARE(LaunchedApplication::noted("signal 15"), 1);
+    QCOMPARE(LaunchedApplication::noted("signal 15"), application ? 1 : 0);
+}
+
+/// The launched process remains until the node has closed its store, and reports no failure.
+void TestLifecycle::endsAfterItsNodeWhenTheDisplayGoes()
+{
+    const SessionBus bus;
+    auto display = std::make_unique<XServer>();
+    const auto application = launch("speed=20 state=full stop-delay=2");
+    QVERIFY(waitUntil([&] { return LaunchedApplication::noted("server_info") > 1; }));
+    const pid_t node = *application->node();
+    display->process().send(SIGKILL);
+    QVERIFY(application->process().waitForEnd());
+    QVERIFY(!runs(node));
+    QVERIFY(LaunchedApplication::debugLog().contains("Done."));
+    QVERIFY(!application->process().ending()->signaled);
+    QCOMPARE(application->process().ending()->status, 0);
+    QVERIFY2(
+        application->output().contains("The display has gone. Tidewick stops its node and ends.\n"),
+        application->output());
 }
 
 void TestLifecycle::secondLaunchOpensTheLedger()
@@ -195,7 +234,7 @@ void TestLifecycle::secondLaunchWithoutABus()
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->process().ending()->status, 1);
     QCOMPARE(second->output(), "Tidewick is already running, as process "
-                                   + QByteArray::number(first->process().id())
+                                   + QByteArray::number(first->application())
                                    + ", and cannot be reached from here.\n");
     QVERIFY(first->endsWell(SIGTERM));
 }
@@ -206,13 +245,13 @@ void TestLifecycle::secondLaunchWhileTheFirstHangs()
     const XServer display;
     const auto first = launch("speed=20 state=full");
     QVERIFY(waitUntil([&] { return first->node().has_value(); }));
-    first->process().send(SIGSTOP);
+    first->signalApplication(SIGSTOP);
     const auto second = launch("speed=20 state=full");
     QVERIFY(second->process().waitForEnd());
     QCOMPARE(second->process().ending()->status, 1);
     QVERIFY(
         second->output().startsWith("Tidewick is already running, but did not come to the front"));
-    first->process().send(SIGCONT);
+    first->signalApplication(SIGCONT);
     QVERIFY(first->endsWell(SIGTERM));
 }
 
@@ -264,7 +303,7 @@ void TestLifecycle::nodeFinishesWhenKilledWhileStopping()
     const pid_t node = *application->node();
     application->process().send(SIGTERM);
     QVERIFY(waitUntil([&] { return LaunchedApplication::noted("signal 15") > 0; }));
-    application->process().send(SIGKILL);
+    application->signalApplication(SIGKILL);
     QVERIFY(application->process().waitForEnd());
     QVERIFY(waitUntil([&] { return !runs(node); }));
     QVERIFY2(LaunchedApplication::debugLog().contains("Done."), LaunchedApplication::debugLog());

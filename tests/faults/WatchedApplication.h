@@ -31,7 +31,8 @@ public:
     Beside &process() { return m_application.process(); }
     const QByteArray &output() { return m_application.output(); }
     std::optional<pid_t> node() const { return m_application.node(); }
-    pid_t id() { return process().id(); }
+    /// The process of the application itself, also after its end; 0 before its beginning.
+    pid_t id();
 
     /// The last reported phase, or nothing before the first report.
     std::optional<Phase> phase() const { return m_phase; }
@@ -45,8 +46,11 @@ public:
     /// Waits until the node has logged this event in its debug log.
     [[nodiscard]] static bool waitForNote(const QByteArray &event, qsizetype times = 1);
 
-    /// Sends a signal to the application, noting whether it asks the application to exit.
+    /// Sends a signal to the launched process, noting whether it asks the application to exit.
     void send(int signalNumber);
+    /// Sends a signal to the application's own process.
+    void signalApplication(int signalNumber) { m_application.signalApplication(signalNumber); }
+    void killBoth() { m_application.killBoth(); }
     /// Asks the application to exit. Returns false if it does not exit with status 0 or if the last
     /// phase it reported still has a node.
     bool endsWell(int signalNumber = SIGTERM);
@@ -62,6 +66,7 @@ private:
     std::chrono::nanoseconds ownTime();
 
     LaunchedApplication m_application;
+    pid_t m_id = 0;
     const bool m_tellsPhase;
     bool m_toldToEnd = false;
     QTimer m_timer;

@@ -79,7 +79,7 @@ void isKilled(FaultRun &run, const Moment &moment)
 {
     WatchedApplication &application = launchInto(run, moment);
     const auto node = application.node();
-    application.send(SIGKILL);
+    application.killBoth();
     run.expect(application.process().waitForEnd(), "the program ends");
     if (node)
         expectNodeGone(run, *node);
@@ -117,7 +117,7 @@ void isKilledAndLaunchedAtOnce(FaultRun &run)
 {
     WatchedApplication &first = run.launchInFull("stop-delay=2");
     const auto node = first.node();
-    first.send(SIGKILL);
+    first.killBoth();
     run.expect(first.process().waitForEnd(), "the program ends");
     WatchedApplication &second = run.launch("state=full");
     bool bothRun = false;
@@ -135,7 +135,7 @@ void isKilledBeforeADeafNode(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull("sigterm=ignore");
     const auto node = application.node();
-    application.send(SIGKILL);
+    application.killBoth();
     run.expect(application.process().waitForEnd(), "the program ends");
     QElapsedTimer timer;
     timer.start();
@@ -169,13 +169,42 @@ void smokeIsKilled(FaultRun &run)
     run.saw(next.output.trimmed().split('\n').last());
 }
 
-/// The watchdog process is the only process besides the node that the program starts.
+/// The program then quits as if it had been told to.
+void losesItsSupervisor(FaultRun &run)
+{
+    WatchedApplication &application = run.launchInFull("stop-delay=1");
+    const auto node = application.node();
+    application.send(SIGKILL);
+    run.expect(application.process().waitForEnd(), "the launched process ends");
+    if (run.expect(node.has_value(), "there was a node"))
+        expectNodeGone(run, *node);
+    run.expect(LaunchedApplication::noted("RPCHandler:NFO stop") == 1, "a stop by command");
+    run.expect(LaunchedApplication::noted("Done.") == 1, "the node has closed its store");
+    run.expect(waitUntil([&] { return !runs(application.id()); }), "the program ends");
+}
+
+void losesItsApplication(FaultRun &run)
+{
+    WatchedApplication &application = run.launchInFull("stop-delay=1");
+    const auto node = application.node();
+    application.signalApplication(SIGSEGV);
+    run.expect(application.process().waitForEnd(), "the launched process ends");
+    run.expect(application.process().ending()->signaled
+                   && application.process().ending()->status == SIGSEGV,
+               "the same signal");
+    run.expect(node && !runs(*node), "the node has ended before");
+    run.expect(LaunchedApplication::noted("Done.") == 1, "the node has closed its store");
+    run.saw("ends by that signal after its node");
+}
+
+/// The watchdog process is the only process besides these and the node that the program starts.
 void losesItsWatch(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull();
     int killed = 0;
     for (const pid_t process : offspringOf(::getpid())) {
-        if (process != application.id() && process != application.node())
+        if (process != application.id() && process != application.process().id()
+            && process != application.node())
             killed += ::kill(process, SIGKILL) == 0 ? 1 : 0;
     }
     run.expect(killed == 1, "one watchdog process, unlike " + QByteArray::number(killed));
@@ -201,10 +230,10 @@ void isHalted(FaultRun &run)
 {
     WatchedApplication &application = run.launchInFull("when=usr1 exit=1");
     const auto node = application.node();
-    application.send(SIGSTOP);
+    application.signalApplication(SIGSTOP);
     ::kill(*node, SIGUSR1);
     run.expect(waitUntil([&] { return !runs(*node); }), "the node ends");
-    application.send(SIGCONT);
+    application.signalApplication(SIGCONT);
     run.expect(application.reaches(Phase::Error), "Error");
     run.saw(application.lastLine());
 }
@@ -216,7 +245,9 @@ void losesItsDisplay(FaultRun &run)
     run.expectNoted("server_info");
     const auto node = application.node();
     display->process().send(SIGKILL);
-    run.expect(application.process().waitForEnd(), "the program ends");
+    run.expect(application.process().waitForEnd() && !application.process().ending()->signaled
+                   && application.process().ending()->status == 0,
+               "the program ends with 0");
     if (run.expect(node.has_value(), "there was a node"))
         expectNodeGone(run, *node);
     run.expect(LaunchedApplication::noted("Done.") == 1, "the node has closed its store");
@@ -304,6 +335,9 @@ void addOthers(std::vector<Fault> &faults)
           isKilledBeforeADeafNode, true},
          {"--smoke is killed", "no node after 5 s; the next one passes", smokeIsKilled},
          {"the watchdog process is killed", "continues, quits", losesItsWatch},
+         {"the supervisor is killed", "quits, its node stopped", losesItsSupervisor},
+         {"the program crashes under its supervisor", "fails after its node has ended",
+          losesItsApplication},
          {"the program is suspended while its node ends", "Error once it resumes", isHalted},
          {"the display dies", "ends; no node after 5 s", losesItsDisplay},
          {"the bus is killed", "continues, quits", losesTheBus},

@@ -70,15 +70,20 @@ UserManager::UserManager() : m_controlGroups(makeControlGroups())
 
 UserManager::~UserManager()
 {
-    if (m_manager) {
-        m_manager->send(SIGTERM);
-        m_manager->waitForEnd();
-        m_manager.reset();
-    }
+    exit();
     for (const fs::path &group : m_controlGroups) {
         if (!waitUntil([&] { return removeControlGroup(group); }))
             qWarning("Processes are left in %s", group.c_str());
     }
+}
+
+void UserManager::exit()
+{
+    if (!m_manager)
+        return;
+    m_manager->send(SIGTERM);
+    m_manager->waitForEnd();
+    m_manager.reset();
 }
 
 bool UserManager::comesUp()
@@ -90,8 +95,7 @@ bool UserManager::comesUp()
 bool UserManager::control(std::vector<std::string> arguments) const
 {
     arguments.insert(arguments.begin(), {"systemctl", "--user", "--quiet"});
-    const Outcome outcome =
-        runTool(std::move(arguments), {{"XDG_RUNTIME_DIR", m_runtime.path().string()}});
+    const Outcome outcome = runTool(std::move(arguments), environment());
     if (!outcome.error.isEmpty())
         qWarning("%s", outcome.error.constData());
     return !outcome.signaled && outcome.status == 0;
@@ -100,8 +104,14 @@ bool UserManager::control(std::vector<std::string> arguments) const
 QByteArray UserManager::property(const std::string &unit, const std::string &name) const
 {
     return runTool({"systemctl", "--user", "show", "--value", "--property=" + name, unit},
-                   {{"XDG_RUNTIME_DIR", m_runtime.path().string()}})
+                   environment())
         .output.trimmed();
+}
+
+ProcessEnvironment UserManager::environment() const
+{
+    return {{"XDG_RUNTIME_DIR", m_runtime.path().string()},
+            {"DBUS_SESSION_BUS_ADDRESS", busAddress().toStdString()}};
 }
 
 QString UserManager::busAddress() const

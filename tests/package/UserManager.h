@@ -14,7 +14,7 @@
 namespace tidewick {
 
 /// A systemd user manager as in a user's session, with its units in the test's home and a session
-/// bus. On destruction it is asked to exit, and first stops everything it has started.
+/// bus. On destruction it is asked to exit, if it has not been before.
 ///
 /// It needs its own control group and an environment that looks like a machine booted with systemd;
 /// both require root.
@@ -30,9 +30,16 @@ public:
     bool comesUp();
     bool isRefused() const { return !m_manager || m_manager->ending(); }
 
+    /// Ends the manager as the end of the user's last session does: it stops everything it has
+    /// started, and then exits. What is left is lost: a machine would now kill it.
+    void exit();
+
     /// Runs systemctl and returns whether it succeeded.
     bool control(std::vector<std::string> arguments) const;
     QByteArray property(const std::string &unit, const std::string &name) const;
+
+    /// The environment in which programs reach the manager and the session bus.
+    ProcessEnvironment environment() const;
 
     /// The address at which the session bus listens.
     QString busAddress() const;

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 the Tidewick authors
 // SPDX-License-Identifier: MIT
 
+#include "application/Desktop.h"
 #include "application/LaunchedApplication.h"
 #include "package/Installation.h"
 #include "package/UserManager.h"
+#include "support/Processes.h"
 #include "support/Surroundings.h"
 
 #include <QDBusConnection>
@@ -34,8 +36,11 @@ private slots:
     void autostartedHasTimeToStop();
     void outlivesTheBusThatStartedIt();
     void endsWithTheManager();
+    void logout_data();
+    void logout();
 
 private:
+    ChildSpec inScope(const fs::path &program) const;
     bool startsNode(const char *unit) const;
     bool isStopped(const char *unit) const;
 
@@ -101,9 +106,8 @@ void TestUserUnits::initTestCase()
     const fs::path from = m_installation.prefix() / "lib/systemd/user";
     for (const char *unit : {service, activated})
         install(from / unit, UserManager::units() / unit);
-    const std::string ownWords = std::string(autostarted) + ".d/tidewick.conf";
-    install(from / "app-org.tidewick.Tidewick@autostart.service.d/tidewick.conf",
-            UserManager::units() / ownWords);
+    const fs::path ownWords = "app-org.tidewick.Tidewick@.service.d/tidewick.conf";
+    install(from / ownWords, UserManager::units() / ownWords);
     install(m_autostarted.prefix() / "share/tidewick/autostart/org.tidewick.Tidewick.desktop",
             config / "autostart/org.tidewick.Tidewick.desktop");
     const fs::path busService = "dbus-1/services/org.tidewick.Tidewick.service";
@@ -126,6 +130,17 @@ void TestUserUnits::cleanup()
 {
     m_manager.reset();
     fs::remove_all(applicationData());
+}
+
+/// Runs a program in a scope of its own, as desktops and terminals do.
+ChildSpec TestUserUnits::inScope(const fs::path &program) const
+{
+    ChildSpec spec;
+    spec.executable = "/usr/bin/systemd-run";
+    spec.arguments = {"--user", "--scope", "--quiet", program};
+    for (const auto &[name, value] : m_manager->environment())
+        spec.environment[name] = value;
+    return spec;
 }
 
 bool TestUserUnits::startsNode(const char *unit) const
@@ -152,7 +167,10 @@ void TestUserUnits::serviceIsEnabledAndStopped()
 void TestUserUnits::serviceRestartsAfterAFailure()
 {
     QVERIFY(startsNode(service));
-    ::kill(m_manager->property(service, "MainPID").toInt(), SIGKILL);
+    const std::vector<pid_t> application =
+        childrenOf(m_manager->property(service, "MainPID").toInt());
+    QCOMPARE(application.size(), std::size_t(1));
+    ::kill(application.front(), SIGKILL);
     QVERIFY(waitUntil([&] { return m_manager->property(service, "SubState") == "auto-restart"; }));
     QVERIFY(waitUntil([] { return LaunchedApplication::noted("Done.") == 1; }));
     QCOMPARE(LaunchedApplication::noted("signal 15"), 1);
@@ -202,8 +220,50 @@ void TestUserUnits::outlivesTheBusThatStartedIt()
 void TestUserUnits::endsWithTheManager()
 {
     QVERIFY(startsNode(activated));
-    m_manager.reset();
+    m_manager->exit();
     QVERIFY2(nodeHasClosed(), LaunchedApplication::debugLog().right(1000));
+}
+
+void TestUserUnits::logout_data()
+{
+    QTest::addColumn<QByteArray>("unit");
+    QTest::addColumn<bool>("displayGoes");
+    for (const char *unit : {activated, autostarted}) {
+        QTest::addRow("%s", unit) << QByteArray(unit) << false;
+        QTest::addRow("%s, without its display", unit) << QByteArray(unit) << true;
+    }
+    // What desktops and terminals create for the programs they launch.
+    QTest::addRow("a scope") << QByteArray() << false;
+    QTest::addRow("a scope, without its display") << QByteArray() << true;
+}
+
+void TestUserUnits::logout()
+{
+    QFETCH(QByteArray, unit);
+    QFETCH(bool, displayGoes);
+    writeFile(scenario(), QByteArray(usualCourse) + " stop-delay=2");
+    auto display = std::make_unique<XServer>();
+    QVERIFY(m_manager->control({"set-environment", "DISPLAY=" + qgetenv("DISPLAY").toStdString()}));
+    QVERIFY(m_manager->control({"start", "dbus.socket"}));
+    std::unique_ptr<Beside> scope;
+    if (unit.isEmpty())
+        scope = std::make_unique<Beside>(inScope(m_installation.program()));
+    else
+        QVERIFY(m_manager->control({"start", unit.toStdString()}));
+    QVERIFY(nodeHasAnswered());
+    if (displayGoes) {
+        display.reset();
+        QVERIFY(waitUntil([] { return LaunchedApplication::noted("signal 15") > 0; }));
+    }
+    m_manager->exit();
+    const QByteArray log = LaunchedApplication::debugLog();
+    QVERIFY2(log.contains("Done."), log.right(1000));
+    QCOMPARE(log.count("signal 15") + log.count("RPCHandler:NFO stop"), 1);
+    if (scope) {
+        QVERIFY(scope->waitForEnd());
+        QCOMPARE(scope->ending()->status, 0);
+        QVERIFY(!scope->ending()->signaled);
+    }
 }
 
 TIDEWICK_LOOPBACK_TEST_MAIN(TestUserUnits)

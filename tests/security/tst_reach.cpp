@@ -180,7 +180,7 @@ QStringList TestReach::busNames() const
     const QDBusConnectionInterface *bus = m_bus->connection().interface();
     QStringList names;
     for (const QString &name : bus->registeredServiceNames().value()) {
-        if (bus->servicePid(name).value() == uint(m_application->process().id()))
+        if (bus->servicePid(name).value() == uint(m_application->application()))
             names += name;
     }
     return names;

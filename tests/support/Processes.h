@@ -8,7 +8,9 @@
 #include <chrono>
 #include <cstdint>
 #include <fstream>
+#include <iterator>
 #include <string>
+#include <vector>
 
 #include <poll.h>
 #include <sys/syscall.h>
@@ -27,6 +29,14 @@ inline bool runs(pid_t process)
     // The state follows the name, which is in parentheses and may contain any character.
     const std::size_t name = line.rfind(") ");
     return name != std::string::npos && line.at(name + 2) != 'Z' && line.at(name + 2) != 'X';
+}
+
+/// The children that the process's main thread has started, including those not yet reaped.
+inline std::vector<pid_t> childrenOf(pid_t process)
+{
+    const std::string task = std::to_string(process);
+    std::ifstream file("/proc/" + task + "/task/" + task + "/children");
+    return {std::istream_iterator<pid_t>(file), {}};
 }
 
 /// Returns when the process has ended, or when the limit has passed. Does not reap the process,

@@ -83,8 +83,7 @@ Figures Figures::of(pid_t process)
     figures.lastingDescriptors =
         figures.descriptors - timersOf(process) - Sockets::of(process).connections;
     figures.threads = entriesOf(folder + "/task");
-    std::ifstream children(folder + "/task/" + std::to_string(process) + "/children");
-    for (pid_t child = 0; children >> child;) {
+    for (const pid_t child : childrenOf(process)) {
         ++figures.children;
         figures.zombies += runs(child) ? 0 : 1;
     }

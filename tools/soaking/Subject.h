@@ -24,7 +24,7 @@ public:
     /// ledger window is open and follows it, and the menu's figures match the node's own answers.
     void settle();
 
-    pid_t process() { return m_application->process().id(); }
+    pid_t process() { return m_application->application(); }
     std::optional<pid_t> node() const { return m_application->node(); }
 
     /// Sets the scenario of nodes that start from now on.
