@@ -21,7 +21,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
-    "default-dbus-session-bus | dbus-session-bus, libglib2.0-bin, qt6-wayland, xdg-utils, xrpld")
+    "default-dbus-session-bus | dbus-session-bus, libglib2.0-bin, qt6-wayland, wl-clipboard, xdg-utils, xrpld")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS gnome-shell-extension-appindicator)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 

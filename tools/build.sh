@@ -19,7 +19,7 @@ fail() {
 # The packages needed to build, for the scripts that source this one.
 # shellcheck disable=SC2034
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-svg-dev qt6-websockets-dev
-    qt6-wayland cmark-gfm qcoro-qt6-dev libsimdjson-dev libxcb-xfixes0-dev)
+    qt6-wayland cmark-gfm qcoro-qt6-dev libsimdjson-dev libwayland-dev libxcb-xfixes0-dev)
 
 # Any version of Boost's headers will do. Its development packages conflict with each other, so one is
 # installed only if there are no headers yet.
@@ -34,7 +34,8 @@ package_packages=(dpkg-dev file)
 # different shapes, and checkers for the installed files.
 # shellcheck disable=SC2034
 test_packages=(dbus-daemon fonts-dejavu-core fonts-hosny-amiri fonts-yanone-kaffeesatz libglib2.0-bin
-    libsm-dev xfce4-panel xvfb appstream desktop-file-utils fish lintian mandoc systemd zsh)
+    libsm-dev xfce4-panel xvfb sway waybar wl-clipboard wtype appstream desktop-file-utils fish lintian
+    mandoc systemd zsh)
 
 # Installs those of the named Debian packages that are missing.
 need_packages() {

@@ -8,6 +8,7 @@
 #include "desktop/BusProbe.h"
 #include "desktop/Display.h"
 #include "desktop/SingleInstance.h"
+#include "desktop/StartupNotification.h"
 #include "platform/files/Folders.h"
 #include "platform/process/DeathWatch.h"
 #include "platform/process/Descriptors.h"
@@ -15,6 +16,7 @@
 #include "platform/process/Supervisor.h"
 
 #include <optional>
+#include <utility>
 
 namespace tidewick::ApplicationMode {
 
@@ -24,8 +26,9 @@ template <typename App>
 int runAs(char **argv, const Supervisor &supervisor, const DeathWatch &deathWatch)
 {
     int argc = 1; // Qt must not parse the other arguments
+    QByteArray launch = StartupNotification::takeId();
     App application(argc, argv);
-    SingleInstance instance;
+    SingleInstance instance(std::move(launch));
     switch (instance.claim()) {
     case SingleInstance::Claim::First:
         supervisor.noteRunning();

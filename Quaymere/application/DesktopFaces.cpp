@@ -6,7 +6,9 @@
 #include "platform/files/Defaults.h"
 #include "ui/DesktopMenu.h"
 #include "ui/controls/BringForward.h"
+#include "ui/controls/ControlPalette.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 
 #include <utility>
@@ -61,7 +63,7 @@ DesktopFaces::~DesktopFaces()
 
 void DesktopFaces::comeForward()
 {
-    if (isInTray())
+    if (isInTray() || willBeInTray())
         m_commands.run(MenuCommand::LiveLedger);
     else
         showPanel();
@@ -69,7 +71,7 @@ void DesktopFaces::comeForward()
 
 void DesktopFaces::comeForwardOnceSettled()
 {
-    if (m_tray || m_panel)
+    if (m_tray || m_panel || willBeInTray())
         comeForward();
     else
         m_isWanted = true;
@@ -103,6 +105,12 @@ bool DesktopFaces::isInTray() const
            && m_trayHost.has(m_tray->drawing() == RowMenu::Drawing::ByHost
                                  ? TrayHost::Kind::StatusNotifier
                                  : TrayHost::Kind::XEmbed);
+}
+
+/// No face has been chosen yet, but there is a tray, even if a better one may still appear.
+bool DesktopFaces::willBeInTray() const
+{
+    return !m_tray && !m_panel && m_trayHost.kind() != TrayHost::Kind::None;
 }
 
 void DesktopFaces::makeTrayItem()
@@ -149,6 +157,10 @@ void DesktopFaces::followStatus()
 
 void DesktopFaces::followAppearance()
 {
+    // For what has no palette of its own, such as the frames that Qt draws on Wayland. If the
+    // portal states nothing, the desktop's own palette decides, and must not be covered.
+    QApplication::setPalette(m_appearance.isStated() ? controlPalette(m_appearance.isDark())
+                                                     : QPalette());
     m_icon.setColor(m_appearance.isDark() ? StatusIcon::onDarkPanel() : StatusIcon::onLightPanel());
     if (m_panel)
         m_panel->setDark(m_appearance.isDark());

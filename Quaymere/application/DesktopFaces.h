@@ -32,10 +32,10 @@ public:
     ~DesktopFaces() override;
 
     /// Brings a window to the front when the user launches the program again: the live ledger if
-    /// the application is in the tray, otherwise the panel.
+    /// the application is in a tray or will be, otherwise the panel.
     void comeForward();
 
-    /// Does the same for the launch that started this process, as soon as a face has been chosen.
+    /// Does the same for the launch that started this process, as soon as that is decided.
     void comeForwardOnceSettled();
 
     void run(MenuCommand command) { m_commands.run(command); }
@@ -50,6 +50,7 @@ private:
     /// Shows the face that suits the tray hosts available now.
     void settle();
     bool isInTray() const;
+    bool willBeInTray() const;
     void makeTrayItem();
     void showPanel();
     QString adviceForOnce();

@@ -31,7 +31,8 @@ public:
     /// The application's bus name, which is also the name of its desktop entry.
     static constexpr const char *name = "org.tidewick.Tidewick";
 
-    SingleInstance();
+    /// Takes the identifier that the launcher has given to this launch, if any.
+    explicit SingleInstance(QByteArray launch = {});
     ~SingleInstance() override;
 
     /// Call once. Blocks until the bus and the first instance have answered.
@@ -65,6 +66,7 @@ private:
     bool isRefused() const;
 
     std::unique_ptr<QLockFile> m_lock;
+    QByteArray m_launch;
     QString m_reason;
     QString m_refusal;
     /// True from a start by the bus until the call that caused it has arrived.

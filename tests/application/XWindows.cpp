@@ -117,4 +117,41 @@ QImage windowPicture(const QString &title)
         .copy();
 }
 
+XEmbedPlace::XEmbedPlace() : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
+{
+    xcb_connection_t *connection = m_connection.get();
+    const xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+    const xcb_window_t owner = xcb_generate_id(connection);
+    xcb_create_window(connection, 0, owner, screen->root, -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const auto cookie = xcb_set_selection_owner_checked(
+        connection, owner, atomOf(connection, "_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
+    if (xcb_request_check(connection, cookie) != nullptr)
+        qFatal("The place of the tray is not available");
+}
+
+LaunchMessages::LaunchMessages() : m_connection(xcb_connect(nullptr, nullptr), &xcb_disconnect)
+{
+    xcb_connection_t *connection = m_connection.get();
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const auto cookie =
+        xcb_change_window_attributes_checked(connection, root, XCB_CW_EVENT_MASK, &mask);
+    if (xcb_request_check(connection, cookie) != nullptr)
+        qFatal("The root window cannot be watched");
+}
+
+bool LaunchMessages::contain(const QByteArray &message)
+{
+    while (xcb_generic_event_t *next = xcb_poll_for_event(m_connection.get())) {
+        const XcbReply<xcb_generic_event_t> event(next);
+        if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE)
+            continue;
+        const auto *piece = reinterpret_cast<const xcb_client_message_event_t *>(event.get());
+        const auto *bytes = reinterpret_cast<const char *>(piece->data.data8);
+        m_text.append(bytes, qsizetype(qstrnlen(bytes, sizeof piece->data.data8)));
+    }
+    return m_text.contains(message);
+}
+
 } // namespace tidewick

@@ -10,6 +10,8 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
+#include <csignal>
+
 using namespace tidewick;
 
 /// Tests the application when the session bus starts it, as it does for an activatable desktop
@@ -23,8 +25,10 @@ private slots:
     void cleanup();
 
     void opensTheLedgerOnceATrayAppears();
+    void opensTheLedgerWithAnXEmbedTray();
     void opensThePanelWithoutATray();
     void startsWithAnAction();
+    void tellsTheLauncherThatItHasStarted();
     void quitsAtOnce();
 
 private:
@@ -93,6 +97,24 @@ void TestActivation::opensTheLedgerOnceATrayAppears()
     QVERIFY(quits(bus));
 }
 
+/// Another kind of tray may still appear and be preferred, but either way the application will be
+/// in a tray.
+void TestActivation::opensTheLedgerWithAnXEmbedTray()
+{
+    const XServer display;
+    const XEmbedPlace place;
+    const SessionBus bus;
+    const LaunchedApplication application(m_bundle, "listen=no");
+    QVERIFY(waitUntil([&] { return runs(bus); }));
+    QVERIFY(call(bus, "Activate", {QVariantMap()}));
+    QVERIFY(waitUntil([] {
+        return isWindowShown(QStringLiteral("Live Ledger"))
+               || isWindowShown(QStringLiteral("Tidewick"));
+    }));
+    QVERIFY(!isWindowShown(QStringLiteral("Tidewick")));
+    QVERIFY(quits(bus));
+}
+
 void TestActivation::opensThePanelWithoutATray()
 {
     const XServer display;
@@ -111,6 +133,32 @@ void TestActivation::startsWithAnAction()
         call(bus, "ActivateAction", {QStringLiteral("settings"), QVariantList(), QVariantMap()}));
     QVERIFY(waitUntil([] { return isWindowShown(QStringLiteral("Tidewick Settings")); }));
     QVERIFY(quits(bus));
+}
+
+/// Otherwise a launcher shows that the program is starting until it runs out of patience: in the
+/// tray, the program has no window whose appearance would tell.
+void TestActivation::tellsTheLauncherThatItHasStarted()
+{
+    const XServer display;
+    const SessionBus bus;
+    const TrayWatcherService tray(bus.connection());
+    LaunchMessages messages;
+    const ProcessEnvironment first{{"DESKTOP_STARTUP_ID", "launcher/first \"one\"_TIME1"}};
+    LaunchedApplication application(m_bundle, "speed=20 state=full", first);
+    QVERIFY(waitUntil(
+        [&] { return messages.contain("remove: ID=\"launcher/first \\\"one\\\"_TIME1\""); }));
+    QVERIFY(waitUntil([&] { return application.node().has_value(); }));
+    QVERIFY(!isWindowShown(QStringLiteral("Live Ledger")));
+
+    LaunchedApplication second(m_bundle, {}, {{"DESKTOP_STARTUP_ID", "launcher/second_TIME2"}});
+    QVERIFY(second.process().waitForEnd());
+    QVERIFY(waitUntil([&] { return messages.contain("remove: ID=\"launcher/second_TIME2\""); }));
+    QVERIFY(isWindowShown(QStringLiteral("Live Ledger")));
+
+    const QVariantMap third{{QStringLiteral("desktop-startup-id"), QStringLiteral("third_TIME3")}};
+    QVERIFY(call(bus, "ActivateAction", {QStringLiteral("settings"), QVariantList(), third}));
+    QVERIFY(waitUntil([&] { return messages.contain("remove: ID=\"third_TIME3\""); }));
+    QVERIFY(application.endsWell(SIGTERM));
 }
 
 void TestActivation::quitsAtOnce()

@@ -129,14 +129,15 @@ void TestAppearance::startsAsThePortalSays()
     Portal portal(m_bus.connection(), schemeOf(scheme));
     const Appearance appearance;
     QVERIFY(waitUntil([&] { return appearance.isDark() == expected && portal.isAsked(); }));
+    QCOMPARE(appearance.isStated(), scheme == 1 || scheme == 2);
 }
 
 void TestAppearance::followsThePortal()
 {
     Portal portal(m_bus.connection(), schemeOf(2));
     const Appearance appearance;
+    QVERIFY(waitUntil([&] { return appearance.isStated() && portal.isAsked(); }));
     QSignalSpy changes(&appearance, &Appearance::changed);
-    QVERIFY(waitUntil([&] { return portal.isAsked(); })); // its next signal comes after the reply
     portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 1U);
     QVERIFY(waitUntil([&] { return appearance.isDark(); }));
     portal.change(QString::fromLatin1(group), QStringLiteral("accent-color"), 0U);
@@ -252,8 +253,8 @@ void TestAppearance::reducedMotionFollowsThePortal()
     QFETCH(QVariant, moving);
     Portal portal(m_bus.connection(), schemeOf(2));
     const Appearance appearance;
+    QVERIFY(waitUntil([&] { return appearance.isStated() && portal.isAsked(); }));
     QSignalSpy changes(&appearance, &Appearance::changed);
-    QVERIFY(waitUntil([&] { return portal.isAsked(); }));
     QVERIFY(!appearance.isStill());
     portal.change(itsGroup, itsKey, still);
     QVERIFY(waitUntil([&] { return appearance.isStill(); }));

@@ -3,6 +3,7 @@
 
 #include "desktop/SingleInstance.h"
 
+#include "desktop/StartupNotification.h"
 #include "platform/files/Folders.h"
 
 #include <QDBusAbstractAdaptor>
@@ -21,26 +22,39 @@ namespace {
 
 constexpr const char *objectPath = "/org/tidewick/Tidewick";
 const QString activationToken = QStringLiteral("activation-token");
+const QString startupId = QStringLiteral("desktop-startup-id");
 constexpr const char *interfaceName = "org.freedesktop.Application";
 /// If the main thread of the first instance does not answer within this time, waiting longer does
 /// not help the user.
 constexpr int answerLimitMs = 3000;
 
-/// The token that a launcher passed to this process, so that a window of the first instance may
-/// take the focus.
-QVariantMap platformData()
+/// What a launcher has passed to this process, so that a window of the first instance may take the
+/// focus.
+QVariantMap platformData(const QByteArray &launch)
 {
+    QVariantMap data;
     const QString token = qEnvironmentVariable("XDG_ACTIVATION_TOKEN");
-    return token.isEmpty() ? QVariantMap() : QVariantMap{{activationToken, token}};
+    if (!token.isEmpty())
+        data.insert(activationToken, token);
+    if (!launch.isEmpty())
+        data.insert(startupId, QString::fromUtf8(launch));
+    return data;
 }
 
 /// Puts the token into the environment, where Qt looks for it when the next window requests the
-/// focus.
+/// focus. Launchers with GLib before 2.76 pass the token as the identifier of the launch.
 void takeActivationToken(const QVariantMap &platformData)
 {
-    const QString token = platformData.value(activationToken).toString();
+    const QString id = platformData.value(startupId).toString();
+    const QString token = platformData.value(activationToken, id).toString();
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+}
+
+/// To be called when the windows that were asked for are there.
+void finishLaunch(const QVariantMap &platformData)
+{
+    StartupNotification::finish(platformData.value(startupId).toString().toUtf8());
 }
 
 std::filesystem::path lockFile()
@@ -81,8 +95,9 @@ private:
     SingleInstance *m_instance;
 };
 
-SingleInstance::SingleInstance()
-    : m_isStartedByBus(qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS"))
+SingleInstance::SingleInstance(QByteArray launch)
+    : m_launch(std::move(launch)),
+      m_isStartedByBus(qEnvironmentVariableIsSet("DBUS_STARTER_BUS_TYPE"))
 {
     new ApplicationAdaptor(this);
 }
@@ -107,7 +122,10 @@ SingleInstance::Claim SingleInstance::claim()
         ownsName = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
     }
     // Owning the name is enough if there is nowhere to create the lock file.
-    return takeLock(ownsName) ? Claim::First : Claim::Refused;
+    if (!takeLock(ownsName))
+        return Claim::Refused;
+    StartupNotification::finish(m_launch);
+    return Claim::First;
 }
 
 /// Without an address, the D-Bus library would start a bus of its own, which no other program uses.
@@ -147,7 +165,7 @@ std::optional<SingleInstance::Claim> SingleInstance::tellFirst()
     QDBusMessage call =
         QDBusMessage::createMethodCall(QLatin1String(name), QLatin1String(objectPath),
                                        QLatin1String(interfaceName), QStringLiteral("Activate"));
-    call.setArguments({platformData()});
+    call.setArguments({platformData(m_launch)});
     call.setAutoStartService(false);
     const QDBusMessage answer =
         QDBusConnection::sessionBus().call(call, QDBus::Block, answerLimitMs);
@@ -169,6 +187,7 @@ void SingleInstance::activate(const QVariantMap &platformData)
         emit launched();
     else
         emit activated();
+    finishLaunch(platformData);
 }
 
 void SingleInstance::activateAction(const QString &action, const QVariantMap &platformData)
@@ -178,6 +197,7 @@ void SingleInstance::activateAction(const QString &action, const QVariantMap &pl
     takeActivationToken(platformData);
     m_isStartedByBus = false;
     emit actionActivated(action);
+    finishLaunch(platformData);
 }
 
 bool SingleInstance::isRefused() const

@@ -21,6 +21,9 @@ public:
 
     bool isDark() const { return m_dark; }
 
+    /// Whether the portal has stated that preference.
+    bool isStated() const { return m_stated; }
+
     /// Whether nothing may move by itself.
     bool isStill() const { return m_still; }
 
@@ -40,6 +43,7 @@ private:
     /// The portal's answers by key: no key that counts here exists in two groups.
     QHash<QString, QVariant> m_settings;
     bool m_dark = false;
+    bool m_stated = false;
     bool m_still = false;
 };
 

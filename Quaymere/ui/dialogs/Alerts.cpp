@@ -29,6 +29,11 @@ void Alerts::showError(const QString &text)
     bringForward(*m_error);
 }
 
+void Alerts::offerCopy(const QString &title, const QString &text)
+{
+    showError(title + text);
+}
+
 void Alerts::bringQuestionForward()
 {
     if (m_question && m_question->isVisible())

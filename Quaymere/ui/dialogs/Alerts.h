@@ -28,6 +28,9 @@ public:
     /// replaced.
     void showError(const QString &text);
 
+    /// Shows a text that could not be copied without the user's help.
+    void offerCopy(const QString &title, const QString &text);
+
     /// Asks before something that cannot be undone, one question at a time. Returns true only for
     /// the accepting button, not for Escape or for closing the alert.
     QCoro::Task<bool> confirm(Confirmation question);

@@ -96,17 +96,18 @@ void Appearance::takeSetting(const QString &group, const QString &key, const QDB
 void Appearance::decide()
 {
     const uint scheme = m_settings.value(schemeKey).toUInt();
-    bool dark = QGuiApplication::palette().color(QPalette::Window).lightness() < 128;
-    if (scheme == preferDark || scheme == preferLight)
-        dark = scheme == preferDark;
+    const bool stated = scheme == preferDark || scheme == preferLight;
+    const QColor ground = QGuiApplication::palette().color(QPalette::Window);
+    const bool dark = stated ? scheme == preferDark : ground.lightness() < 128;
     bool isNumber = false;
     const double duration = m_settings.value(kdeDurationKey).toDouble(&isNumber);
     const bool still = m_settings.value(motionKey).toUInt() == 1
                        || !m_settings.value(gnomeAnimationsKey, true).toBool()
                        || (isNumber && duration == 0);
 
-    const bool same = dark == m_dark && still == m_still;
+    const bool same = dark == m_dark && stated == m_stated && still == m_still;
     m_dark = dark;
+    m_stated = stated;
     m_still = still;
     if (!same)
         emit changed();
