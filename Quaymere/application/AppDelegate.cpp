@@ -19,8 +19,8 @@ constexpr std::chrono::milliseconds longestWait = 100s;
 
 } // namespace
 
-AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
-    : QObject(parent), m_deathWatch(deathWatch), m_otherNode(QStringLiteral("xrpld.service")),
+AppDelegate::AppDelegate(const Guards &guards, QObject *parent)
+    : QObject(parent), m_guards(guards), m_otherNode(QStringLiteral("xrpld.service")),
       m_node(NodeConfig::dataDirectory(), hostOfNode())
 {
     connect(&m_node, &NodeController::readyToTerminate, this, &AppDelegate::terminated);
@@ -32,14 +32,14 @@ AppDelegate::AppDelegate(const DeathWatch &deathWatch, QObject *parent)
 
 NodeHost AppDelegate::hostOfNode()
 {
-    NodeHost host(&m_deathWatch);
+    NodeHost host(&m_guards.deathWatch);
     host.hasCompany = [this, portAnswers = host.hasCompany] {
         m_otherNode.look();
         return m_otherNode.isActive() || portAnswers();
     };
-    host.spawn = [spawn = host.spawn](const ChildSpec &spec) {
+    host.spawn = [this, spawn = host.spawn](const ChildSpec &spec) {
         std::unique_ptr<ChildProcess> node = spawn(spec);
-        NodeScope::moveThere(node->id());
+        NodeScope::moveThere(node->id(), m_guards.supervisor);
         return node;
     };
     return host;
@@ -56,7 +56,7 @@ void AppDelegate::startWhenAlone()
     // A request to quit may have come first.
     if (m_terminating)
         return;
-    if (!m_deathWatch.isAlone() && !m_waited.hasExpired(longestWait.count())) {
+    if (!m_guards.deathWatch.isAlone() && !m_waited.hasExpired(longestWait.count())) {
         m_node.setStartBlocked(QStringLiteral("Waiting for the previous node to stop"));
         if (!m_lookAgain.isActive()) {
             m_lookAgain.start(lookInterval);

@@ -11,7 +11,19 @@
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
+
+#include <sys/types.h>
+
 namespace tidewick {
+
+/// The processes that outlive the application for its node's sake.
+struct Guards
+{
+    /// Must outlive the application.
+    const DeathWatch &deathWatch;
+    std::optional<pid_t> supervisor;
+};
 
 /// Owns the only NodeController of the process. Starts the node once the application has launched
 /// and delays quitting until the node has ended: the application never leaves a node running and
@@ -25,7 +37,7 @@ public:
 
     /// Creates the controller for the user's data directory. The application counts as launched
     /// once the event loop runs.
-    explicit AppDelegate(const DeathWatch &deathWatch, QObject *parent = nullptr);
+    explicit AppDelegate(const Guards &guards, QObject *parent = nullptr);
 
     NodeController &node() { return m_node; }
 
@@ -52,7 +64,7 @@ private:
     void startWhenAlone();
     NodeHost hostOfNode();
 
-    const DeathWatch &m_deathWatch;
+    const Guards m_guards;
     /// The node that a package may have installed and started as a service.
     SystemService m_otherNode;
     NodeController m_node;

@@ -32,7 +32,7 @@ int runAs(char **argv, const Supervisor &supervisor, const DeathWatch &deathWatc
     switch (instance.claim()) {
     case SingleInstance::Claim::First:
         supervisor.noteRunning();
-        return application.run(instance, deathWatch);
+        return application.run(instance, {deathWatch, supervisor.id()});
     case SingleInstance::Claim::ToldFirst:
         return EXIT_SUCCESS;
     case SingleInstance::Claim::Refused:

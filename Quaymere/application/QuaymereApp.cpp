@@ -24,9 +24,9 @@ QuaymereApp::QuaymereApp(int &argc, char **argv) : QApplication(argc, argv)
 
 QuaymereApp::~QuaymereApp() = default;
 
-int QuaymereApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
+int QuaymereApp::run(SingleInstance &instance, const Guards &guards)
 {
-    AppDelegate &delegate = m_appDelegate.emplace(deathWatch);
+    AppDelegate &delegate = m_appDelegate.emplace(guards);
     connect(&delegate, &AppDelegate::terminated, this, [] { exit(EXIT_SUCCESS); });
 
     DesktopFaces &faces = m_faces.emplace(delegate.node());

@@ -26,7 +26,7 @@ public:
     ~QuaymereApp() override;
 
     /// Runs as the only instance until the user quits. Returns the exit status of the process.
-    int run(SingleInstance &instance, const DeathWatch &deathWatch);
+    int run(SingleInstance &instance, const Guards &guards);
 
 protected:
     bool event(QEvent *event) override;

@@ -19,9 +19,9 @@ TerminalApp::TerminalApp(int &argc, char **argv) : QCoreApplication(argc, argv)
 
 TerminalApp::~TerminalApp() = default;
 
-int TerminalApp::run(SingleInstance &instance, const DeathWatch &deathWatch)
+int TerminalApp::run(SingleInstance &instance, const Guards &guards)
 {
-    AppDelegate &delegate = m_appDelegate.emplace(deathWatch);
+    AppDelegate &delegate = m_appDelegate.emplace(guards);
     connect(&delegate, &AppDelegate::terminated, this, [] { exit(EXIT_SUCCESS); });
 
     TerminalFace &face = m_face.emplace(STDOUT_FILENO);

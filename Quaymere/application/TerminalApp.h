@@ -25,7 +25,7 @@ public:
     ~TerminalApp() override;
 
     /// Runs as the only instance until it is asked to quit. Returns the exit status of the process.
-    int run(SingleInstance &instance, const DeathWatch &deathWatch);
+    int run(SingleInstance &instance, const Guards &guards);
 
 private:
     std::optional<AppDelegate> m_appDelegate;

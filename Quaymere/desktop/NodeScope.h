@@ -5,6 +5,8 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 #include <sys/types.h>
 
 /// The unit of the user's service manager to which a node belongs. A unit that a desktop or a
@@ -13,10 +15,11 @@
 /// closed its store.
 namespace tidewick::NodeScope {
 
-/// Moves the node to a scope of its own, unless Tidewick runs as one of the services that come with
-/// it. The manager waits for the node's end before it ends the scope, and does not signal the node
-/// before that has taken 105 s. Does not wait for the manager; without one, nothing changes.
-void moveThere(pid_t node);
+/// Moves the node and the supervisor to a scope of their own, unless Tidewick runs as one of the
+/// services that come with it. At a session's end, the manager waits for both, and does not signal
+/// them before that has taken 105 s; the application stays in its unit and is signalled. Returns
+/// before the manager has acted. Without a manager, nothing changes.
+void moveThere(pid_t node, std::optional<pid_t> supervisor);
 
 /// Whether a process with this /proc/PID/cgroup runs in a service that comes with Tidewick, which
 /// signals Tidewick alone.

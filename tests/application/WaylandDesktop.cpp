@@ -25,8 +25,15 @@ fs::path runtime()
     return qgetenv("XDG_RUNTIME_DIR").toStdString();
 }
 
-/// The compositor refuses to run as root, so for root it runs under a number that has no rights. It
-/// writes the names of its sockets to a file.
+/// The words that make root somebody else, in its own eyes, for the command that follows.
+std::vector<std::string> asCompositor()
+{
+    if (::geteuid() != 0)
+        return {};
+    return {"unshare", "--user", "--map-user=1000"};
+}
+
+/// The compositor writes the names of its sockets to a file.
 ChildSpec compositorSpec(const fs::path &names)
 {
     const std::string file = '\'' + names.string() + '\'';
@@ -38,9 +45,8 @@ ChildSpec compositorSpec(const fs::path &names)
                                         + file + ".new && mv " + file + ".new " + file + '\n'));
     ChildSpec spec;
     spec.executable = "/usr/bin/env";
-    spec.arguments = {"sway", "--config", runtime() / "compositor"};
-    if (::geteuid() == 0)
-        spec.arguments.insert(spec.arguments.begin(), {"unshare", "--user", "--map-user=1000"});
+    spec.arguments = asCompositor();
+    spec.arguments.insert(spec.arguments.end(), {"sway", "--config", runtime() / "compositor"});
     spec.environment["WLR_BACKENDS"] = "headless";
     spec.environment["WLR_LIBINPUT_NO_DEVICES"] = "1";
     spec.environment["WLR_RENDERER"] = "pixman";
@@ -88,6 +94,13 @@ bool isWindow(const QJsonObject &node, const QByteArray &title)
 }
 
 } // namespace
+
+bool WaylandDesktop::canRun()
+{
+    std::vector<std::string> words = asCompositor();
+    words.push_back("true");
+    return run(std::move(words)).status == 0;
+}
 
 WaylandDesktop::WaylandDesktop(const SessionBus &bus)
 {

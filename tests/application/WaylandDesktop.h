@@ -18,6 +18,9 @@ class WaylandDesktop
 {
 public:
     explicit WaylandDesktop(const SessionBus &bus);
+
+    /// Whether the compositor, which refuses to run as root, can run here.
+    static bool canRun();
     WaylandDesktop(const WaylandDesktop &) = delete;
     WaylandDesktop &operator=(const WaylandDesktop &) = delete;
     ~WaylandDesktop();

@@ -25,6 +25,7 @@ private slots:
     void signalsOnceWhenTheProgramIsKilled_data();
     void signalsOnceWhenTheProgramIsKilled();
     void signalsOnceWhenDestroyed();
+    void signalsOnceHoweverOftenTold();
     void killsAfterTheTimeout_data();
     void killsAfterTheTimeout();
     void laterProgramSeesTheLock();
@@ -85,6 +86,20 @@ void TestDeathWatch::signalsOnceWhenDestroyed()
     const QSignalSpy ended(child.get(), &ChildProcess::exited);
     watch.reset();
     QTRY_COMPARE(ended.size(), 1);
+    QCOMPARE(contentOf(output), "ready\ntold 1\n");
+}
+
+void TestDeathWatch::signalsOnceHoweverOftenTold()
+{
+    const std::filesystem::path output = m_folder.path() / "output";
+    std::optional<DeathWatch> watch(std::in_place);
+    ChildSpec spec = counting(output);
+    spec.deathWatch = &*watch;
+    const auto child = ChildProcess::start(spec);
+    QTRY_VERIFY(contentOf(output) == "ready\n");
+    child->terminate();
+    child->terminate();
+    watch.reset();
     QCOMPARE(contentOf(output), "ready\ntold 1\n");
 }
 

@@ -85,14 +85,17 @@ UnitProperty property(const char *name, const T &value)
     return {QString::fromLatin1(name), QDBusVariant(QVariant::fromValue(value))};
 }
 
-QDBusMessage requestFor(pid_t node)
+QDBusMessage requestFor(pid_t node, std::optional<pid_t> supervisor)
 {
+    QList<uint> processes{uint(node)};
+    if (supervisor)
+        processes += uint(*supervisor);
     QDBusMessage request = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.systemd1"), QStringLiteral("/org/freedesktop/systemd1"),
         QStringLiteral("org.freedesktop.systemd1.Manager"), QStringLiteral("StartTransientUnit"));
     const QList<UnitProperty> properties{
         property("Description", QStringLiteral("The node of Tidewick")),
-        property("PIDs", QList<uint>{uint(node)}),
+        property("PIDs", processes),
         // Without effect: Tidewick tells the node to stop.
         property("KillSignal", int(SIGCONT)),
         property("TimeoutStopUSec", quint64(timeToStop.count())),
@@ -116,14 +119,14 @@ bool NodeScope::isOwnService(const QByteArray &controlGroups)
     });
 }
 
-void NodeScope::moveThere(pid_t node)
+void NodeScope::moveThere(pid_t node, std::optional<pid_t> supervisor)
 {
     QFile groups(QStringLiteral("/proc/self/cgroup"));
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !groups.open(QFile::ReadOnly) || isOwnService(groups.readAll()))
         return;
     registerTypes();
-    auto *call = new QDBusPendingCallWatcher(bus.asyncCall(requestFor(node)), qApp);
+    auto *call = new QDBusPendingCallWatcher(bus.asyncCall(requestFor(node, supervisor)), qApp);
     QObject::connect(call, &QDBusPendingCallWatcher::finished, call, [call] {
         call->deleteLater();
         const QDBusError error = call->error();

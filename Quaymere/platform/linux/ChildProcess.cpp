@@ -258,7 +258,7 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const ChildSpec &spec)
         throw errorOf(*failure, spec);
     }
     return std::unique_ptr<ChildProcess>(
-        new ChildProcess(child, std::move(process), spec.deathWatch));
+        new ChildProcess(child, std::move(process), guarded ? spec.deathWatch : nullptr));
 }
 
 ChildProcess::ChildProcess(pid_t id, UniqueDescriptor process, const DeathWatch *deathWatch)
@@ -274,9 +274,8 @@ ChildProcess::~ChildProcess() = default;
 
 void ChildProcess::terminate()
 {
-    if (m_deathWatch)
-        m_deathWatch->noteTold(m_id);
-    send(SIGTERM);
+    if (!m_deathWatch || !m_deathWatch->terminate(m_id))
+        send(SIGTERM);
 }
 
 void ChildProcess::kill()

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstring>
 #include <optional>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -30,7 +31,7 @@ constexpr std::size_t mostGuarded = 8;
 /// The interval between checks whether the processes told to end have ended.
 constexpr std::chrono::milliseconds lookInterval{100};
 
-/// Names a process. With a descriptor, it is to be guarded; without one, other means are ending it.
+/// Names a process. With a descriptor, it is to be guarded; without one, it is to be told to end.
 struct Message
 {
     Message()
@@ -101,6 +102,13 @@ void closeOthers(int channel, int lock)
         ::close(descriptor);
 }
 
+/// Sends SIGTERM, but not a second time.
+void tell(Guarded &guarded)
+{
+    if (guarded.descriptor >= 0 && !std::exchange(guarded.isTold, true))
+        ::syscall(SYS_pidfd_send_signal, guarded.descriptor, SIGTERM, nullptr, 0U);
+}
+
 /// Handles the program's messages until it has gone. Returns the guarded processes.
 AllGuarded listen()
 {
@@ -108,8 +116,10 @@ AllGuarded listen()
     std::size_t next = 0;
     while (const auto word = receive(0)) {
         if (word->descriptor < 0) {
-            for (Guarded &known : all)
-                known.isTold |= known.id == word->id;
+            for (Guarded &known : all) {
+                if (known.id == word->id)
+                    tell(known);
+            }
             continue;
         }
         if (all[next].descriptor >= 0)
@@ -118,14 +128,6 @@ AllGuarded listen()
         next = (next + 1) % all.size();
     }
     return all;
-}
-
-void send(const AllGuarded &all, int number)
-{
-    for (const Guarded &left : all) {
-        if (left.descriptor >= 0 && !(number == SIGTERM && left.isTold))
-            ::syscall(SYS_pidfd_send_signal, left.descriptor, number, nullptr, 0U);
-    }
 }
 
 bool haveEnded(const AllGuarded &all)
@@ -140,12 +142,15 @@ bool haveEnded(const AllGuarded &all)
 {
     standApart();
     closeOthers(channel, lock);
-    const AllGuarded all = listen();
-    send(all, SIGTERM);
+    AllGuarded all = listen();
+    std::for_each(all.begin(), all.end(), tell);
     const ContinuousClock::time_point deadline = ContinuousClock::now() + patience;
     while (!haveEnded(all) && ContinuousClock::now() < deadline)
         ::poll(nullptr, 0, static_cast<int>(lookInterval.count()));
-    send(all, SIGKILL);
+    for (const Guarded &left : all) {
+        if (left.descriptor >= 0)
+            ::syscall(SYS_pidfd_send_signal, left.descriptor, SIGKILL, nullptr, 0U);
+    }
     ::_exit(0);
 }
 
@@ -207,10 +212,9 @@ bool DeathWatch::isAlone() const
     return !m_lock || ::flock(m_lock.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
-void DeathWatch::noteTold(pid_t id) const
+bool DeathWatch::terminate(pid_t id) const
 {
-    if (m_channel)
-        (void)!::send(m_channel.get(), &id, sizeof id, MSG_NOSIGNAL);
+    return m_channel && ::send(m_channel.get(), &id, sizeof id, MSG_NOSIGNAL) > 0;
 }
 
 } // namespace tidewick

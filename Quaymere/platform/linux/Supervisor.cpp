@@ -72,8 +72,10 @@ Supervisor::Supervisor()
         return;
     }
     m_read.reset();
-    if (m_application == 0)
+    if (m_application == 0) {
+        m_id = parent;
         endWithParent(parent);
+    }
     ::sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 

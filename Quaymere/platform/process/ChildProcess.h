@@ -77,7 +77,7 @@ public:
 
     pid_t id() const { return m_id; }
 
-    /// Sends SIGTERM; harmless when the child has ended.
+    /// Sends SIGTERM, if the child is guarded only once; harmless when the child has ended.
     void terminate();
     /// Sends SIGKILL; harmless when the child has ended.
     void kill();

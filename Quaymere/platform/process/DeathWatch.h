@@ -39,9 +39,10 @@ public:
     /// possible.
     bool guard(int process, pid_t id) const;
 
-    /// Records that a process is being told to end by other means, so that it does not receive
-    /// SIGTERM twice.
-    void noteTold(pid_t id) const;
+    /// Has the watchdog process send SIGTERM to the guarded process, unless it has done so before.
+    /// Whatever happens to this program meanwhile, the process receives the signal exactly once.
+    /// Returns false if the watchdog process has gone.
+    bool terminate(pid_t id) const;
 
     /// Takes the lock. Returns false if an earlier instance of the program has left child processes
     /// that its watchdog process still waits for. If that cannot be determined, assumes that they

@@ -5,6 +5,8 @@
 
 #include "platform/files/Files.h"
 
+#include <optional>
+
 #include <sys/types.h>
 
 namespace tidewick {
@@ -35,6 +37,9 @@ public:
     /// Whether this is the process of the application.
     bool isApplication() const { return m_application <= 0; }
 
+    /// For the application: the supervisor's process, if it has one.
+    std::optional<pid_t> id() const { return m_id; }
+
     /// For the application: from now on it exits with 0 or because the display has gone.
     void noteRunning() const;
 
@@ -49,6 +54,7 @@ public:
 private:
     /// 0 in the application, -1 without a supervisor.
     pid_t m_application = -1;
+    std::optional<pid_t> m_id;
     UniqueDescriptor m_read;
     UniqueDescriptor m_write;
 };
