@@ -162,6 +162,7 @@ void DesktopFaces::followAppearance()
     QApplication::setPalette(m_appearance.isStated() ? controlPalette(m_appearance.isDark())
                                                      : QPalette());
     m_icon.setColor(m_appearance.isDark() ? StatusIcon::onDarkPanel() : StatusIcon::onLightPanel());
+    m_alerts.setDark(m_appearance.isDark());
     if (m_panel)
         m_panel->setDark(m_appearance.isDark());
     updateIcon();

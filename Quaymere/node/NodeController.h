@@ -30,7 +30,10 @@ namespace tidewick {
 struct Confirmation
 {
     QString title;
+    /// What will be done to the folder or file below.
     QString text;
+    QString path;
+    QString consequence;
     QString acceptLabel;
     QString rejectLabel;
 };

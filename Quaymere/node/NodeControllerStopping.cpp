@@ -89,9 +89,10 @@ QCoro::Task<> NodeController::confirmAndClear(TaskToken token)
 {
     Confirmation question;
     question.title = QStringLiteral("Clear Storage?");
-    question.text = QStringLiteral("This deletes %1 at\n%2\n\n"
-                                   "The next Start downloads the ledger from the network again.")
-                        .arg(ByteCount::text(m_store.size()), Files::display(m_store.path()));
+    question.text = QStringLiteral("This deletes %1 at").arg(ByteCount::text(m_store.size()));
+    question.path = Files::display(m_store.path());
+    question.consequence =
+        QStringLiteral("The next Start downloads the ledger from the network again.");
     question.acceptLabel = QStringLiteral("Delete");
     question.rejectLabel = QStringLiteral("Cancel");
     // A copy, which keeps the callback's captures alive until it has answered.

@@ -37,7 +37,8 @@ MenuHost desktopMenuHost(Windows &windows, Alerts &alerts, Windows::OpenUrl open
     return {
         .openUrl = std::move(openUrl),
         .openWindow = [&windows](const QString &identifier) { windows.open(identifier); },
-        .showError = [&alerts](const QString &text) { alerts.showError(text); },
+        .showError = [&alerts](const QString &text,
+                               const QString &advice) { alerts.showError(text, advice); },
         .bringQuestionForward = [&alerts] { alerts.bringQuestionForward(); },
         .copy = copy,
     };

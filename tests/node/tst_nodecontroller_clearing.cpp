@@ -82,10 +82,11 @@ void TestNodeControllerClearing::clearAsks()
     QCOMPARE(user.questions(), 1);
     QCOMPARE(user.last().title, QStringLiteral("Clear Storage?"));
     QCOMPARE(user.last().text,
-             QStringLiteral("This deletes %1 at\n%2\n\n"
-                            "The next Start downloads the ledger from the network again.")
-                 .arg(ByteCount::text(allocatedBytes(m_rig->data() / "db" / "file")),
-                      QString::fromStdString((m_rig->data() / "db").string())));
+             QStringLiteral("This deletes %1 at")
+                 .arg(ByteCount::text(allocatedBytes(m_rig->data() / "db" / "file"))));
+    QCOMPARE(user.last().path, QString::fromStdString((m_rig->data() / "db").string()));
+    QCOMPARE(user.last().consequence,
+             QStringLiteral("The next Start downloads the ledger from the network again."));
     QCOMPARE(user.last().acceptLabel, QStringLiteral("Delete"));
     QCOMPARE(user.last().rejectLabel, QStringLiteral("Cancel"));
     user.answer(false);

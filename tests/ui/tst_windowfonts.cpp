@@ -6,7 +6,7 @@
 #include "ui/FormRig.h"
 #include "ui/TestFonts.h"
 #include "ui/about/AboutWindow.h"
-#include "ui/dialogs/ErrorAlert.h"
+#include "ui/dialogs/AlertRig.h"
 #include "ui/ledger/LedgerRig.h"
 #include "ui/panel/PanelRig.h"
 
@@ -34,8 +34,8 @@ private slots:
     void ledger();
     void ledgerAtMinimumSize_data() { addTestFonts(); }
     void ledgerAtMinimumSize();
-    void errorAlert_data() { addTestFonts(); }
-    void errorAlert();
+    void alerts_data() { addTestFonts(); }
+    void alerts();
 
 private:
     static void useTestFont();
@@ -134,14 +134,20 @@ void TestWindowFonts::ledgerAtMinimumSize()
     QCOMPARE(flawsOf(rig.window), QString());
 }
 
-void TestWindowFonts::errorAlert()
+void TestWindowFonts::alerts()
 {
     useTestFont();
-    ErrorAlert alert;
-    alert.setText(highAndLow);
-    alert.setAttribute(Qt::WA_DeleteOnClose, false);
-    showActive(alert);
-    QCOMPARE(flawsOf(alert), QString());
+    {
+        AlertRig rig;
+        rig.alerts.showError(highAndLow + QStringLiteral("\n\n") + highAndLow, highAndLow);
+        shownAlert()->setBoundByScreen(false);
+        QCOMPARE(flawsOf(*shownAlert()), QString());
+    }
+    AlertRig rig;
+    rig.ask({highAndLow, highAndLow, highAndLow, highAndLow, QStringLiteral("ÅÇ"),
+             QStringLiteral("gj")});
+    shownAlert()->setBoundByScreen(false);
+    QCOMPARE(flawsOf(*shownAlert()), QString());
 }
 
 TIDEWICK_GUI_TEST_MAIN(TestWindowFonts)

@@ -42,6 +42,8 @@ void FittedWindow::ensureVisible(QWidget *part)
     m_area->ensureWidgetVisible(part);
 }
 
+void FittedWindow::adaptContent(QSize) {}
+
 void FittedWindow::fitContent(int width)
 {
     m_content->resize(width, m_content->heightForWidth(width));
@@ -88,6 +90,7 @@ void FittedWindow::fit()
     const QSize room = m_isBoundByScreen ? screen()->availableSize() - frame
                                          : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     const int width = std::min(wantedWidth(), std::max(1, room.width()));
+    adaptContent({width, room.height()});
     setFixedSize(width,
                  std::clamp(m_content->heightForWidth(width), 1, std::max(1, room.height())));
     fillWindow();

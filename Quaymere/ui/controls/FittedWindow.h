@@ -33,6 +33,10 @@ protected:
     /// The width for the content, if the screen is that wide.
     virtual int wantedWidth() const = 0;
 
+    /// Called before the content is measured. A subclass with parts that scroll by themselves
+    /// lowers them here, so that the content fits this size if it can.
+    virtual void adaptContent(QSize room);
+
     /// Resizes the content to this width and to the height that it needs for it.
     virtual void fitContent(int width);
 

@@ -30,7 +30,7 @@ void PushButton::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     ControlPaint::control(painter, *this, isDown());
-    painter.setPen(palette().color(QPalette::ButtonText));
+    painter.setPen(palette().color(foregroundRole()));
     painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
 }
 

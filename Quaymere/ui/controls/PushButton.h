@@ -7,7 +7,7 @@
 
 namespace tidewick {
 
-/// A push button in a card.
+/// A push button in a card or dialog, with its text in the colour of its foreground role.
 class PushButton : public Button
 {
     Q_OBJECT

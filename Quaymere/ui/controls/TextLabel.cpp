@@ -28,10 +28,11 @@ struct TextStyle
     /// The preferred line length, in characters, of a text that normally wraps; 0 for a text that
     /// asks for a single line.
     int letters = 0;
+    bool isFixedWidth = false;
 };
 
 /// In the order of TextLabel::Look.
-constexpr std::array<TextStyle, 11> styles{{
+constexpr std::array<TextStyle, 14> styles{{
     {QPalette::WindowText, 1.45, QFont::Bold},
     {QPalette::PlaceholderText, 1, QFont::Normal, 1, fewLetters},
     {QPalette::WindowText, 1.06, QFont::DemiBold},
@@ -43,6 +44,9 @@ constexpr std::array<TextStyle, 11> styles{{
     {QPalette::PlaceholderText},
     {QPalette::WindowText, 1, QFont::Normal, 1, fewLetters},
     {QPalette::Text, 1, QFont::Normal, 1, fewLetters},
+    {QPalette::WindowText, 1.12, QFont::Bold, 1, fewLetters},
+    {QPalette::WindowText, 1, QFont::Normal, 1.2, fewLetters, true},
+    {QPalette::WindowText, 1, QFont::Normal, 1.2, fewLetters},
 }};
 
 const TextStyle &styleOf(TextLabel::Look look)
@@ -118,9 +122,11 @@ void TextLabel::changeEvent(QEvent *event)
 
 void TextLabel::takeFont()
 {
-    QFont look = TextScale::resized(font(), styleOf(m_look).size);
-    if (styleOf(m_look).weight != QFont::Normal)
-        look.setWeight(styleOf(m_look).weight);
+    const TextStyle &style = styleOf(m_look);
+    const QFont base = style.isFixedWidth ? TextScale::fixedWidth(font()) : font();
+    QFont look = TextScale::resized(base, style.size);
+    if (style.weight != QFont::Normal)
+        look.setWeight(style.weight);
     m_text.setFont(look);
 }
 

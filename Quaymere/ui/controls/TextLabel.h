@@ -28,6 +28,9 @@ public:
         Name,      ///< the label of a figure
         Figure,    ///< beside a name
         Value,     ///< at the end of a row
+        Message,   ///< the first line of a dialog
+        Path,      ///< a file or folder, in a fixed-width font
+        Advice,    ///< advice, in a box
     };
 
     TextLabel(Look look, const QString &text, QWidget *parent);

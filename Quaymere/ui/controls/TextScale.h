@@ -14,6 +14,9 @@ int scaled(const QFont &font, int points);
 /// Returns the font scaled by a factor, whether its size is set in points or pixels.
 QFont resized(const QFont &font, qreal factor);
 
+/// Returns the system's fixed-width font in the size that goes with a text in this font.
+QFont fixedWidth(const QFont &font);
+
 /// Returns the font's line height in whole pixels. The result is the same at every device pixel
 /// ratio, even with Qt 6.8, which rounds the metrics of hinted fonts at ratio 1.
 int fontHeight(const QFont &font);

@@ -8,7 +8,6 @@
 #include "ui/controls/TextScale.h"
 
 #include <QEvent>
-#include <QFontDatabase>
 
 #include <cmath>
 #include <memory>
@@ -69,13 +68,7 @@ void VerbatimText::changeEvent(QEvent *event)
 /// no font set.
 void VerbatimText::takeFont()
 {
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const QFont size = TextScale::resized(font(), 0.92);
-    if (size.pixelSize() > 0)
-        fixed.setPixelSize(size.pixelSize());
-    else
-        fixed.setPointSizeF(size.pointSizeF());
-    document()->setDefaultFont(fixed);
+    document()->setDefaultFont(TextScale::fixedWidth(font()));
     document()->setDocumentMargin(TextScale::scaled(font(), ControlMetrics::rowPadding));
     updateGeometry();
 }

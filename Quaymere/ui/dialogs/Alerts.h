@@ -4,14 +4,13 @@
 #pragma once
 
 #include "node/NodeController.h"
+#include "ui/icon/StatusIcon.h"
 
 #include <QPointer>
 
-class QMessageBox;
-
 namespace tidewick {
 
-class ErrorAlert;
+class Dialog;
 
 /// The alerts of the application. They run no event loop themselves, and all of their text is
 /// plain. Main thread only.
@@ -24,11 +23,15 @@ public:
     /// Closes all open alerts. An open question is answered with no.
     ~Alerts();
 
-    /// Shows the text of an error, however long. If an earlier error is still open, its text is
-    /// replaced.
-    void showError(const QString &text);
+    /// Sets the dark or the light look of open and later alerts; light is the default.
+    void setDark(bool dark);
 
-    /// Shows a text that could not be copied without the user's help.
+    /// Shows the text of an error, however long, and advice on it if there is any. The text after
+    /// the first blank line is shown as a log. An earlier error that is still open is replaced.
+    void showError(const QString &text, const QString &advice = {});
+
+    /// Offers a text for copying, on desktops where only a window with the focus can copy. An
+    /// earlier offer that is still open is replaced.
     void offerCopy(const QString &title, const QString &text);
 
     /// Asks before something that cannot be undone, one question at a time. Returns true only for
@@ -39,8 +42,16 @@ public:
     void bringQuestionForward();
 
 private:
-    QPointer<ErrorAlert> m_error;
-    QPointer<QMessageBox> m_question;
+    Dialog *makeDialog(const StatusIcon::Badge &badge, int width);
+    Dialog *makeQuestion(const Confirmation &question);
+
+    StatusIcon m_icon;
+    bool m_dark = false;
+    QString m_errorText;
+    QString m_offeredText;
+    QPointer<Dialog> m_error;
+    QPointer<Dialog> m_offer;
+    QPointer<Dialog> m_question;
 };
 
 } // namespace tidewick

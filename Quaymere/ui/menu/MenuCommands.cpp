@@ -44,9 +44,7 @@ void MenuCommands::run(MenuCommand command)
     case MenuCommand::CopyServerInfo:
         return copyServerInfo();
     case MenuCommand::ShowError:
-        if (const auto error = m_node.status().errorText)
-            m_host.showError(*error);
-        return;
+        return showError();
     case MenuCommand::LiveLedger:
         return m_host.openWindow(QStringLiteral("ledger"));
     case MenuCommand::Settings:
@@ -70,6 +68,13 @@ void MenuCommands::open(const QUrl &url) const
 void MenuCommands::openPath(const std::filesystem::path &path) const
 {
     open(FileBrowser::url(path));
+}
+
+void MenuCommands::showError() const
+{
+    const NodeStatus &status = m_node.status();
+    if (status.errorText)
+        m_host.showError(*status.errorText, status.advice ? status.advice->text : QString());
 }
 
 void MenuCommands::copyServerInfo() const

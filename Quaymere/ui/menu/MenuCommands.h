@@ -20,7 +20,8 @@ struct MenuHost
     std::function<bool(const QUrl &)> openUrl;
     /// Opens a window by its identifier, or brings it forward.
     std::function<void(const QString &)> openWindow;
-    std::function<void(const QString &text)> showError;
+    /// Shows an error and, unless it is empty, advice on it.
+    std::function<void(const QString &text, const QString &advice)> showError;
     /// Brings forward a question that was asked earlier and may be hidden by now.
     std::function<void()> bringQuestionForward;
     std::function<void(const QString &text)> copy;
@@ -43,6 +44,7 @@ signals:
 private:
     void open(const QUrl &url) const;
     void openPath(const std::filesystem::path &path) const;
+    void showError() const;
     void copyServerInfo() const;
 
     NodeController &m_node;

@@ -110,6 +110,9 @@ void TestFormLook::textsStandOut()
     const QColor fill = colors.color(QPalette::AlternateBase);
     const QColor pressed = over(fill, over(fill, colors.color(QPalette::Button)));
     QVERIFY(contrast(colors.color(QPalette::ButtonText), pressed) >= 4.5);
+    const QColor hovered = over(fill, colors.color(QPalette::Button));
+    QVERIFY(contrast(colors.color(QPalette::BrightText), hovered) >= 4.5);
+    QVERIFY(onGround(QPalette::WindowText, QPalette::ToolTipBase) >= 4.5);
     // Non-text elements need less contrast.
     QVERIFY(onGround(QPalette::Link, QPalette::Base) >= 3);
     QVERIFY(onGround(QPalette::PlaceholderText, QPalette::Button) >= 3);

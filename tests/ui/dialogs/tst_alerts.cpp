@@ -2,209 +2,367 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Surroundings.h"
-#include "ui/dialogs/Alerts.h"
+#include "ui/FormRig.h"
+#include "ui/dialogs/AlertRig.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QLabel>
-#include <QMessageBox>
-#include <QPlainTextEdit>
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QPointer>
-#include <QPushButton>
-#include <QScreen>
 #include <QScrollBar>
+#include <QTextEdit>
 
 using namespace tidewick;
 
+/// What the alerts say, and what becomes of the user's answers.
 class TestAlerts : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init() { m_alerts = std::make_unique<Alerts>(); }
-    void cleanup() { m_alerts.reset(); }
-
     void errorIsShownInFull();
-    void hugeErrorFitsTheScreen();
+    void errorWithoutALog();
+    void longErrorIsALog();
+    void errorHasAdviceIfThereIsSome();
     void errorTextCanBeSelected();
+    void errorCanBeCopied();
     void secondErrorReplacesTheFirst();
+    void errorCloses_data() { addWaysToClose(); }
+    void errorCloses();
 
     void questionShowsItsTexts();
-    void markupIsPlainText();
+    void acceptIsYes_data();
     void acceptIsYes();
-    void everythingElseIsNo_data();
+    void everythingElseIsNo_data() { addWaysToClose(); }
     void everythingElseIsNo();
+    void heldReturnIsNoAnswer();
     void quittingIsNo();
+    void questionComesForward();
+
+    void offersATextToCopy();
+    void offerCloses_data() { addWaysToClose(); }
+    void offerCloses();
+    void secondOfferReplacesTheFirst();
+
+    void markupIsPlainText();
+    void tellsScreenReaders();
     void accessibilityForgetsTheQuestion();
 
 private:
-    void ask(const QString &text);
-
-    std::unique_ptr<Alerts> m_alerts;
-    std::optional<bool> m_answer;
+    static void addWaysToClose();
+    static void closeAlert(const char *buttonText);
 };
 
 namespace {
 
-template <typename Window>
-Window *onlyWindow()
-{
-    Window *found = nullptr;
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *window = qobject_cast<Window *>(widget); window && window->isVisible()) {
-            if (found)
-                return nullptr;
-            found = window;
-        }
-    }
-    return found;
-}
+const QString logText =
+    QStringLiteral("<b>a</b> & b\n  a line that is "
+                   "far too long for the width of the alert, and does not wrap, "
+                   "so that columns stay below each other\nlast line");
+const QString error = QStringLiteral("The node exited unexpectedly (exit status 3).\n\n") + logText;
 
-QPlainTextEdit *errorText()
+/// Sends a key to the alert's window, as the window system does.
+void press(Qt::Key key)
 {
-    auto *alert = onlyWindow<QDialog>();
-    return alert ? alert->findChild<QPlainTextEdit *>() : nullptr;
-}
-
-QPushButton *button(const QString &text)
-{
-    for (QPushButton *button : onlyWindow<QMessageBox>()->findChildren<QPushButton *>()) {
-        if (button->text() == text)
-            return button;
-    }
-    return nullptr;
+    showActive(*shownAlert());
+    QTest::keyClick(shownAlert()->windowHandle(), key);
 }
 
 } // namespace
 
-void TestAlerts::ask(const QString &text)
+void TestAlerts::addWaysToClose()
 {
-    m_answer.reset();
-    Confirmation question;
-    question.title = QStringLiteral("Clear Storage?");
-    question.text = text;
-    question.acceptLabel = QStringLiteral("Delete");
-    question.rejectLabel = QStringLiteral("Cancel");
-    [](Alerts &alerts, Confirmation asked, std::optional<bool> &answer) -> QCoro::Task<> {
-        answer = co_await alerts.confirm(std::move(asked));
-    }(*m_alerts, question, m_answer);
-    QVERIFY(onlyWindow<QMessageBox>());
-    QVERIFY(!m_answer);
+    QTest::addColumn<QByteArray>("how");
+    for (const char *how : {"button", "Escape", "Return", "Return in the text", "close"})
+        QTest::newRow(how) << QByteArray(how);
+}
+
+/// Closes the shown alert in the row's way: with this button, for example.
+void TestAlerts::closeAlert(const char *buttonText)
+{
+    QFETCH(QByteArray, how);
+    CardWindow *alert = shownAlert();
+    if (how == "button") {
+        QTest::mouseClick(button(*alert, buttonText), Qt::LeftButton);
+    } else if (how == "Escape") {
+        press(Qt::Key_Escape);
+    } else if (how == "Return") {
+        press(Qt::Key_Return);
+    } else if (how == "Return in the text") {
+        if (auto *text = alert->findChild<QTextEdit *>(); text && text->isVisible())
+            text->setFocus();
+        else
+            alert->focusWidget()->clearFocus();
+        press(Qt::Key_Enter);
+    } else {
+        alert->close();
+    }
 }
 
 void TestAlerts::errorIsShownInFull()
 {
-    const QString text = QStringLiteral("The node exited unexpectedly (exit status 3).\n\n"
-                                        "<b>a</b> & b\nlast line");
-    m_alerts->showError(text);
-    QVERIFY(errorText());
-    QCOMPARE(errorText()->toPlainText(), text);
-    QCOMPARE(errorText()->verticalScrollBar()->maximum(), 0); // nothing to scroll to
-    auto *ok = onlyWindow<QDialog>()->findChild<QPushButton *>();
-    QVERIFY(ok->isDefault());
-    QTest::keyClick(ok, Qt::Key_Return);
-    QVERIFY(!onlyWindow<QDialog>());
+    AlertRig rig;
+    rig.alerts.showError(error);
+    QCOMPARE(shownAlert()->windowTitle(), QStringLiteral("Tidewick"));
+    QCOMPARE(alertTexts(),
+             QStringList({QStringLiteral("Node error"),
+                          QStringLiteral("The node exited unexpectedly (exit status 3).")}));
+    QVERIFY(alertLog());
+    QCOMPARE(alertLog()->toPlainText(), logText);
+    QCOMPARE(alertLog()->document()->size().toSize().width(),
+             alertLog()->viewport()->width() + alertLog()->horizontalScrollBar()->maximum());
+    QVERIFY(alertLog()->horizontalScrollBar()->maximum() > 0);
+    QCOMPARE(alertLog()->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(shownAlert()->focusWidget(), button(*shownAlert(), "OK"));
 }
 
-void TestAlerts::hugeErrorFitsTheScreen()
+void TestAlerts::errorWithoutALog()
 {
-    QString text;
-    for (int line = 0; line < 3000; ++line)
-        text += QString(400, u'x') + u'\n';
-    m_alerts->showError(text);
-    const QSize screen = onlyWindow<QDialog>()->screen()->availableSize();
-    const QSize alert = onlyWindow<QDialog>()->frameSize();
-    QVERIFY(alert.width() <= screen.width() && alert.height() <= screen.height());
-    QVERIFY(errorText()->verticalScrollBar()->maximum() > 0);
+    AlertRig rig;
+    rig.alerts.showError(error);
+    const int height = shownAlert()->height();
+    rig.alerts.showError(QStringLiteral("The store is in use."));
+    QCOMPARE(alertTexts(),
+             QStringList({QStringLiteral("Node error"), QStringLiteral("The store is in use.")}));
+    QVERIFY(!alertLog());
+    QTRY_VERIFY(shownAlert()->height() < height - 100);
+}
+
+void TestAlerts::longErrorIsALog()
+{
+    AlertRig rig;
+    for (const QString &text : {QString(5000, u'x'), QStringLiteral("one line\nanother\n\nmore")}) {
+        rig.alerts.showError(text);
+        QCOMPARE(alertTexts(), QStringList{QStringLiteral("Node error")});
+        QCOMPARE(alertLog()->toPlainText(), text);
+    }
+}
+
+void TestAlerts::errorHasAdviceIfThereIsSome()
+{
+    AlertRig rig;
+    const QString advice = QStringLiteral("“Clear Storage…” repairs it.");
+    rig.alerts.showError(error, advice);
+    QCOMPARE(alertTexts().value(2), advice);
+    rig.alerts.showError(error);
+    QCOMPARE(alertTexts().size(), 2);
 }
 
 void TestAlerts::errorTextCanBeSelected()
 {
-    m_alerts->showError(QStringLiteral("what went wrong"));
-    QVERIFY(errorText()->isReadOnly());
-    errorText()->setFocus();
-    QTest::keyClick(errorText(), Qt::Key_A, Qt::ControlModifier);
-    QCOMPARE(errorText()->textCursor().selectedText(), QStringLiteral("what went wrong"));
-    QTest::keyClick(errorText(), Qt::Key_X);
-    QCOMPARE(errorText()->toPlainText(), QStringLiteral("what went wrong"));
+    AlertRig rig;
+    rig.alerts.showError(QStringLiteral("why\n\nwhat went wrong"));
+    QVERIFY(alertLog()->isReadOnly());
+    QTest::keyClick(shownAlert()->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    QTest::keyClick(shownAlert()->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    QCOMPARE(shownAlert()->focusWidget(), alertLog());
+    QTest::keyClick(alertLog(), Qt::Key_A, Qt::ControlModifier);
+    QCOMPARE(alertLog()->textCursor().selectedText(), QStringLiteral("what went wrong"));
+    QTest::keyClick(alertLog(), Qt::Key_X);
+    QCOMPARE(alertLog()->toPlainText(), QStringLiteral("what went wrong"));
+}
+
+void TestAlerts::errorCanBeCopied()
+{
+    AlertRig rig;
+    rig.alerts.showError(error);
+    QTest::mouseClick(button(*shownAlert(), "Copy"), Qt::LeftButton);
+    QCOMPARE(QApplication::clipboard()->text(), error);
+    QVERIFY(shownAlert());
+    rig.alerts.showError(QStringLiteral("another"));
+    QTest::mouseClick(button(*shownAlert(), "Copy"), Qt::LeftButton);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("another"));
 }
 
 void TestAlerts::secondErrorReplacesTheFirst()
 {
-    m_alerts->showError(QStringLiteral("one"));
-    m_alerts->showError(QStringLiteral("two"));
-    QVERIFY(errorText());
-    QCOMPARE(errorText()->toPlainText(), QStringLiteral("two"));
+    AlertRig rig;
+    rig.alerts.showError(QStringLiteral("one\n\none more"));
+    rig.alerts.showError(QStringLiteral("two\n\ntwo more"));
+    QCOMPARE(alertTexts().value(1), QStringLiteral("two"));
+    QCOMPARE(alertLog()->toPlainText(), QStringLiteral("two more"));
+}
+
+void TestAlerts::errorCloses()
+{
+    AlertRig rig;
+    rig.alerts.showError(error);
+    closeAlert("OK");
+    QVERIFY(!shownAlert());
+    rig.alerts.showError(error);
+    QVERIFY(shownAlert());
 }
 
 void TestAlerts::questionShowsItsTexts()
 {
-    ask(QStringLiteral("This deletes 410 KB at\n/somewhere/db"));
-    const auto *alert = onlyWindow<QMessageBox>();
-    QCOMPARE(alert->text(), QStringLiteral("Clear Storage?"));
-    QCOMPARE(alert->informativeText(), QStringLiteral("This deletes 410 KB at\n/somewhere/db"));
-    QCOMPARE(alert->icon(), QMessageBox::Warning);
-    QVERIFY(button(QStringLiteral("Delete")));
-    QVERIFY(button(QStringLiteral("Cancel")));
-    QVERIFY(button(QStringLiteral("Cancel"))->isDefault());
+    AlertRig rig;
+    rig.ask();
+    QCOMPARE(shownAlert()->windowTitle(), QStringLiteral("Tidewick"));
+    QCOMPARE(alertTexts(),
+             QStringList({QStringLiteral("Clear Storage?"),
+                          QStringLiteral("This deletes 410 KB at"), QStringLiteral("/somewhere/db"),
+                          QStringLiteral("The next Start downloads the ledger again.")}));
+    QCOMPARE(shownAlert()->focusWidget(), button(*shownAlert(), "Cancel"));
+    QVERIFY(!alertLog());
 }
 
-void TestAlerts::markupIsPlainText()
+void TestAlerts::acceptIsYes_data()
 {
-    ask(QStringLiteral("<b>a</b><img src=x>"));
-    for (const QLabel *label : onlyWindow<QMessageBox>()->findChildren<QLabel *>()) {
-        if (!label->text().isEmpty())
-            QCOMPARE(label->textFormat(), Qt::PlainText);
-    }
+    QTest::addColumn<bool>("byKeyboard");
+    QTest::newRow("mouse") << false;
+    QTest::newRow("keyboard") << true;
 }
 
 void TestAlerts::acceptIsYes()
 {
-    ask({});
-    QTest::mouseClick(button(QStringLiteral("Delete")), Qt::LeftButton);
-    QCOMPARE(m_answer, std::optional(true));
-    QVERIFY(!onlyWindow<QMessageBox>());
-}
-
-void TestAlerts::everythingElseIsNo_data()
-{
-    QTest::addColumn<QByteArray>("how");
-    for (const char *how : {"button", "escape", "return", "close"})
-        QTest::newRow(how) << QByteArray(how);
+    QFETCH(bool, byKeyboard);
+    AlertRig rig;
+    rig.ask();
+    if (byKeyboard) {
+        button(*shownAlert(), "Delete")->setFocus(Qt::TabFocusReason);
+        press(Qt::Key_Return);
+    } else {
+        QTest::mouseClick(button(*shownAlert(), "Delete"), Qt::LeftButton);
+    }
+    QCOMPARE(rig.answer, std::optional(true));
+    QVERIFY(!shownAlert());
 }
 
 void TestAlerts::everythingElseIsNo()
 {
-    QFETCH(QByteArray, how);
-    ask({});
-    if (how == "button")
-        QTest::mouseClick(button(QStringLiteral("Cancel")), Qt::LeftButton);
-    else if (how == "escape")
-        QTest::keyClick(onlyWindow<QMessageBox>(), Qt::Key_Escape);
-    else if (how == "return")
-        QTest::keyClick(onlyWindow<QMessageBox>(), Qt::Key_Return);
-    else
-        onlyWindow<QMessageBox>()->close();
-    QCOMPARE(m_answer, std::optional(false));
-    QVERIFY(!onlyWindow<QMessageBox>());
+    AlertRig rig;
+    rig.ask();
+    closeAlert("Cancel");
+    QCOMPARE(rig.answer, std::optional(false));
+    QVERIFY(!shownAlert());
+}
+
+/// A Return that chose the command may still be held down when the question appears.
+void TestAlerts::heldReturnIsNoAnswer()
+{
+    AlertRig rig;
+    rig.ask();
+    for (const bool isOnButton : {true, false}) {
+        if (!isOnButton)
+            shownAlert()->focusWidget()->clearFocus();
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+        QApplication::sendEvent(shownAlert()->windowHandle(), &repeated);
+        QVERIFY(!rig.answer);
+    }
 }
 
 void TestAlerts::quittingIsNo()
 {
-    ask({});
-    m_alerts.reset();
-    QCOMPARE(m_answer, std::optional(false));
+    std::optional<bool> answer;
+    {
+        AlertRig rig;
+        rig.ask();
+        rig.end();
+        answer = rig.answer;
+    }
+    QCOMPARE(answer, std::optional(false));
+}
+
+void TestAlerts::questionComesForward()
+{
+    AlertRig rig;
+    rig.alerts.bringQuestionForward();
+    QVERIFY(!shownAlert());
+    rig.ask();
+    QWidget other;
+    showActive(other);
+    shownAlert()->setWindowState(Qt::WindowMinimized);
+    rig.alerts.bringQuestionForward();
+    QVERIFY(!shownAlert()->isMinimized());
+    QTRY_VERIFY(shownAlert()->isActiveWindow());
+    press(Qt::Key_Escape);
+    rig.alerts.bringQuestionForward();
+    QVERIFY(!shownAlert());
+}
+
+void TestAlerts::offersATextToCopy()
+{
+    AlertRig rig;
+    const QString text = QStringLiteral("{\n  \"peers\" : 7\n}\n");
+    rig.alerts.offerCopy(QStringLiteral("server_info"), text);
+    QCOMPARE(alertTexts(),
+             QStringList(
+                 {QStringLiteral("server_info"),
+                  QStringLiteral("This desktop lets only a focused window fill the clipboard.")}));
+    QCOMPARE(alertLog()->toPlainText(), text.chopped(1));
+    QCOMPARE(shownAlert()->focusWidget(), button(*shownAlert(), "Copy"));
+    QApplication::clipboard()->clear();
+    press(Qt::Key_Return);
+    QCOMPARE(QApplication::clipboard()->text(), text);
+    QVERIFY(!shownAlert());
+}
+
+void TestAlerts::offerCloses()
+{
+    QFETCH(QByteArray, how);
+    AlertRig rig;
+    QApplication::clipboard()->setText(QStringLiteral("the user's own"));
+    rig.alerts.offerCopy(QStringLiteral("server_info"), QStringLiteral("a\nb"));
+    closeAlert("Close");
+    QVERIFY(!shownAlert());
+    QCOMPARE(QApplication::clipboard()->text(),
+             how.startsWith("Return") ? QStringLiteral("a\nb") : QStringLiteral("the user's own"));
+}
+
+void TestAlerts::secondOfferReplacesTheFirst()
+{
+    AlertRig rig;
+    rig.alerts.offerCopy(QStringLiteral("one"), QStringLiteral("text of one"));
+    rig.alerts.offerCopy(QStringLiteral("two"), QStringLiteral("text of two"));
+    QCOMPARE(alertTexts().value(0), QStringLiteral("two"));
+    press(Qt::Key_Return);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("text of two"));
+}
+
+void TestAlerts::markupIsPlainText()
+{
+    const QString markup = QStringLiteral("<b>a</b><img src=x>");
+    AlertRig rig;
+    rig.ask({markup, markup, markup, markup, markup, QStringLiteral("Cancel")});
+    QCOMPARE(alertTexts().count(markup), 4);
+    for (const QLabel *label : shownAlert()->findChildren<QLabel *>())
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+    press(Qt::Key_Escape);
+    rig.alerts.showError(markup + QStringLiteral("\n\n") + markup, markup);
+    QCOMPARE(alertTexts().count(markup), 2);
+    QCOMPARE(alertLog()->toPlainText(), markup);
+}
+
+void TestAlerts::tellsScreenReaders()
+{
+    AlertRig rig;
+    rig.alerts.showError(error, QStringLiteral("Advice."));
+    showActive(*shownAlert());
+    QAccessibleInterface *alert = QAccessible::queryAccessibleInterface(shownAlert());
+    QCOMPARE(alert->role(), QAccessible::Dialog);
+    QCOMPARE(alert->text(QAccessible::Name), QStringLiteral("Node error"));
+    QCOMPARE(alert->text(QAccessible::Description),
+             QStringLiteral("The node exited unexpectedly (exit status 3). Advice."));
+    const auto *ok = QAccessible::queryAccessibleInterface(button(*shownAlert(), "OK"));
+    QCOMPARE(ok->text(QAccessible::Name), QStringLiteral("OK"));
+    QCOMPARE(ok->role(), QAccessible::Button);
+    QVERIFY(ok->state().focused);
+    const auto *text = QAccessible::queryAccessibleInterface(alertLog());
+    QCOMPARE(text->text(QAccessible::Name), QStringLiteral("Node error"));
+    QVERIFY(text->state().readOnly && text->state().focusable);
 }
 
 /// Otherwise, the next alert could be mistaken for this one if it is allocated at the same address.
 void TestAlerts::accessibilityForgetsTheQuestion()
 {
-    ask({});
-    const QPointer<QMessageBox> alert = onlyWindow<QMessageBox>();
+    AlertRig rig;
+    rig.ask();
+    const QPointer<CardWindow> alert = shownAlert();
     const QAccessible::Id id =
         QAccessible::uniqueId(QAccessible::queryAccessibleInterface(alert.data()));
     QVERIFY(QAccessible::accessibleInterface(id));
-    QTest::mouseClick(button(QStringLiteral("Delete")), Qt::LeftButton);
+    QTest::mouseClick(button(*alert, "Delete"), Qt::LeftButton);
     QTRY_VERIFY(!alert);
     QVERIFY(!QAccessible::accessibleInterface(id));
 }

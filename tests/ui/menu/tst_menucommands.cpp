@@ -5,12 +5,11 @@
 #include "support/Surroundings.h"
 #include "ui/DesktopMenu.h"
 #include "ui/controls/Appearance.h"
-#include "ui/dialogs/Alerts.h"
+#include "ui/dialogs/AlertRig.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QJsonDocument>
-#include <QPlainTextEdit>
 #include <QSignalSpy>
 
 using namespace tidewick;
@@ -31,6 +30,7 @@ private slots:
     void copiesTheLastAnswer();
     void copiesNothingBeforeAnAnswer();
     void showsTheErrorWhileThereIsOne();
+    void showsTheErrorsAdvice();
     void opensWindows();
     void clearsStorage();
     void quits();
@@ -139,19 +139,21 @@ void TestMenuCommands::copiesNothingBeforeAnAnswer()
 
 void TestMenuCommands::showsTheErrorWhileThereIsOne()
 {
-    const auto shown = [] {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (auto *text = widget->findChild<QPlainTextEdit *>(); text && widget->isVisible())
-                return text->toPlainText();
-        }
-        return QString();
-    };
     m_commands->run(MenuCommand::ShowError);
-    QCOMPARE(shown(), QString());
+    QVERIFY(!shownAlert());
     m_rig->setFreeGB(1);
     m_rig->node().start();
     m_commands->run(MenuCommand::ShowError);
-    QCOMPARE(shown(), *m_rig->status().errorText);
+    QCOMPARE(alertTexts(), QStringList({QStringLiteral("Node error"), *m_rig->status().errorText}));
+}
+
+void TestMenuCommands::showsTheErrorsAdvice()
+{
+    std::filesystem::remove(m_rig->bundle().node());
+    m_rig->node().start();
+    m_commands->run(MenuCommand::ShowError);
+    QVERIFY(m_rig->status().advice);
+    QCOMPARE(alertTexts().value(2), m_rig->status().advice->text);
 }
 
 void TestMenuCommands::opensWindows()

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 the Tidewick authors
+// SPDX-License-Identifier: MIT
+
+#include "ui/dialogs/DialogMark.h"
+
+#include "ui/controls/TextScale.h"
+
+#include <QEvent>
+#include <QPainter>
+
+#include <cmath>
+
+namespace tidewick {
+
+namespace {
+
+/// In points for text of 10 points.
+constexpr int markHeight = 30;
+
+} // namespace
+
+DialogMark::DialogMark(StatusImage image, QWidget *parent)
+    : QWidget(parent), m_image(std::move(image))
+{
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize DialogMark::sizeHint() const
+{
+    const QSize natural = m_image.size();
+    const int height = TextScale::scaled(font(), markHeight);
+    return QSize(int(std::ceil(qreal(natural.width()) * height / natural.height())), height)
+        .grownBy(contentsMargins());
+}
+
+void DialogMark::paintEvent(QPaintEvent *)
+{
+    const qreal ratio = devicePixelRatioF();
+    const QRect place = contentsRect();
+    QImage picture = m_image.rendered((QSizeF(place.size()) * ratio).toSize(),
+                                      palette().color(QPalette::WindowText));
+    picture.setDevicePixelRatio(ratio);
+    QPainter(this).drawImage(place.topLeft(), picture);
+}
+
+void DialogMark::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange)
+        updateGeometry();
+    QWidget::changeEvent(event);
+}
+
+} // namespace tidewick
