@@ -3,6 +3,7 @@
 
 #include "application/QuaymereApp.h"
 
+#include "desktop/StartupNotification.h"
 #include "platform/process/SignalListener.h"
 #include "ui/icon/AppIcon.h"
 
@@ -36,6 +37,14 @@ int QuaymereApp::run(SingleInstance &instance, const Guards &guards)
     connect(&instance, &SingleInstance::actionActivated, this, &QuaymereApp::runAction);
     connect(&delegate, &AppDelegate::terminating, &instance,
             [&instance] { instance.refuseCalls(QStringLiteral("it is quitting")); });
+
+    // On Wayland, a window's use of its token ends the launch.
+    const auto finishLaunch = [](const QByteArray &id) {
+        if (platformName() == QLatin1String("xcb"))
+            StartupNotification::finish(id);
+    };
+    connect(&instance, &SingleInstance::served, this, finishLaunch);
+    finishLaunch(instance.launch());
 
     m_notices.emplace(delegate.node(), QDBusConnection::sessionBus());
     connect(&*m_notices, &Notices::installationWanted, &faces,

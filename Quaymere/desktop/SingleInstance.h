@@ -41,10 +41,16 @@ public:
     /// The reason for a refusal, as a text for the user who launched this instance.
     const QString &reason() const { return m_reason; }
 
+    /// The identifier that the launcher has given to this launch; empty if there is none.
+    const QByteArray &launch() const { return m_launch; }
+
     /// From now on, answers requests to come to the front with an error that gives this reason.
     void refuseCalls(const QString &why) { m_refusal = why; }
 
 signals:
+    /// What a launch with this identifier asked for has been done.
+    void served(const QByteArray &launch);
+
     /// Another launch asks this instance to come to the front.
     void activated();
 

@@ -79,7 +79,7 @@ bool anyNode(const QJsonObject &node, const std::function<bool(const QJsonObject
         return true;
     for (const char *children : {"nodes", "floating_nodes"}) {
         const QJsonArray nodes = node[QLatin1String(children)].toArray();
-        for (const QJsonValue &child : nodes) {
+        for (const auto &child : nodes) {
             if (anyNode(child.toObject(), predicate))
                 return true;
         }
@@ -98,7 +98,7 @@ bool isWindow(const QJsonObject &node, const QByteArray &title)
 bool WaylandDesktop::canRun()
 {
     std::vector<std::string> words = asCompositor();
-    words.push_back("true");
+    words.emplace_back("true");
     return run(std::move(words)).status == 0;
 }
 

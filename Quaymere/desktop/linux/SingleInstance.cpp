@@ -3,7 +3,6 @@
 
 #include "desktop/SingleInstance.h"
 
-#include "desktop/StartupNotification.h"
 #include "platform/files/Folders.h"
 
 #include <QDBusAbstractAdaptor>
@@ -49,12 +48,6 @@ void takeActivationToken(const QVariantMap &platformData)
     const QString token = platformData.value(activationToken, id).toString();
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-}
-
-/// To be called when the windows that were asked for are there.
-void finishLaunch(const QVariantMap &platformData)
-{
-    StartupNotification::finish(platformData.value(startupId).toString().toUtf8());
 }
 
 std::filesystem::path lockFile()
@@ -122,10 +115,7 @@ SingleInstance::Claim SingleInstance::claim()
         ownsName = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
     }
     // Owning the name is enough if there is nowhere to create the lock file.
-    if (!takeLock(ownsName))
-        return Claim::Refused;
-    StartupNotification::finish(m_launch);
-    return Claim::First;
+    return takeLock(ownsName) ? Claim::First : Claim::Refused;
 }
 
 /// Without an address, the D-Bus library would start a bus of its own, which no other program uses.
@@ -187,7 +177,7 @@ void SingleInstance::activate(const QVariantMap &platformData)
         emit launched();
     else
         emit activated();
-    finishLaunch(platformData);
+    emit served(platformData.value(startupId).toString().toUtf8());
 }
 
 void SingleInstance::activateAction(const QString &action, const QVariantMap &platformData)
@@ -197,7 +187,7 @@ void SingleInstance::activateAction(const QString &action, const QVariantMap &pl
     takeActivationToken(platformData);
     m_isStartedByBus = false;
     emit actionActivated(action);
-    finishLaunch(platformData);
+    emit served(platformData.value(startupId).toString().toUtf8());
 }
 
 bool SingleInstance::isRefused() const
