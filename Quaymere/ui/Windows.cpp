@@ -7,6 +7,8 @@
 #include "ui/about/AboutWindow.h"
 #include "ui/controls/Appearance.h"
 #include "ui/controls/BringForward.h"
+#include "ui/controls/FreeArea.h"
+#include "ui/controls/TextScale.h"
 #include "ui/ledger/LedgerWindow.h"
 #include "ui/settings/SettingsWindow.h"
 
@@ -57,7 +59,10 @@ QWidget *Windows::makeLedger(const OpenUrl &openUrl)
     const auto follow = [this, window] { window->setStill(m_appearance.isStill()); };
     connect(&m_appearance, &Appearance::changed, window, follow);
     follow();
-    window->resize(800, 780);
+    const QSize usual(TextScale::scaled(window->font(), 800),
+                      TextScale::scaled(window->font(), 780));
+    window->resize(usual.boundedTo(freeArea(*window)));
+    new QShortcut(QKeySequence::Cancel, window, window, &QWidget::close);
     return window;
 }
 

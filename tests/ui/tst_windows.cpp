@@ -7,6 +7,7 @@
 #include "ui/controls/Appearance.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QSignalSpy>
 
 using namespace tidewick;
@@ -25,7 +26,8 @@ private slots:
     void showTheRunningVersion();
     void openAgainAfterClosing();
     void closeByTheStandardKey();
-    void ledgerHasItsInitialSize();
+    void escapeClosesTheLedger();
+    void ledgerOpensWithinItsScreen();
     void followLightAndDark();
     void closingTheLastDoesNotQuit();
 
@@ -129,10 +131,24 @@ void TestWindows::closeByTheStandardKey()
     }
 }
 
-void TestWindows::ledgerHasItsInitialSize()
+void TestWindows::escapeClosesTheLedger()
 {
     m_windows->open(QStringLiteral("ledger"));
-    QCOMPARE(m_windows->window(QStringLiteral("ledger"))->size(), QSize(800, 780));
+    QWidget *window = m_windows->window(QStringLiteral("ledger"));
+    QVERIFY(QTest::qWaitForWindowActive(window));
+    QTest::keyClick(window, Qt::Key_Escape);
+    QTRY_VERIFY(!m_windows->window(QStringLiteral("ledger")));
+}
+
+/// 800 by 780, unless the screen has less room for it below a title bar.
+void TestWindows::ledgerOpensWithinItsScreen()
+{
+    m_windows->open(QStringLiteral("ledger"));
+    const QWidget *window = m_windows->window(QStringLiteral("ledger"));
+    const QSize screen = window->screen()->availableSize();
+    QVERIFY(screen.height() < 780 + 40);
+    QCOMPARE(window->size(), QSize(800, screen.height() - 40));
+    QVERIFY(window->minimumHeight() < window->height());
 }
 
 void TestWindows::followLightAndDark()

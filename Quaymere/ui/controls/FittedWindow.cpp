@@ -3,6 +3,8 @@
 
 #include "ui/controls/FittedWindow.h"
 
+#include "ui/controls/FreeArea.h"
+
 #include <QEvent>
 #include <QScreen>
 #include <QScrollArea>
@@ -10,13 +12,6 @@
 #include <QWindow>
 
 namespace tidewick {
-
-namespace {
-
-/// The height of a title bar, assumed until the window has one.
-constexpr int usualFrame = 40;
-
-} // namespace
 
 FittedWindow::FittedWindow(QWidget *content, QWidget *parent)
     : QWidget(parent, Qt::Window), m_area(new QScrollArea(this)), m_content(content)
@@ -86,13 +81,11 @@ void FittedWindow::followScreen()
 
 void FittedWindow::fit()
 {
-    const QSize frame = (frameGeometry().size() - size()).expandedTo({0, usualFrame});
-    const QSize room = m_isBoundByScreen ? screen()->availableSize() - frame
-                                         : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    const int width = std::min(wantedWidth(), std::max(1, room.width()));
+    const QSize room =
+        m_isBoundByScreen ? freeArea(*this) : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const int width = std::min(wantedWidth(), room.width());
     adaptContent({width, room.height()});
-    setFixedSize(width,
-                 std::clamp(m_content->heightForWidth(width), 1, std::max(1, room.height())));
+    setFixedSize(width, std::clamp(m_content->heightForWidth(width), 1, room.height()));
     fillWindow();
 }
 

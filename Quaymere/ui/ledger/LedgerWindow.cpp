@@ -3,6 +3,7 @@
 
 #include "ui/ledger/LedgerWindow.h"
 
+#include "ui/controls/FreeArea.h"
 #include "ui/controls/TextScale.h"
 #include "ui/ledger/LedgerHeader.h"
 #include "ui/ledger/LedgerHistogram.h"
@@ -25,6 +26,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(lcLedger, "tidewick.ledger", QtWarningMsg)
 
+/// Smaller windows are for smaller screens.
 constexpr QSize leastSize(640, 560);
 
 const QString transactions = QStringLiteral("transactions");
@@ -159,8 +161,8 @@ void LedgerWindow::paintEvent(QPaintEvent *event)
 /// Computes the measures from font and height and lays everything out with them.
 void LedgerWindow::fit()
 {
-    setMinimumSize(leastSize.expandedTo(
-        {LedgerMetrics::leastWidth(font()), LedgerMetrics::leastHeight(font())}));
+    const QSize readable(LedgerMetrics::leastWidth(font()), LedgerMetrics::leastHeight(font()));
+    setMinimumSize(leastSize.boundedTo(freeArea(*this)).expandedTo(readable));
     m_look.metrics = LedgerMetrics(font(), height());
     m_footnote->setFont(m_look.metrics.caption);
     const int overhang = TextScale::overhang(m_look.metrics.caption);

@@ -9,6 +9,7 @@
 #include "ui/panel/PanelRows.h"
 
 #include <QCloseEvent>
+#include <QShortcut>
 
 namespace tidewick {
 
@@ -18,6 +19,7 @@ NodePanel::NodePanel(PanelRows *rows, QWidget *parent) : FittedWindow(rows, pare
 {
     setWindowTitle(QStringLiteral("Tidewick"));
     setPalette(controlPalette(m_dark));
+    new QShortcut(QKeySequence::Cancel, this, this, &NodePanel::showMinimized);
     connect(m_rows, &PanelRows::commandChosen, this, &NodePanel::commandChosen);
     connect(m_rows, &PanelRows::heightChanged, this, &NodePanel::fit);
     connect(m_rows, &PanelRows::focusMoved, this, &NodePanel::ensureVisible);

@@ -16,9 +16,8 @@ class PanelRows;
 /// thread only. Its width follows its font and its height its rows, which scroll if the screen is
 /// too low for them.
 ///
-/// If the user closes it, it is minimised instead, because without a tray it is the application's
-/// only face. close() and QApplication::quit() do close it, and hide() removes it once a tray has
-/// appeared.
+/// If it is closed, it is minimised instead, because without a tray it is the application's only
+/// face; Escape minimises it, too. hide() removes it once a tray has appeared.
 class NodePanel final : public FittedWindow
 {
     Q_OBJECT

@@ -27,6 +27,7 @@ private slots:
     void choosesOncePerKeyPress();
     void minimisesWhenClosed();
     void minimisesWhenClosedByQt();
+    void minimisesOnEscape();
     void pointsAtCommands();
     void copiesTheSelection();
     void copiesFromTheContextMenu();
@@ -144,6 +145,13 @@ void TestNodePanelCommands::minimisesWhenClosed()
 }
 
 /// As Qt 6.4 does for a Wayland compositor.
+void TestNodePanelCommands::minimisesOnEscape()
+{
+    PanelRig rig;
+    rig.key(Qt::Key_Escape);
+    QVERIFY(rig.panel.isMinimized());
+}
+
 void TestNodePanelCommands::minimisesWhenClosedByQt()
 {
     PanelRig rig;
