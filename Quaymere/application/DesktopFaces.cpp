@@ -25,11 +25,23 @@ constexpr std::chrono::seconds grace = 5s;
 /// Set once the advice below has been given.
 const QString adviceGiven = QStringLiteral("trayAdviceGiven");
 
+bool isDesktop(QLatin1String name)
+{
+    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
+    return desktops.split(u':').contains(name, Qt::CaseInsensitive);
+}
+
+/// Whether the desktop's panel is dark even where windows are light: always on GNOME, by default on
+/// Xfce.
+bool hasDarkPanel()
+{
+    return isDesktop(QLatin1String("GNOME")) || isDesktop(QLatin1String("XFCE"));
+}
+
 /// Advice on adding a tray to a desktop that is known to have none; empty for other desktops.
 QString trayAdvice()
 {
-    const QString desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
-    if (!desktops.split(u':').contains(QLatin1String("GNOME"), Qt::CaseInsensitive))
+    if (!isDesktop(QLatin1String("GNOME")))
         return {};
     return QStringLiteral(
         "To have Tidewick in the top bar, install the extension “AppIndicator and "
@@ -161,7 +173,8 @@ void DesktopFaces::followAppearance()
     // portal states nothing, the desktop's own palette decides, and must not be covered.
     QApplication::setPalette(m_appearance.isStated() ? controlPalette(m_appearance.isDark())
                                                      : QPalette());
-    m_icon.setColor(m_appearance.isDark() ? StatusIcon::onDarkPanel() : StatusIcon::onLightPanel());
+    m_icon.setColor(m_appearance.isDark() || hasDarkPanel() ? StatusIcon::onDarkPanel()
+                                                            : StatusIcon::onLightPanel());
     m_alerts.setDark(m_appearance.isDark());
     if (m_panel)
         m_panel->setDark(m_appearance.isDark());

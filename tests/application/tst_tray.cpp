@@ -16,6 +16,19 @@
 using namespace tidewick;
 using namespace std::chrono_literals;
 
+namespace {
+
+bool contains(const QImage &image, const QColor &color)
+{
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixelColor(x, y) == color)
+                return true;
+    return false;
+}
+
+} // namespace
+
 /// Tests the tray item as a real tray host sees it over the bus.
 class TestTray : public QObject
 {
@@ -35,6 +48,8 @@ private slots:
     void longRowsAreElided();
     void pollsDoNotUpdateTheLayout();
     void iconFollowsThePhase();
+    void iconSuitsThePanel_data();
+    void iconSuitsThePanel();
     void hostAppearsLater();
 
 private:
@@ -50,6 +65,7 @@ private:
 
 void TestTray::init()
 {
+    qunsetenv("XDG_CURRENT_DESKTOP");
     m_panel = std::make_unique<DesktopPanel>();
     QVERIFY(DesktopPanel::waitForHost(m_bus));
     m_rig = std::make_unique<NodeRig>();
@@ -195,6 +211,35 @@ void TestTray::iconFollowsThePhase()
     m_rig->node().stop();
     QVERIFY(m_rig->waitForPhase(Phase::Stopped));
     QVERIFY(waitUntil([&] { return m_reader->icon() == stopped; }));
+}
+
+void TestTray::iconSuitsThePanel_data()
+{
+    QTest::addColumn<QByteArray>("desktop");
+    QTest::addColumn<bool>("isLight");
+    QTest::newRow("unknown") << QByteArray() << false;
+    QTest::newRow("KDE") << QByteArray("KDE") << false;
+    QTest::newRow("GNOME") << QByteArray("GNOME") << true;
+    QTest::newRow("GNOME of Ubuntu") << QByteArray("ubuntu:GNOME") << true;
+    QTest::newRow("Xfce") << QByteArray("XFCE") << true;
+}
+
+/// All while windows are light.
+void TestTray::iconSuitsThePanel()
+{
+    QFETCH(QByteArray, desktop);
+    QFETCH(bool, isLight);
+    m_faces.reset();
+    QVERIFY(waitUntil([this] { return !m_reader->findItem(); }));
+    qputenv("XDG_CURRENT_DESKTOP", desktop);
+    m_faces = std::make_unique<DesktopFaces>(m_rig->node());
+    QVERIFY(isShown());
+    const QList<QImage> images = m_reader->icon();
+    QVERIFY(!images.isEmpty());
+    for (const QImage &image : images) {
+        QCOMPARE(contains(image, StatusIcon::onDarkPanel()), isLight);
+        QCOMPARE(contains(image, StatusIcon::onLightPanel()), !isLight);
+    }
 }
 
 void TestTray::hostAppearsLater()

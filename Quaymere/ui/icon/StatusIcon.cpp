@@ -75,7 +75,7 @@ QIcon StatusIcon::image(const Badge &badge)
 
 const StatusImage &StatusIcon::composed(const Badge &badge)
 {
-    return *entry(badge).image;
+    return entry(badge).images->wide;
 }
 
 void StatusIcon::setColor(const QColor &color)
@@ -84,7 +84,7 @@ void StatusIcon::setColor(const QColor &color)
         return;
     m_color = color;
     for (auto entry = m_cache.begin(); entry != m_cache.end(); ++entry)
-        entry->icon = icon(entry.key(), entry->image);
+        entry->icon = icon(entry.key(), entry->images);
 }
 
 const StatusIcon::Entry &StatusIcon::entry(const Badge &badge)
@@ -92,15 +92,30 @@ const StatusIcon::Entry &StatusIcon::entry(const Badge &badge)
     const QString key = badge.value_or(QString());
     auto found = m_cache.find(key);
     if (found == m_cache.end()) {
-        auto image = std::make_shared<const StatusImage>(mark(), badge ? symbol(key) : nullptr);
-        found = m_cache.insert(key, {image, icon(key, image)});
+        auto images = std::make_shared<const StatusImages>(compose(badge));
+        found = m_cache.insert(key, {images, icon(key, images)});
     }
     return *found;
 }
 
-QIcon StatusIcon::icon(const QString &key, std::shared_ptr<const StatusImage> image) const
+StatusImages StatusIcon::compose(const Badge &badge) const
 {
-    QIcon icon(new StatusIconEngine(std::move(image), m_color, themeName(key)));
+    const StatusImage::Drawing plain = mark();
+    if (!badge)
+        return {StatusImage(plain, nullptr), SquareStatusImage(plain, {})};
+    const StatusImage::Drawing beside = symbol(*badge);
+    const auto within = [&](const QString &grid) {
+        const StatusImage::Drawing drawn = symbol(grid + u'/' + *badge);
+        return drawn ? drawn : beside;
+    };
+    return {StatusImage(plain, beside),
+            SquareStatusImage(
+                plain, {within(QStringLiteral("sevenths")), within(QStringLiteral("ninths"))})};
+}
+
+QIcon StatusIcon::icon(const QString &key, std::shared_ptr<const StatusImages> images) const
+{
+    QIcon icon(new StatusIconEngine(std::move(images), m_color, themeName(key)));
     icon.setIsMask(true);
     return icon;
 }

@@ -5,16 +5,16 @@
 
 #include "node/NodeStatus.h"
 #include "platform/files/Bundle.h"
-#include "ui/icon/StatusImage.h"
+#include "ui/icon/StatusIconEngine.h"
 
 #include <QHash>
 #include <QIcon>
 
 namespace tidewick {
 
-/// The images for the tray: the application's mark with a badge beside it that shows the phase at a
-/// glance. Each image is composed at most once, so a change of phase costs only a lookup. Owned by
-/// the application; main thread only.
+/// The images for the tray: the application's mark with a badge that shows the phase at a glance,
+/// over its corner in square slots and beside it elsewhere. Each image is composed at most once, so
+/// a change of phase costs only a lookup. Owned by the application; main thread only.
 class StatusIcon
 {
 public:
@@ -32,12 +32,12 @@ public:
     /// for.
     static Badge badge(Phase phase);
 
-    /// Returns the tray image with this badge, as a mask in the current colour. A badge without a
-    /// symbol is left out. The program ends if there is no mark to draw.
+    /// Returns the tray image with this badge in the current colour, marked as a mask. A badge
+    /// without a symbol is left out. The program ends if there is no mark to draw.
     QIcon image(const Badge &badge);
 
-    /// Returns the same image for callers that paint it at its natural size and in a colour of
-    /// their choice.
+    /// Returns the same image with its badge beside the mark, for callers that paint it at its
+    /// natural size and in a colour of their choice.
     const StatusImage &composed(const Badge &badge);
 
     /// Sets the colour of the images returned from now on; onLightPanel() by default.
@@ -46,12 +46,13 @@ public:
 private:
     struct Entry
     {
-        std::shared_ptr<const StatusImage> image;
+        std::shared_ptr<const StatusImages> images;
         QIcon icon;
     };
 
     const Entry &entry(const Badge &badge);
-    QIcon icon(const QString &key, std::shared_ptr<const StatusImage> image) const;
+    StatusImages compose(const Badge &badge) const;
+    QIcon icon(const QString &key, std::shared_ptr<const StatusImages> images) const;
     StatusImage::Drawing mark() const;
     StatusImage::Drawing symbol(const QString &name) const;
 

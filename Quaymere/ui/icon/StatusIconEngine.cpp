@@ -12,23 +12,23 @@ Q_IMPORT_PLUGIN(SvgIconPlugin)
 
 namespace tidewick {
 
-StatusIconEngine::StatusIconEngine(std::shared_ptr<const StatusImage> image, const QColor &color,
+StatusIconEngine::StatusIconEngine(std::shared_ptr<const StatusImages> images, const QColor &color,
                                    QString themeName)
-    : m_image(std::move(image)), m_color(color), m_themeName(std::move(themeName))
+    : m_images(std::move(images)), m_color(color), m_themeName(std::move(themeName))
 {
 }
 
 void StatusIconEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode, QIcon::State)
 {
     const qreal ratio = painter->device()->devicePixelRatioF();
-    QImage picture = m_image->rendered((QSizeF(rect.size()) * ratio).toSize(), m_color);
+    QImage picture = rendered((QSizeF(rect.size()) * ratio).toSize());
     picture.setDevicePixelRatio(ratio);
     painter->drawImage(rect.topLeft(), picture);
 }
 
 QPixmap StatusIconEngine::pixmap(const QSize &size, QIcon::Mode, QIcon::State)
 {
-    return QPixmap::fromImage(m_image->rendered(size, m_color));
+    return QPixmap::fromImage(rendered(size));
 }
 
 QList<QSize> StatusIconEngine::availableSizes(QIcon::Mode, QIcon::State)
@@ -56,6 +56,14 @@ bool StatusIconEngine::isNull()
 QString StatusIconEngine::iconName()
 {
     return QIcon::hasThemeIcon(m_themeName) ? m_themeName : QString();
+}
+
+QImage StatusIconEngine::rendered(const QSize &pixels) const
+{
+    // XEmbed slots are a little wider or higher than square in some panels.
+    const bool isWide = pixels.width() * 2 >= pixels.height() * 3;
+    return isWide ? m_images->wide.rendered(pixels, m_color)
+                  : m_images->square.rendered(pixels, m_color);
 }
 
 } // namespace tidewick

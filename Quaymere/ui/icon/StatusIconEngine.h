@@ -3,20 +3,30 @@
 
 #pragma once
 
+#include "ui/icon/SquareStatusImage.h"
 #include "ui/icon/StatusImage.h"
 
 #include <QIconEngine>
 
 namespace tidewick {
 
-/// Provides a StatusImage in one colour to a QIcon, at any size and without ever scaling a bitmap.
-/// All modes and states look the same: tinting is left to the program that shows the icon.
+/// The compositions of the mark with one badge.
+struct StatusImages
+{
+    StatusImage wide;
+    SquareStatusImage square;
+};
+
+/// Provides the compositions in one colour to a QIcon, at any size and without ever scaling a
+/// bitmap: the square one, with its outline, for slots that are about square, as those of trays
+/// are; the wide one for places that have room beside the mark. All modes and states look the same:
+/// tinting is left to the program that shows the icon.
 class StatusIconEngine : public QIconEngine
 {
 public:
     /// `themeName` is the name by which an icon theme may provide this image; empty if it has no
     /// such name.
-    StatusIconEngine(std::shared_ptr<const StatusImage> image, const QColor &color,
+    StatusIconEngine(std::shared_ptr<const StatusImages> images, const QColor &color,
                      QString themeName);
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override;
@@ -31,7 +41,9 @@ public:
     QString iconName() override;
 
 private:
-    std::shared_ptr<const StatusImage> m_image;
+    QImage rendered(const QSize &pixels) const;
+
+    std::shared_ptr<const StatusImages> m_images;
     QColor m_color;
     QString m_themeName;
 };

@@ -3,6 +3,8 @@
 
 #include "ui/icon/StatusImage.h"
 
+#include "ui/icon/WholePixels.h"
+
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -15,33 +17,6 @@ namespace {
 
 /// Between mark and badge, in points.
 constexpr qreal gap = 2;
-
-/// Returns the part of a badge that must align with whole pixels: its straight edges would
-/// otherwise be smeared over two pixels each. The drawing may mark an element with the id "edges";
-/// without one it is the whole drawing.
-QRectF edges(QSvgRenderer &badge)
-{
-    const QString marked = QStringLiteral("edges");
-    return badge.elementExists(marked) ? badge.boundsOnElement(marked) : badge.viewBoxF();
-}
-
-/// Returns the nearest rectangle of whole pixels, with the size rounded to at least one pixel.
-QRectF onWholePixels(const QRectF &rect)
-{
-    const qreal width = std::max(std::round(rect.width()), 1.0);
-    const qreal height = std::max(std::round(rect.height()), 1.0);
-    return {std::round(rect.center().x() - width / 2), std::round(rect.center().y() - height / 2),
-            width, height};
-}
-
-/// Returns `rect` mapped by the translation and scaling that turn `from` into `to`.
-QRectF carried(const QRectF &rect, const QRectF &from, const QRectF &to)
-{
-    const qreal across = to.width() / from.width();
-    const qreal down = to.height() / from.height();
-    return {to.x() + (rect.x() - from.x()) * across, to.y() + (rect.y() - from.y()) * down,
-            rect.width() * across, rect.height() * down};
-}
 
 } // namespace
 
@@ -76,13 +51,9 @@ QImage StatusImage::rendered(const QSize &pixels, const QColor &color) const
     const QRectF fitted(origin, canvas.size() * scale);
 
     QPainter painter(&picture);
-    m_mark->render(&painter, carried(m_markPlace, canvas, fitted));
-    if (m_badge) {
-        const QRectF whole = m_badge->viewBoxF();
-        const QRectF part = edges(*m_badge);
-        const QRectF place = carried(part, whole, carried(m_badgePlace, canvas, fitted));
-        m_badge->render(&painter, carried(whole, part, onWholePixels(place)));
-    }
+    m_mark->render(&painter, WholePixels::carried(m_markPlace, canvas, fitted));
+    if (m_badge)
+        WholePixels::draw(painter, *m_badge, WholePixels::carried(m_badgePlace, canvas, fitted));
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(picture.rect(), color);
     return picture;

@@ -9,7 +9,7 @@
 namespace tidewick {
 
 /// The status icon at the head of the node panel, in the colour of the texts, whatever its own
-/// colour. It is cropped to its visible columns, because tray icons come centred in a square.
+/// colour. It is cropped to its visible columns, because it comes centred in the room it is given.
 class PanelIcon final : public QWidget
 {
     Q_OBJECT
