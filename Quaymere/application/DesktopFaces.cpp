@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QWindow>
 
 #include <utility>
 
@@ -47,6 +48,19 @@ QString trayAdvice()
         "To have Tidewick in the top bar, install the extension “AppIndicator and "
         "KStatusNotifierItem Support” (package gnome-shell-extension-appindicator), log out and in "
         "again, and enable it: “gnome-extensions enable ubuntu-appindicators@ubuntu.com”.");
+}
+
+/// Frames that Qt draws keep the colours of the palette in which they were made.
+void renewFrames()
+{
+    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return;
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (QWindow *window : windows) {
+        const Qt::WindowFlags flags = window->flags();
+        window->setFlags(flags | Qt::FramelessWindowHint);
+        window->setFlags(flags);
+    }
 }
 
 } // namespace
@@ -173,6 +187,7 @@ void DesktopFaces::followAppearance()
     // portal states nothing, the desktop's own palette decides, and must not be covered.
     QApplication::setPalette(m_appearance.isStated() ? controlPalette(m_appearance.isDark())
                                                      : QPalette());
+    renewFrames();
     m_icon.setColor(m_appearance.isDark() || hasDarkPanel() ? StatusIcon::onDarkPanel()
                                                             : StatusIcon::onLightPanel());
     m_alerts.setDark(m_appearance.isDark());
