@@ -7,6 +7,7 @@
 #include "ui/DesktopMenu.h"
 #include "ui/controls/BringForward.h"
 #include "ui/controls/ControlPalette.h"
+#include "ui/controls/ToolTip.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -191,6 +192,7 @@ void DesktopFaces::followAppearance()
     m_icon.setColor(m_appearance.isDark() || hasDarkPanel() ? StatusIcon::onDarkPanel()
                                                             : StatusIcon::onLightPanel());
     m_alerts.setDark(m_appearance.isDark());
+    ToolTip::setDark(m_appearance.isDark());
     if (m_panel)
         m_panel->setDark(m_appearance.isDark());
     updateIcon();

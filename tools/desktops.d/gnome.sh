@@ -30,7 +30,10 @@ disable-lock-screen=true
 [org.gnome.desktop.session]
 idle-delay=uint32 0
 END
-    in_root "$1" glib-compile-schemas /usr/share/glib-2.0/schemas
+    in_root "$1" glib-compile-schemas /usr/share/glib-2.0/schemas || return
+    # A shell that fails soon after its start, such as at the end of a short session, would lose its
+    # extensions, and with them the tray.
+    in_root "$1" systemctl --global mask org.gnome.Shell-disable-extensions.service
 }
 
 session=(gnome-session --session=gnome)

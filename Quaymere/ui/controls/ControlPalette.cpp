@@ -79,6 +79,7 @@ QPalette controlPalette(bool isDark)
     palette.setColor(QPalette::Dark, colors.border);
     palette.setColor(QPalette::Text, colors.figures);
     palette.setColor(QPalette::PlaceholderText, colors.details);
+    palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, faded(colors.details));
     palette.setColor(QPalette::BrightText, colors.alarm);
     palette.setColor(QPalette::Mid, colors.line);
     palette.setColor(QPalette::AlternateBase, colors.fill);

@@ -7,6 +7,7 @@
 #include "ui/controls/ControlPaint.h"
 #include "ui/controls/TextScale.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 
 namespace tidewick {
@@ -24,11 +25,61 @@ int textStart(const QFont &font)
     return TextScale::scaled(font, ControlMetrics::signWidth + ControlMetrics::signMargin);
 }
 
+/// A button that expands and collapses: Qt would present a checkable button as a check box.
+class AccessibleDisclosure final : public QAccessibleWidget
+{
+public:
+    explicit AccessibleDisclosure(Disclosure *disclosure)
+        : QAccessibleWidget(disclosure, QAccessible::Button, disclosure->text()),
+          m_disclosure(disclosure)
+    {
+    }
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.expandable = true;
+        state.expanded = m_disclosure->isChecked();
+        state.collapsed = !m_disclosure->isChecked();
+        return state;
+    }
+
+    QStringList actionNames() const override
+    {
+        return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString &action) override
+    {
+        if (action == pressAction())
+            m_disclosure->click();
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+private:
+    Disclosure *m_disclosure;
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *disclosure = qobject_cast<Disclosure *>(object);
+    return disclosure ? new AccessibleDisclosure(disclosure) : nullptr;
+}
+
 } // namespace
 
 Disclosure::Disclosure(const QString &text, QWidget *parent) : PushButton(text, parent)
 {
+    QAccessible::installFactory(makeAccessible);
     setCheckable(true);
+    connect(this, &Disclosure::toggled, this, [this] {
+        QAccessible::State changed;
+        changed.expanded = true;
+        changed.collapsed = true;
+        QAccessibleStateChangeEvent event(this, changed);
+        QAccessible::updateAccessibility(&event);
+    });
 }
 
 QSize Disclosure::sizeHint() const

@@ -4,6 +4,7 @@
 #include "ui/controls/TextLabel.h"
 
 #include "ui/controls/TextScale.h"
+#include "ui/controls/ToolTip.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -75,7 +76,7 @@ void TextLabel::setWholeText(const QString &text)
         return;
     m_text.set(text);
     setText(text);
-    setToolTip(m_text.toolTip());
+    ToolTip::set(*this, m_text.cutText());
     updateGeometry();
     update();
 }

@@ -4,8 +4,11 @@
 #include "ui/controls/ToolTip.h"
 
 #include "platform/text/DisplayText.h"
+#include "ui/controls/ControlPalette.h"
 
 #include <QStringList>
+#include <QToolTip>
+#include <QWidget>
 
 namespace tidewick::ToolTip {
 
@@ -47,6 +50,20 @@ QString plain(const QString &text)
         line = breakable(DisplayText::singleLine(line)).toHtmlEscaped();
     return QLatin1String("<p style=\"white-space:pre-wrap\">") + lines.join(QLatin1String("<br>"))
            + QLatin1String("</p>");
+}
+
+void set(QWidget &widget, const QString &text)
+{
+    widget.setToolTip(text.isEmpty() ? QString() : plain(text));
+    widget.setAccessibleDescription(DisplayText::elided(text, mostCharacters));
+}
+
+void setDark(bool dark)
+{
+    QPalette palette = controlPalette(dark);
+    palette.setColor(QPalette::ToolTipBase, palette.color(QPalette::Button));
+    palette.setColor(QPalette::ToolTipText, palette.color(QPalette::ButtonText));
+    QToolTip::setPalette(palette);
 }
 
 } // namespace tidewick::ToolTip

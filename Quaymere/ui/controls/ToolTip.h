@@ -5,11 +5,20 @@
 
 #include <QString>
 
+class QWidget;
+
 namespace tidewick::ToolTip {
 
 /// Returns a text for use as a Qt tooltip. Tooltips interpret as markup whatever looks like it, so
 /// the result is markup that shows the text verbatim. Long words get break opportunities, and the
 /// text is cut before it would fill the screen.
 QString plain(const QString &text);
+
+/// Gives a widget a tooltip with this text, and no tooltip if it is empty. Screen readers read the
+/// text as the widget's description; without one, Qt would pass them the markup.
+void set(QWidget &widget, const QString &text);
+
+/// Shows tooltips in the dark or the light look from now on.
+void setDark(bool dark);
 
 } // namespace tidewick::ToolTip

@@ -5,7 +5,6 @@
 
 #include "platform/text/DisplayText.h"
 #include "ui/controls/TextScale.h"
-#include "ui/controls/ToolTip.h"
 
 #include <QGlyphRun>
 #include <QPainter>
@@ -72,7 +71,7 @@ QMargins reachOf(const QTextLine &line)
 void WrappedText::set(const QString &text)
 {
     const QString shown = DisplayText::singleLine(DisplayText::elided(text, shownCharacters));
-    m_toolTip = shown == text ? QString() : ToolTip::plain(text);
+    m_cutText = shown == text ? QString() : text;
     m_layout.setText(shown);
     m_width = -1;
 }

@@ -44,8 +44,8 @@ public:
     /// The text shown, which may be cut.
     QString text() const { return m_layout.text(); }
 
-    /// A tooltip with more of the text than is shown, verbatim; empty if the whole text is shown.
-    QString toolTip() const { return m_toolTip; }
+    /// The whole text if only a part of it is shown; otherwise empty.
+    QString cutText() const { return m_cutText; }
 
     /// The height of the shown text at this width, space included.
     int height(int width) const;
@@ -70,7 +70,7 @@ private:
     int m_padding;
     qreal m_lineHeight = 1;
     bool m_alignedToEnd = false;
-    QString m_toolTip;
+    QString m_cutText;
     /// Laid out on demand, for the width and direction below.
     mutable QTextLayout m_layout;
     mutable QPointF m_topLeft;

@@ -5,6 +5,7 @@
 
 #include "ui/controls/ControlPaint.h"
 #include "ui/controls/TextScale.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/panel/PanelMetrics.h"
 
 #include <QKeyEvent>
@@ -26,7 +27,7 @@ void PanelButton::setWholeText(const QString &text)
     m_text.set(text);
     // Not as the button's text, in which an ampersand would mark a mnemonic.
     setAccessibleName(m_text.text());
-    setToolTip(m_text.toolTip());
+    ToolTip::set(*this, m_text.cutText());
     update();
 }
 

@@ -4,6 +4,7 @@
 #include "ui/panel/PanelLabel.h"
 
 #include "ui/controls/TextScale.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/panel/PanelMetrics.h"
 
 #include <QClipboard>
@@ -36,7 +37,7 @@ void PanelLabel::setWholeText(const QString &text)
     m_text.set(text);
     m_selected = {};
     setAccessibleName(m_text.text());
-    setToolTip(m_text.toolTip());
+    ToolTip::set(*this, m_text.cutText());
     update();
 }
 

@@ -102,7 +102,7 @@ void SettingsWindow::makeAdvanced()
 
     auto *showButton = new PushButton(QStringLiteral("Show in Finder"), card);
     auto *folder = new CardRow(QStringLiteral("Data folder"), showButton, card);
-    folder->setToolTip(ToolTip::plain(Files::display(directory)));
+    ToolTip::set(*folder, Files::display(directory));
     showButton->setAccessibleDescription(Files::display(directory));
     card->add(folder);
     connect(showButton, &PushButton::clicked, this, [this] {

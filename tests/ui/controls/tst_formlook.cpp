@@ -8,6 +8,7 @@
 #include "ui/controls/Card.h"
 #include "ui/controls/ControlPalette.h"
 #include "ui/controls/TextLabel.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/controls/VerbatimText.h"
 
 #include <QAbstractItemView>
@@ -15,6 +16,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QStyleFactory>
+#include <QToolTip>
 
 using namespace tidewick;
 
@@ -29,6 +31,9 @@ private slots:
     void followsLightAndDark_data();
     void followsLightAndDark();
     void listsHaveTheWindowsColors();
+    void toolTipsAreRaised_data();
+    void toolTipsAreRaised();
+    void disabledPickersFade();
     void looksTheSameInEveryStyle();
     void keyboardFocusShowsARing();
     void clipsNothing_data();
@@ -83,6 +88,45 @@ void openDetails(AboutWindow &window)
 }
 
 } // namespace
+
+void TestFormLook::toolTipsAreRaised_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+/// Lighter than a card in dark, where shadows do not show.
+void TestFormLook::toolTipsAreRaised()
+{
+    QFETCH(bool, dark);
+    ToolTip::setDark(dark);
+    const QColor ground = QToolTip::palette().color(QPalette::ToolTipBase);
+    QVERIFY(contrast(QToolTip::palette().color(QPalette::ToolTipText), ground) >= 4.5);
+    QVERIFY(ground.lightness() >= controlPalette(dark).color(QPalette::Base).lightness());
+    QCOMPARE(ground.lightness() < 128, dark);
+}
+
+/// Text and arrows.
+void TestFormLook::disabledPickersFade()
+{
+    Rig rig;
+    Picker *picker = rig.picker(Rig::RoundGrowth);
+    const auto strongest = [&] {
+        const QImage look = picture(picker);
+        const QRect sign = look.rect().adjusted(look.width() * 4 / 5, 3, -3, -3);
+        double most = 1;
+        for (int y = sign.top(); y <= sign.bottom(); ++y) {
+            for (int x = sign.left(); x <= sign.right(); ++x)
+                most = std::max(most, contrast(look.pixelColor(x, y), look.pixelColor(6, 6)));
+        }
+        return most;
+    };
+    picker->setEnabled(true);
+    const double enabled = strongest();
+    picker->setEnabled(false);
+    QVERIFY2(strongest() < 0.7 * enabled, qPrintable(QString::number(strongest() / enabled)));
+}
 
 void TestFormLook::textsStandOut_data()
 {

@@ -8,6 +8,7 @@
 #include "ui/controls/ToolTip.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QApplication>
 
 using namespace tidewick;
@@ -130,8 +131,10 @@ void TestSettingsWindowNode::revealsTheDataFolder()
 {
     Rig rig;
     const QString path = Files::display(rig.node.data());
-    const QWidget *row = button(*rig.window, "Show in Finder")->parentWidget();
+    QWidget *row = button(*rig.window, "Show in Finder")->parentWidget();
     QCOMPARE(row->toolTip(), ToolTip::plain(path));
+    auto *accessible = QAccessible::queryAccessibleInterface(row);
+    QCOMPARE(accessible->text(QAccessible::Description), path);
     QTest::mouseClick(button(*rig.window, "Show in Finder"), Qt::LeftButton);
     QCOMPARE(rig.revealed, QList({rig.node.data()}));
     QCOMPARE(rig.opened, QList<QUrl>());
