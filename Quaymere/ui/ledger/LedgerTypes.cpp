@@ -4,6 +4,7 @@
 #include "ui/ledger/LedgerTypes.h"
 
 #include "platform/text/DisplayText.h"
+#include "ui/ledger/DrawnList.h"
 #include "ui/ledger/LedgerDrawing.h"
 #include "ui/ledger/LedgerTexts.h"
 #include "ui/ledger/TypeColor.h"
@@ -13,9 +14,56 @@
 
 namespace tidewick {
 
+namespace {
+
+/// A line as screen readers see it.
+class TypeItem final : public DrawnItem
+{
+public:
+    TypeItem(LedgerTypes &types, qsizetype line) : DrawnItem(types), m_types(types), m_line(line) {}
+
+    bool isValid() const override { return m_line < m_types.lines().size(); }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? m_types.lines().value(m_line) : QString();
+    }
+    QRect rect() const override
+    {
+        const QRect line = m_types.lineRect(m_line);
+        return {m_types.mapToGlobal(line.topLeft()), line.size()};
+    }
+
+private:
+    LedgerTypes &m_types;
+    qsizetype m_line;
+};
+
+class TypeList final : public DrawnList
+{
+public:
+    explicit TypeList(LedgerTypes &types) : DrawnList(types), m_types(types) {}
+
+    int childCount() const override { return int(m_types.lines().size()); }
+
+protected:
+    QAccessibleInterface *makeItem(int line) const override { return new TypeItem(m_types, line); }
+
+private:
+    LedgerTypes &m_types;
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *types = qobject_cast<LedgerTypes *>(object);
+    return types ? new TypeList(*types) : nullptr;
+}
+
+} // namespace
+
 LedgerTypes::LedgerTypes(const LedgerLook &look, QWidget *parent)
     : LedgerCard(look, QStringLiteral("By type, since opened"), parent)
 {
+    QAccessible::installFactory(makeAccessible);
     setTypes({});
 }
 
@@ -24,25 +72,35 @@ void LedgerTypes::setTypes(const QList<LedgerFeed::TypeCount> &types)
     auto rows = types.first(std::min(types.size(), LedgerTexts::mostTypes));
     const QString remark =
         types.isEmpty() ? LedgerTexts::waiting() : LedgerTexts::moreTypes(types.size());
-    QStringList parts;
-    for (LedgerFeed::TypeCount &row : rows) {
+    for (LedgerFeed::TypeCount &row : rows)
         row.type = DisplayText::singleLine(row.type);
-        parts += row.type + u' ' + QString::number(row.count);
-    }
     if (rows == m_rows && remark == m_remark)
         return;
     m_rows = std::move(rows);
     m_remark = remark;
-    if (!m_remark.isEmpty())
-        parts += m_remark;
-    setAccessibleDescription(parts.join(QLatin1String(", ")));
-
     update();
     const int lines = int(m_rows.size()) + (m_remark.isEmpty() ? 0 : 1);
     if (lines > m_lines) {
         m_lines = lines;
         emit grown();
     }
+}
+
+QStringList LedgerTypes::lines() const
+{
+    QStringList lines;
+    for (const LedgerFeed::TypeCount &row : m_rows)
+        lines += row.type + u' ' + QString::number(row.count);
+    if (!m_remark.isEmpty())
+        lines += m_remark;
+    return lines;
+}
+
+QRect LedgerTypes::lineRect(qsizetype line) const
+{
+    QRect rect = content();
+    rect.setHeight(metrics().typeRow);
+    return rect.translated(0, int(line) * metrics().typeRow);
 }
 
 int LedgerTypes::wantedHeight() const
@@ -54,13 +112,10 @@ void LedgerTypes::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     paintCard(painter, event->rect());
-    QRect row = content();
-    row.setHeight(metrics().typeRow);
-    for (const LedgerFeed::TypeCount &type : m_rows) {
-        paintRow(painter, row, type);
-        row.translate(0, metrics().typeRow);
-    }
-    LedgerDrawing::line(painter, row, Qt::AlignLeft, metrics().caption, colors().ink3, m_remark);
+    for (qsizetype line = 0; line < m_rows.size(); ++line)
+        paintRow(painter, lineRect(line), m_rows.at(line));
+    LedgerDrawing::line(painter, lineRect(m_rows.size()), Qt::AlignLeft, metrics().caption,
+                        colors().ink3, m_remark);
 }
 
 void LedgerTypes::paintRow(QPainter &painter, const QRect &row,

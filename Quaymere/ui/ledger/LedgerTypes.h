@@ -19,6 +19,11 @@ public:
     /// Sets the types, in display order.
     void setTypes(const QList<LedgerFeed::TypeCount> &types);
 
+    /// The lines on display: the types with their counts, and a remark if there is one.
+    QStringList lines() const;
+    /// The place of a line.
+    QRect lineRect(qsizetype line) const;
+
     /// The height for the largest number of lines so far, so that the content below stays in place.
     int wantedHeight() const;
 

@@ -8,6 +8,7 @@
 #include "ui/ledger/LedgerTile.h"
 #include "ui/ledger/LedgerTypes.h"
 
+#include <QAccessible>
 #include <QApplication>
 
 using namespace tidewick;
@@ -26,6 +27,7 @@ private slots:
     void typesKeepTheirHeight();
     void connection();
     void accessibleNames();
+    void typesAreAList();
 
     void runsWhileItIsShown();
     void runsWhileItIsMinimised();
@@ -180,7 +182,27 @@ void TestLedgerWindow::accessibleNames()
          {"Ledger 98765002, Live", "This ledger: 1 transactions", "Per second: 0.2 transactions",
           "Busiest in view: 1 ledger #98765001", "Transactions per ledger", "Latest transactions"})
         QVERIFY(rig.named(name).isVisible());
-    QCOMPARE(rig.named("By type, since opened").accessibleDescription(),
+}
+
+void TestLedgerWindow::typesAreAList()
+{
+    LedgerRig rig;
+    showTypes(rig, 7);
+    QWidget &types = rig.named("By type, since opened");
+    auto *list = QAccessible::queryAccessibleInterface(&types);
+    QCOMPARE(list->role(), QAccessible::List);
+    QStringList lines;
+    QRect last;
+    for (int i = 0; i < list->childCount(); ++i) {
+        auto *item = list->child(i);
+        QCOMPARE(item->role(), QAccessible::ListItem);
+        QVERIFY(item->isValid() && !item->state().invisible);
+        QVERIFY(list->rect().contains(item->rect()) && !item->rect().intersects(last));
+        QCOMPARE(list->childAt(item->rect().center().x(), item->rect().center().y()), item);
+        last = item->rect();
+        lines += item->text(QAccessible::Name);
+    }
+    QCOMPARE(lines.join(QLatin1String(", ")),
              QStringLiteral("Type0 7, Type1 6, Type2 5, Type3 4, Type4 3, Type5 2, "
                             "and 1 more type"));
 }
