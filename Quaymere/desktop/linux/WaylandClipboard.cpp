@@ -59,7 +59,8 @@ void WaylandClipboard::copy(const QString &text, QObject *context,
 {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("wl-copy"));
     if (program.isEmpty() || !isOpenToAll()) {
-        QTimer::singleShot(0, context, [done = std::move(done)] { done(false); });
+        QMetaObject::invokeMethod(
+            context, [done = std::move(done)] { done(false); }, Qt::QueuedConnection);
         return;
     }
     auto *process = new QProcess(context);
@@ -75,7 +76,10 @@ void WaylandClipboard::copy(const QString &text, QObject *context,
                          process->deleteLater();
                          done(false);
                      });
-    QTimer::singleShot(patience, process, &QProcess::kill);
+    auto *limit = new QTimer(process);
+    limit->setSingleShot(true);
+    QObject::connect(limit, &QTimer::timeout, process, &QProcess::kill);
+    limit->start(patience);
     // Its descendant that keeps the content must not keep these open.
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
