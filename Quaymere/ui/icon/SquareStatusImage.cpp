@@ -18,7 +18,7 @@ namespace {
 
 /// The following lengths are in twentieths of the side inside the outline, which is the unit of the
 /// mark that we ship.
-constexpr qreal side = 20;
+constexpr qreal units = 20;
 /// Seven pixels of a themed icon of 16.
 constexpr qreal leastBadgeHeight = 8.75;
 constexpr qreal mostBadgeAspect = 1.25;
@@ -94,9 +94,9 @@ QImage tinted(const QImage &shape, const QColor &color)
 
 void cutCorner(QImage &picture, const QRectF &square)
 {
-    const qreal radius = cutOutRadius * square.width() / side;
+    const qreal radius = cutOutRadius * square.width() / units;
     QPainterPath corner;
-    corner.addRoundedRect(WholePixels::carried(cutOut, QRectF(0, 0, side, side), square), radius,
+    corner.addRoundedRect(WholePixels::carried(cutOut, QRectF(0, 0, units, units), square), radius,
                           radius);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -164,7 +164,7 @@ QImage SquareStatusImage::mark(const QSize &pixels, const QRectF &square) const
 
 QImage SquareStatusImage::badge(const QSize &pixels, const QRectF &square) const
 {
-    const BadgeHeight height = badgeHeight(leastBadgeHeight * square.width() / side);
+    const BadgeHeight height = badgeHeight(leastBadgeHeight * square.width() / units);
     QSvgRenderer &drawing = height.grid == 7 ? *m_badge.sevenths : *m_badge.ninths;
     QSizeF size = drawing.viewBoxF().size() * height.pixels / height.grid;
     const QSizeF most(height.pixels * mostBadgeAspect, height.pixels);
