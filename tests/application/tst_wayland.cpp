@@ -136,7 +136,7 @@ void TestWayland::passesOnTheLaunchersToken()
     QVERIFY(isFull());
     LaunchedApplication second(m_bundle, {}, {{variable.toStdString(), "the token"}});
     QVERIFY(second.process().waitForEnd());
-    QCOMPARE(second.process().ending()->status, 0);
+    QVERIFY2(second.process().ending()->status == 0, second.output());
     QVERIFY(waitUntil([] { return WaylandDesktop::hasWindow("Live Ledger"); }));
     QVERIFY2(waitUntil([&] {
                  return m_application->output().contains(".activate(\"the token\", wl_surface");
