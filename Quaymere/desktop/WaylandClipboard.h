@@ -15,8 +15,8 @@
 /// afterwards.
 namespace tidewick::WaylandClipboard {
 
-/// Copies the text, and then calls `done` from the event loop with whether that has succeeded.
-/// `done` is not called if `context` is destroyed first. Main thread only.
-void copy(const QString &text, QObject *context, std::function<void(bool copied)> done);
+/// Copies the text, and calls `done` with whether that has succeeded: at once if there is no such
+/// clipboard here, and never if `context` is destroyed first. Main thread only.
+void copy(const QString &text, QObject *context, const std::function<void(bool copied)> &done);
 
 } // namespace tidewick::WaylandClipboard

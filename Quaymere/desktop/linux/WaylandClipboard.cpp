@@ -55,14 +55,11 @@ bool isOpenToAll()
 } // namespace
 
 void WaylandClipboard::copy(const QString &text, QObject *context,
-                            std::function<void(bool copied)> done)
+                            const std::function<void(bool copied)> &done)
 {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("wl-copy"));
-    if (program.isEmpty() || !isOpenToAll()) {
-        QMetaObject::invokeMethod(
-            context, [done = std::move(done)] { done(false); }, Qt::QueuedConnection);
-        return;
-    }
+    if (program.isEmpty() || !isOpenToAll())
+        return done(false);
     auto *process = new QProcess(context);
     QObject::connect(process, &QProcess::finished, context,
                      [process, done](int status, QProcess::ExitStatus ending) {
