@@ -154,7 +154,7 @@ void DesktopFaces::showPanel()
         m_panel = std::make_unique<NodePanel>();
         connect(m_panel.get(), &NodePanel::commandChosen, &m_commands, &MenuCommands::run);
         m_panel->setHint(adviceForOnce());
-        m_panel->setDark(m_appearance.isDark());
+        m_panel->setScheme(m_appearance.scheme());
         m_panel->setIcon(icon());
         m_panel->setRows(rowsWithAdvice(m_node.status()));
     }
@@ -186,15 +186,15 @@ void DesktopFaces::followAppearance()
 {
     // For what has no palette of its own, such as the frames that Qt draws on Wayland. If the
     // portal states nothing, the desktop's own palette decides, and must not be covered.
-    QApplication::setPalette(m_appearance.isStated() ? controlPalette(m_appearance.isDark())
+    QApplication::setPalette(m_appearance.isStated() ? controlPalette(m_appearance.scheme())
                                                      : QPalette());
     renewFrames();
     m_icon.setColor(m_appearance.isDark() || hasDarkPanel() ? StatusIcon::onDarkPanel()
                                                             : StatusIcon::onLightPanel());
-    m_alerts.setDark(m_appearance.isDark());
-    ToolTip::setDark(m_appearance.isDark());
+    m_alerts.setScheme(m_appearance.scheme());
+    ToolTip::setScheme(m_appearance.scheme());
     if (m_panel)
-        m_panel->setDark(m_appearance.isDark());
+        m_panel->setScheme(m_appearance.scheme());
     updateIcon();
 }
 

@@ -5,7 +5,7 @@
 
 #include "desktop/StartupNotification.h"
 #include "platform/process/SignalListener.h"
-#include "ui/icon/AppIcon.h"
+#include "ui/icon/ApplicationIcon.h"
 
 #include <QEvent>
 

@@ -9,7 +9,7 @@
 #include "platform/process/Descriptors.h"
 #include "platform/process/StandardStreams.h"
 #include "ui/about/AboutWindow.h"
-#include "ui/icon/AppIcon.h"
+#include "ui/icon/ApplicationIcon.h"
 #include "ui/ledger/LedgerWindow.h"
 #include "ui/settings/SettingsWindow.h"
 
@@ -89,7 +89,7 @@ struct Scene
 template <typename Window>
 std::unique_ptr<QWidget> inTheme(std::unique_ptr<Window> window, Mode::Snapshot::Theme theme)
 {
-    window->setDark(theme == Mode::Snapshot::Theme::Dark);
+    window->setScheme({theme == Mode::Snapshot::Theme::Dark});
     return window;
 }
 

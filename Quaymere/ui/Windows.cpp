@@ -22,7 +22,7 @@ namespace {
 template <typename Window>
 Window *following(const Appearance &appearance, Window *window)
 {
-    const auto follow = [&appearance, window] { window->setDark(appearance.isDark()); };
+    const auto follow = [&appearance, window] { window->setScheme(appearance.scheme()); };
     QObject::connect(&appearance, &Appearance::changed, window, follow);
     follow();
     return window;

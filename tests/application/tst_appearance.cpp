@@ -55,7 +55,7 @@ public:
     }
 
     /// Whether all relevant settings have been requested.
-    bool isAsked() const { return m_asked.size() == 4; }
+    bool isAsked() const { return m_asked.size() == 7; }
 
     void change(const QString &itsGroup, const QString &itsKey, const QVariant &value)
     {
@@ -97,6 +97,9 @@ private slots:
     void followsThePortal();
     void followsThePaletteWithoutAPortal();
     void runningProgramFollowsThePortal();
+
+    void highContrastFollowsThePortal_data();
+    void highContrastFollowsThePortal();
 
     void startsWithReducedMotionAsThePortalSays_data();
     void startsWithReducedMotionAsThePortalSays();
@@ -176,7 +179,51 @@ void TestAppearance::runningProgramFollowsThePortal()
     QVERIFY(waitUntil(isDark));
     portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 2U);
     QVERIFY(waitUntil(isLight));
+    QVERIFY(lightness() != 255);
+    portal.change(QString::fromLatin1(group), QStringLiteral("contrast"), 1U);
+    QVERIFY(waitUntil([&] { return lightness() == 255; }));
+    portal.change(QString::fromLatin1(group), QString::fromLatin1(key), 1U);
+    QVERIFY(waitUntil([&] { return lightness() == 0; }));
     QVERIFY(application.endsWell(SIGTERM));
+}
+
+void TestAppearance::highContrastFollowsThePortal_data()
+{
+    QTest::addColumn<QString>("itsGroup");
+    QTest::addColumn<QString>("itsKey");
+    QTest::addColumn<QVariant>("high");
+    QTest::addColumn<QVariant>("usual");
+    const auto row = [](const char *name, const char *itsGroup, const char *itsKey,
+                        const QVariant &high, const QVariant &usual) {
+        QTest::newRow(name) << QString::fromLatin1(itsGroup) << QString::fromLatin1(itsKey) << high
+                            << usual;
+    };
+    row("all desktops", group, "contrast", 1U, 0U);
+    row("all desktops, unknown value", group, "contrast", 1U, 7U);
+    row("GNOME", "org.gnome.desktop.a11y.interface", "high-contrast", true, false);
+    const char *gtk = "org.gnome.desktop.interface";
+    row("GTK, light", gtk, "gtk-theme", QStringLiteral("HighContrast"), QStringLiteral("Adwaita"));
+    row("GTK, dark", gtk, "gtk-theme", QStringLiteral("HighContrastInverse"), QString());
+}
+
+void TestAppearance::highContrastFollowsThePortal()
+{
+    QFETCH(QString, itsGroup);
+    QFETCH(QString, itsKey);
+    QFETCH(QVariant, high);
+    QFETCH(QVariant, usual);
+    Settings settings = schemeOf(1);
+    settings[{itsGroup, itsKey}] = high;
+    Portal portal(m_bus.connection(), settings);
+    const Appearance appearance;
+    QVERIFY(waitUntil([&] { return appearance.scheme() == Scheme{true, true}; }));
+    QSignalSpy changes(&appearance, &Appearance::changed);
+    portal.change(itsGroup, itsKey, usual);
+    QVERIFY(waitUntil([&] { return appearance.scheme() == Scheme{true, false}; }));
+    portal.change(QStringLiteral("org.example"), itsKey, high);
+    portal.change(itsGroup, itsKey, high);
+    QVERIFY(waitUntil([&] { return appearance.scheme() == Scheme{true, true}; }));
+    QCOMPARE(changes.size(), 2);
 }
 
 void TestAppearance::startsWithReducedMotionAsThePortalSays_data()

@@ -198,11 +198,11 @@ void TestSnapshots::ledgerWaitsForANode()
     const QImage picture = snapshot("ledger", "dark", "2");
     QVERIFY(timer.elapsed() >= 15'000);
     QCOMPARE(picture.size(), QSize(800, 780) * 2);
-    QCOMPARE(picture.pixelColor(2, 2), Palette(true).bg);
+    QCOMPARE(picture.pixelColor(2, 2), Palette({true}).bg);
     const QImage reference(QStringLiteral(TIDEWICK_TEST_DATA "/windows/ledger-dark.png"));
     const double changed = difference(picture, reference);
     QVERIFY2(changed <= mostDifferent, QByteArray::number(changed));
-    QVERIFY(!isShown(picture, Palette(true).accent)); // the dot of "Live"
+    QVERIFY(!isShown(picture, Palette({true}).accent)); // the dot of "Live"
 }
 
 void TestSnapshots::ledgerShowsTheNode()
@@ -215,8 +215,8 @@ void TestSnapshots::ledgerShowsTheNode()
     const Beside beside(node);
 
     const QImage picture = snapshot("ledger", "light");
-    QCOMPARE(picture.pixelColor(2, 2), Palette(false).bg);
-    QVERIFY(isShown(picture, Palette(false).accent));
+    QCOMPARE(picture.pixelColor(2, 2), Palette({false}).bg);
+    QVERIFY(isShown(picture, Palette({false}).accent));
     QVERIFY(!beside.ending());
 }
 

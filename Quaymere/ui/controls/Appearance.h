@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ui/controls/Scheme.h"
+
 #include <QDBusVariant>
 #include <QHash>
 #include <QObject>
@@ -10,8 +12,8 @@
 namespace tidewick {
 
 /// The desktop's preferences for windows: dark or light, from the settings portal or else from the
-/// palette's window colour, and with or without motion. Follows the portal's changes. Main thread
-/// only.
+/// palette's window colour, with high contrast or not, and with or without motion. Follows the
+/// portal's changes. Main thread only.
 class Appearance final : public QObject
 {
     Q_OBJECT
@@ -19,9 +21,10 @@ class Appearance final : public QObject
 public:
     explicit Appearance(QObject *parent = nullptr);
 
-    bool isDark() const { return m_dark; }
+    const Scheme &scheme() const { return m_scheme; }
+    bool isDark() const { return m_scheme.dark; }
 
-    /// Whether the portal has stated that preference.
+    /// Whether the portal has stated whether windows are dark or light.
     bool isStated() const { return m_stated; }
 
     /// Whether nothing may move by itself.
@@ -42,7 +45,7 @@ private:
 
     /// The portal's answers by key: no key that counts here exists in two groups.
     QHash<QString, QVariant> m_settings;
-    bool m_dark = false;
+    Scheme m_scheme;
     bool m_stated = false;
     bool m_still = false;
 };

@@ -22,6 +22,8 @@ struct Colors
     QColor ring;
     QColor selection;
     QColor advice;
+    /// The opacity of texts of disabled controls: readable, but visibly not available.
+    float faint;
 };
 
 constexpr Colors light{
@@ -38,6 +40,7 @@ constexpr Colors light{
     .ring = {37, 83, 199},
     .selection = {37, 83, 199},
     .advice = {220, 225, 240},
+    .faint = 0.45F,
 };
 
 constexpr Colors dark{
@@ -54,20 +57,59 @@ constexpr Colors dark{
     .ring = {143, 173, 255},
     .selection = {47, 98, 224},
     .advice = {34, 49, 88},
+    .faint = 0.45F,
 };
 
-/// The colour for a disabled control: readable, but visibly not available.
-QColor faded(QColor color)
+constexpr Colors lightContrast{
+    .ground = {255, 255, 255},
+    .card = {255, 255, 255},
+    .control = {255, 255, 255},
+    .border = {0, 0, 0},
+    .ink = {0, 0, 0},
+    .figures = {28, 29, 33},
+    .details = {58, 60, 70},
+    .alarm = {140, 0, 0},
+    .line = {0, 0, 0, 150},
+    .fill = {0, 51, 170, 36},
+    .ring = {0, 51, 200},
+    .selection = {0, 51, 170},
+    .advice = {232, 238, 255},
+    .faint = 0.6F,
+};
+
+constexpr Colors darkContrast{
+    .ground = {0, 0, 0},
+    .card = {0, 0, 0},
+    .control = {0, 0, 0},
+    .border = {255, 255, 255},
+    .ink = {255, 255, 255},
+    .figures = {236, 236, 238},
+    .details = {206, 208, 218},
+    .alarm = {255, 180, 172},
+    .line = {255, 255, 255, 150},
+    .fill = {143, 173, 255, 50},
+    .ring = {170, 195, 255},
+    .selection = {28, 70, 190},
+    .advice = {0, 22, 74},
+    .faint = 0.6F,
+};
+
+const Colors &colorsOf(const Scheme &scheme)
 {
-    color.setAlphaF(0.45F);
-    return color;
+    if (scheme.highContrast)
+        return scheme.dark ? darkContrast : lightContrast;
+    return scheme.dark ? dark : light;
 }
 
 } // namespace
 
-QPalette controlPalette(bool isDark)
+QPalette controlPalette(const Scheme &scheme)
 {
-    const Colors &colors = isDark ? dark : light;
+    const Colors &colors = colorsOf(scheme);
+    const auto faded = [&colors](QColor color) {
+        color.setAlphaF(colors.faint);
+        return color;
+    };
     // Qt derives the shades of scroll bars from these two colours.
     QPalette palette(colors.ground, colors.ground);
     for (const auto role : {QPalette::WindowText, QPalette::ButtonText}) {

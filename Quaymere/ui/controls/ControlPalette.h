@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ui/controls/Scheme.h"
+
 #include <QPalette>
 
 namespace tidewick {
@@ -21,7 +23,8 @@ namespace tidewick {
 /// - ToolTipBase: the background of advice
 /// - Highlight, HighlightedText: selections
 ///
-/// Text of enabled controls has a contrast of at least 4.5, even on the fill.
-QPalette controlPalette(bool dark);
+/// Text of enabled controls has a contrast of at least 4.5, even on the fill, and of at least 7 if
+/// the scheme is one of high contrast. Borders and hairlines then have at least 3.
+QPalette controlPalette(const Scheme &scheme);
 
 } // namespace tidewick

@@ -58,9 +58,9 @@ void set(QWidget &widget, const QString &text)
     widget.setAccessibleDescription(DisplayText::elided(text, mostCharacters));
 }
 
-void setDark(bool dark)
+void setScheme(Scheme scheme)
 {
-    QPalette palette = controlPalette(dark);
+    QPalette palette = controlPalette(scheme);
     palette.setColor(QPalette::ToolTipBase, palette.color(QPalette::Button));
     palette.setColor(QPalette::ToolTipText, palette.color(QPalette::ButtonText));
     QToolTip::setPalette(palette);

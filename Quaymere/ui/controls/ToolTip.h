@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ui/controls/Scheme.h"
+
 #include <QString>
 
 class QWidget;
@@ -18,7 +20,7 @@ QString plain(const QString &text);
 /// text as the widget's description; without one, Qt would pass them the markup.
 void set(QWidget &widget, const QString &text);
 
-/// Shows tooltips in the dark or the light look from now on.
-void setDark(bool dark);
+/// Shows tooltips in these colours from now on.
+void setScheme(Scheme scheme);
 
 } // namespace tidewick::ToolTip

@@ -56,19 +56,19 @@ Alerts::~Alerts()
     delete m_question;
 }
 
-void Alerts::setDark(bool dark)
+void Alerts::setScheme(Scheme scheme)
 {
-    m_dark = dark;
+    m_scheme = scheme;
     for (Dialog *dialog : {m_error.data(), m_offer.data(), m_question.data()}) {
         if (dialog)
-            dialog->setDark(dark);
+            dialog->setScheme(scheme);
     }
 }
 
 Dialog *Alerts::makeDialog(const StatusIcon::Badge &badge, int width)
 {
     auto *dialog = new Dialog(m_icon.composed(badge), width);
-    dialog->setDark(m_dark);
+    dialog->setScheme(m_scheme);
     return dialog;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "node/NodeController.h"
+#include "ui/controls/Scheme.h"
 #include "ui/icon/StatusIcon.h"
 
 #include <QPointer>
@@ -23,8 +24,8 @@ public:
     /// Closes all open alerts. An open question is answered with no.
     ~Alerts();
 
-    /// Sets the dark or the light look of open and later alerts; light is the default.
-    void setDark(bool dark);
+    /// Sets the colours of open and later alerts; light ones are the default.
+    void setScheme(Scheme scheme);
 
     /// Shows the text of an error, however long, and advice on it if there is any. The text after
     /// the first blank line is shown as a log. An earlier error that is still open is replaced.
@@ -46,7 +47,7 @@ private:
     Dialog *makeQuestion(const Confirmation &question);
 
     StatusIcon m_icon;
-    bool m_dark = false;
+    Scheme m_scheme;
     QString m_errorText;
     QString m_offeredText;
     QPointer<Dialog> m_error;

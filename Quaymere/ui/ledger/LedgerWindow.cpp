@@ -35,7 +35,7 @@ const QString transactions = QStringLiteral("transactions");
 
 LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent)
     : QWidget(parent, Qt::Window), m_openUrl(std::move(openUrl)),
-      m_feed(std::move(host)), m_look{Palette(false), LedgerMetrics(font(), height())},
+      m_feed(std::move(host)), m_look{Palette({}), LedgerMetrics(font(), height())},
       m_header(new LedgerHeader(m_look, this)),
       m_latest(new LedgerTile(m_look, QStringLiteral("This ledger"), this)),
       m_rate(new LedgerTile(m_look, QStringLiteral("Per second"), this)),
@@ -78,11 +78,11 @@ LedgerWindow::~LedgerWindow()
     hide();
 }
 
-void LedgerWindow::setDark(bool dark)
+void LedgerWindow::setScheme(Scheme scheme)
 {
-    if (std::exchange(m_dark, dark) == dark)
+    if (std::exchange(m_scheme, scheme) == scheme)
         return;
-    m_look.colors = Palette(dark);
+    m_look.colors = Palette(scheme);
     takeColors();
     fit();
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "feed/LedgerFeed.h"
+#include "ui/controls/Scheme.h"
 #include "ui/ledger/LedgerCard.h"
 
 #include <QUrl>
@@ -31,8 +32,8 @@ public:
     explicit LedgerWindow(OpenUrl openUrl, LedgerFeedHost host = {}, QWidget *parent = nullptr);
     ~LedgerWindow() override;
 
-    /// Sets the dark or the light look; light is the default.
-    void setDark(bool dark);
+    /// Sets the colours; light ones are the default.
+    void setScheme(Scheme scheme);
 
     /// Sets whether nothing may move by itself.
     void setStill(bool still);
@@ -55,7 +56,7 @@ private:
     OpenUrl m_openUrl;
     LedgerFeed m_feed;
     LedgerLook m_look;
-    bool m_dark = false;
+    Scheme m_scheme;
 
     LedgerHeader *m_header;
     LedgerTile *m_latest;

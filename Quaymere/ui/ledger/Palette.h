@@ -3,14 +3,16 @@
 
 #pragma once
 
+#include "ui/controls/Scheme.h"
+
 #include <QColor>
 
 namespace tidewick {
 
-/// The ledger window's colours, in sRGB, for the desktop's dark or light scheme.
+/// The ledger window's colours, in sRGB.
 struct Palette
 {
-    explicit Palette(bool dark);
+    explicit Palette(const Scheme &scheme);
 
     /// The window's background.
     QColor bg;

@@ -18,7 +18,7 @@ NodePanel::NodePanel(QWidget *parent) : NodePanel(new PanelRows, parent) {}
 NodePanel::NodePanel(PanelRows *rows, QWidget *parent) : FittedWindow(rows, parent), m_rows(rows)
 {
     setWindowTitle(QStringLiteral("Tidewick"));
-    setPalette(controlPalette(m_dark));
+    setPalette(controlPalette(m_scheme));
     new QShortcut(QKeySequence::Cancel, this, this, &NodePanel::showMinimized);
     connect(m_rows, &PanelRows::commandChosen, this, &NodePanel::commandChosen);
     connect(m_rows, &PanelRows::heightChanged, this, &NodePanel::fit);
@@ -41,12 +41,12 @@ void NodePanel::setHint(const QString &hint)
     m_rows->setHint(hint);
 }
 
-void NodePanel::setDark(bool dark)
+void NodePanel::setScheme(Scheme scheme)
 {
-    if (dark == m_dark)
+    if (scheme == m_scheme)
         return;
-    m_dark = dark;
-    setPalette(controlPalette(dark));
+    m_scheme = scheme;
+    setPalette(controlPalette(scheme));
 }
 
 void NodePanel::closeEvent(QCloseEvent *event)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ui/controls/FittedWindow.h"
+#include "ui/controls/Scheme.h"
 #include "ui/menu/MenuRows.h"
 
 class QIcon;
@@ -34,8 +35,8 @@ public:
     /// Sets a line that says what to install to get a tray; an empty text removes it.
     void setHint(const QString &hint);
 
-    /// Sets the dark or the light look; light is the default.
-    void setDark(bool dark);
+    /// Sets the colours; light ones are the default.
+    void setScheme(Scheme scheme);
 
 signals:
     void commandChosen(tidewick::MenuCommand command);
@@ -49,7 +50,7 @@ private:
     NodePanel(PanelRows *rows, QWidget *parent);
 
     PanelRows *m_rows;
-    bool m_dark = false;
+    Scheme m_scheme;
 };
 
 } // namespace tidewick

@@ -100,10 +100,10 @@ void TestFormLook::toolTipsAreRaised_data()
 void TestFormLook::toolTipsAreRaised()
 {
     QFETCH(bool, dark);
-    ToolTip::setDark(dark);
+    ToolTip::setScheme({dark});
     const QColor ground = QToolTip::palette().color(QPalette::ToolTipBase);
     QVERIFY(contrast(QToolTip::palette().color(QPalette::ToolTipText), ground) >= 4.5);
-    QVERIFY(ground.lightness() >= controlPalette(dark).color(QPalette::Base).lightness());
+    QVERIFY(ground.lightness() >= controlPalette({dark}).color(QPalette::Base).lightness());
     QCOMPARE(ground.lightness() < 128, dark);
 }
 
@@ -131,35 +131,46 @@ void TestFormLook::disabledPickersFade()
 void TestFormLook::textsStandOut_data()
 {
     QTest::addColumn<bool>("dark");
-    QTest::newRow("light") << false;
-    QTest::newRow("dark") << true;
+    QTest::addColumn<bool>("highContrast");
+    QTest::addColumn<double>("least");
+    QTest::newRow("light") << false << false << 4.5;
+    QTest::newRow("dark") << true << false << 4.5;
+    QTest::newRow("light, high contrast") << false << true << 7.0;
+    QTest::newRow("dark, high contrast") << true << true << 7.0;
 }
 
 void TestFormLook::textsStandOut()
 {
     QFETCH(bool, dark);
-    const QPalette colors = controlPalette(dark);
+    QFETCH(bool, highContrast);
+    QFETCH(double, least);
+    const QPalette colors = controlPalette({dark, highContrast});
     const auto onGround = [&](QPalette::ColorRole text, QPalette::ColorRole ground) {
         return contrast(colors.color(text), over(colors.color(ground), colors.color(ground)));
     };
     for (const auto text : {QPalette::WindowText, QPalette::Text, QPalette::PlaceholderText}) {
-        QVERIFY(onGround(text, QPalette::Window) >= 4.5);
-        QVERIFY(onGround(text, QPalette::Base) >= 4.5);
+        QVERIFY(onGround(text, QPalette::Window) >= least);
+        QVERIFY(onGround(text, QPalette::Base) >= least);
     }
-    QVERIFY(onGround(QPalette::BrightText, QPalette::Window) >= 4.5);
-    QVERIFY(onGround(QPalette::ButtonText, QPalette::Button) >= 4.5);
-    QVERIFY(onGround(QPalette::ButtonText, QPalette::Base) >= 4.5);
-    QVERIFY(onGround(QPalette::HighlightedText, QPalette::Highlight) >= 4.5);
+    QVERIFY(onGround(QPalette::BrightText, QPalette::Window) >= least);
+    QVERIFY(onGround(QPalette::ButtonText, QPalette::Button) >= least);
+    QVERIFY(onGround(QPalette::ButtonText, QPalette::Base) >= least);
+    QVERIFY(onGround(QPalette::HighlightedText, QPalette::Highlight) >= least);
     // Hovered and pressed.
     const QColor fill = colors.color(QPalette::AlternateBase);
     const QColor pressed = over(fill, over(fill, colors.color(QPalette::Button)));
-    QVERIFY(contrast(colors.color(QPalette::ButtonText), pressed) >= 4.5);
+    QVERIFY(contrast(colors.color(QPalette::ButtonText), pressed) >= least);
     const QColor hovered = over(fill, colors.color(QPalette::Button));
-    QVERIFY(contrast(colors.color(QPalette::BrightText), hovered) >= 4.5);
-    QVERIFY(onGround(QPalette::WindowText, QPalette::ToolTipBase) >= 4.5);
+    QVERIFY(contrast(colors.color(QPalette::BrightText), hovered) >= least);
+    QVERIFY(onGround(QPalette::WindowText, QPalette::ToolTipBase) >= least);
     // Non-text elements need less contrast.
     QVERIFY(onGround(QPalette::Link, QPalette::Base) >= 3);
     QVERIFY(onGround(QPalette::PlaceholderText, QPalette::Button) >= 3);
+    if (!highContrast)
+        return;
+    const QColor card = colors.color(QPalette::Base);
+    QVERIFY(contrast(over(colors.color(QPalette::Mid), card), card) >= 3);
+    QVERIFY(contrast(over(colors.color(QPalette::Dark), card), card) >= 3);
 }
 
 void TestFormLook::followsLightAndDark_data()
@@ -181,12 +192,12 @@ void TestFormLook::followsLightAndDark()
     about.show();
     openDetails(about);
     for (CardWindow *window : std::initializer_list<CardWindow *>{rig.window.get(), &about}) {
-        window->setDark(!dark);
-        window->setDark(dark);
+        window->setScheme({!dark});
+        window->setScheme({dark});
         const QImage whole = window->grab().toImage();
         QCOMPARE(whole.pixelColor(1, 1), ground);
         QCOMPARE(whole.pixelColor(whole.width() - 2, whole.height() - 2), ground);
-        const QPalette colors = controlPalette(dark);
+        const QPalette colors = controlPalette({dark});
         for (Card *widget : window->findChildren<Card *>()) {
             const QImage drawn = picture(widget);
             QCOMPARE(drawn.pixelColor(0, 0), ground); // its corners are round
@@ -206,12 +217,12 @@ void TestFormLook::listsHaveTheWindowsColors()
 {
     for (const bool dark : {false, true}) {
         Rig rig;
-        rig.window->setDark(dark);
+        rig.window->setScheme({dark});
         Picker *picker = rig.picker(Rig::AfterFull);
         picker->showPopup();
         QTRY_VERIFY(picker->view()->isVisible());
         const QImage list = picker->view()->viewport()->grab().toImage();
-        const QPalette colors = controlPalette(dark);
+        const QPalette colors = controlPalette({dark});
         const QRect other = picker->view()->visualRect(picker->model()->index(2, 0));
         const QRect current = picker->view()->visualRect(picker->model()->index(0, 0));
         QCOMPARE(list.pixelColor(other.left() + 4, other.center().y()),
@@ -245,7 +256,7 @@ void TestFormLook::looksTheSameInEveryStyle()
 void TestFormLook::keyboardFocusShowsARing()
 {
     Rig rig;
-    const QColor ring = controlPalette(false).color(QPalette::Link);
+    const QColor ring = controlPalette({false}).color(QPalette::Link);
     const auto isRinged = [&](QWidget *widget) {
         const QImage drawn = picture(widget);
         return distance(drawn.pixelColor(drawn.width() / 2, 0), ring) < 60;

@@ -83,12 +83,12 @@ void TestAlertsLook::followsLightAndDark()
             if (isOpenBefore) {
                 show(rig);
                 QCOMPARE(shownAlert()->grab().toImage().pixelColor(1, 1),
-                         controlPalette(false).color(QPalette::Window));
+                         controlPalette({false}).color(QPalette::Window));
             }
-            rig.alerts.setDark(true);
+            rig.alerts.setScheme({true});
             if (!isOpenBefore)
                 show(rig);
-            const QPalette colors = controlPalette(true);
+            const QPalette colors = controlPalette({true});
             const QImage dark = shownAlert()->grab().toImage();
             QCOMPARE(dark.pixelColor(1, 1), colors.color(QPalette::Window));
             for (const TextLabel *text : shownAlert()->findChildren<TextLabel *>()) {
@@ -106,8 +106,8 @@ void TestAlertsLook::followsLightAndDark()
 
 void TestAlertsLook::marksTheFocus()
 {
-    const QColor ring = controlPalette(false).color(QPalette::Link);
-    const QColor ground = controlPalette(false).color(QPalette::Window);
+    const QColor ring = controlPalette({false}).color(QPalette::Link);
+    const QColor ground = controlPalette({false}).color(QPalette::Window);
     const auto isRinged = [&](const QWidget *widget) {
         const QImage drawn = picture(widget);
         return distance(drawn.pixelColor(drawn.width() / 2, 0), ring) < 60;
@@ -130,14 +130,14 @@ void TestAlertsLook::marksTheFocus()
 void TestAlertsLook::onlyDeletingLooksDangerous()
 {
     for (const bool isDark : {false, true}) {
-        const QColor alarm = controlPalette(isDark).color(QPalette::BrightText);
+        const QColor alarm = controlPalette({isDark}).color(QPalette::BrightText);
         const auto isAlarming = [&](const char *name) {
             // Without the border and the ring.
             const QImage drawn = picture(button(*shownAlert(), name));
             return distance(inkColor(drawn.copy(drawn.rect().adjusted(4, 4, -4, -4))), alarm) < 60;
         };
         AlertRig rig;
-        rig.alerts.setDark(isDark);
+        rig.alerts.setScheme({isDark});
         rig.ask();
         QVERIFY(isAlarming("Delete"));
         QVERIFY(!isAlarming("Cancel"));

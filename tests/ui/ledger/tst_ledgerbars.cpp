@@ -54,7 +54,7 @@ void TestLedgerBars::barsAreInProportion()
     const QList<qint64> counts{0, 1, 100, 250, 500, 999, 1000};
     for (const qint64 count : counts)
         rig.close(count);
-    const Palette colors(false);
+    const Palette colors({false});
     const QImage image = picture(rig.histogram());
     const int height = rig.histogram().column(0).height();
     for (qsizetype i = 0; i < counts.size(); ++i) {
@@ -74,7 +74,7 @@ void TestLedgerBars::barsAreRoundAtTheTop()
 {
     LedgerRig rig;
     rig.close({100, 50});
-    const Palette colors(false);
+    const Palette colors({false});
     const QImage image = picture(rig.histogram());
     const QRect bar = rig.histogram().column(0);
     QCOMPARE(image.pixelColor(bar.center().x(), bar.top()), barColor(colors));
@@ -104,10 +104,10 @@ void TestLedgerBars::averageLine()
     QFETCH(double, share);
     for (const bool dark : {false, true}) {
         LedgerRig rig;
-        rig.window.setDark(dark);
+        rig.window.setScheme({dark});
         for (const qint64 count : counts)
             rig.close(count);
-        const Palette colors(dark);
+        const Palette colors({dark});
         QColor line = colors.thread;
         line.setAlphaF(0.8F);
         const QRect chart = rig.histogram().column(counts.size() - 1);
@@ -134,7 +134,7 @@ void TestLedgerBars::ledgersWithoutTransactions()
     for (int i = 0; i < 60; ++i)
         rig.close(0);
     const QImage image = picture(rig.histogram());
-    const QColor surface = Palette(false).surface;
+    const QColor surface = Palette({false}).surface;
     for (const qsizetype i : {0, 30, 59}) {
         const QRect column = rig.histogram().column(i);
         QVERIFY(image.pixelColor(column.center().x(), column.bottom() - 1) != surface);

@@ -43,7 +43,7 @@ QList<qsizetype> lit(const LedgerRig &rig)
     for (qsizetype i = 0; i < rig.histogram().ledgers().size(); ++i) {
         const QRect column = rig.histogram().column(i);
         const QPoint foot(column.center().x(), column.bottom() - 2);
-        if (screen.pixelColor(rig.histogram().mapTo(&rig.window, foot)) == Palette(false).link)
+        if (screen.pixelColor(rig.histogram().mapTo(&rig.window, foot)) == Palette({false}).link)
             lit += i;
     }
     return lit;

@@ -75,9 +75,9 @@ void TestLedgerLook::colors()
     QFETCH(bool, dark);
     QFETCH(double, ratio);
     LedgerRig rig;
-    rig.window.setDark(dark);
+    rig.window.setScheme({dark});
     fill(rig);
-    const Palette colors(dark);
+    const Palette colors({dark});
     const QImage image = picture(rig.window, ratio);
     const auto at = [&](const QWidget &part, const QPoint &point) {
         return image.pixelColor(part.mapTo(&rig.window, point) * ratio);
@@ -108,14 +108,14 @@ void TestLedgerLook::followsTheScheme()
     rig.pointAt(rig.bar(3));
     rig.key(Qt::Key_Tab);
     const QImage light = rig.screen();
-    rig.window.setDark(true);
+    rig.window.setScheme({true});
     const QImage dark = rig.screen();
     QVERIFY(dark != light);
-    rig.window.setDark(false);
+    rig.window.setScheme({false});
     QCOMPARE(rig.screen(), light);
 
     LedgerRig other;
-    other.window.setDark(true);
+    other.window.setScheme({true});
     fill(other);
     other.pointAt({2, 2});
     other.pointAt(other.bar(3));
@@ -129,7 +129,7 @@ void TestLedgerLook::textsStandOut()
     QFETCH(double, ratio);
     for (const bool live : {false, true}) {
         LedgerRig rig;
-        rig.window.setDark(dark);
+        rig.window.setScheme({dark});
         if (live)
             fill(rig);
         rig.pointAt(rig.row(1));
@@ -172,7 +172,7 @@ void TestLedgerLook::shares()
             const int y = qRound(text.rect.center().y());
             const QColor color = text.text == u"Payment" ? QColor::fromRgbF(0.27F, 0.47F, 0.95F)
                                                          : QColor::fromRgbF(0.16F, 0.66F, 0.62F);
-            const QColor fill = LedgerDrawing::mixed(Palette(false).surface, color, 0.8F);
+            const QColor fill = LedgerDrawing::mixed(Palette({false}).surface, color, 0.8F);
             int count = 0;
             for (int x = qRound(text.rect.right()); x < image.width(); ++x)
                 count += distance(image.pixelColor(x, y), fill) <= 6 ? 1 : 0;
@@ -189,7 +189,7 @@ void TestLedgerLook::focusRingIsVisible()
     QFETCH(bool, dark);
     QFETCH(double, ratio);
     LedgerRig rig;
-    rig.window.setDark(dark);
+    rig.window.setScheme({dark});
     fill(rig);
     const QImage before = picture(rig.window, ratio);
     const auto ring = [&] {
@@ -199,7 +199,7 @@ void TestLedgerLook::focusRingIsVisible()
         for (int y = 0; y < after.height(); ++y) {
             for (int x = 0; x < after.width(); ++x) {
                 if (after.pixel(x, y) == before.pixel(x, y)
-                    || distance(before.pixelColor(x, y), Palette(dark).surface) > 6)
+                    || distance(before.pixelColor(x, y), Palette({dark}).surface) > 6)
                     continue;
                 ++points;
                 most = std::max(most, contrast(after.pixelColor(x, y), before.pixelColor(x, y)));
@@ -254,7 +254,7 @@ void TestLedgerLook::partialRepaintsMatchAFullOne()
     QFETCH(bool, dark);
     QFETCH(bool, still);
     LedgerRig rig;
-    rig.window.setDark(dark);
+    rig.window.setScheme({dark});
     rig.window.setStill(still);
     fill(rig);
     rig.transact(30);

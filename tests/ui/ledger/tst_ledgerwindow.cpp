@@ -357,7 +357,7 @@ void TestLedgerWindow::paintsOnlyWhatChanged()
     QCOMPARE(painted([&] { rig.pointAt(rig.bar(30)); }), QStringLiteral("bars"));
     QCOMPARE(painted([&] { rig.pointAt(rig.row(1)); }), QStringLiteral("bars rows"));
     QCOMPARE(painted([&] { rig.stream.fail(); }), QStringLiteral("head"));
-    QCOMPARE(painted([&] { rig.window.setDark(false); }), QString());
+    QCOMPARE(painted([&] { rig.window.setScheme({false}); }), QString());
 }
 
 void TestLedgerWindow::animatesNothingWhileUnseen()
@@ -383,7 +383,7 @@ void TestLedgerWindow::animatesNothingWhileUnseen()
     QCoreApplication::processEvents();
     const EventCount frames(nullptr, QEvent::Paint);
     rig.close(7);
-    rig.window.setDark(true);
+    rig.window.setScheme({true});
     rig.window.resize(900, 800);
     QCoreApplication::processEvents();
     timers.reset();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Surroundings.h"
+#include "ui/Colors.h"
 #include "ui/ledger/Palette.h"
 
 using namespace tidewick;
@@ -15,6 +16,7 @@ private slots:
     void colors();
     void schemesDifferInEveryColor();
     void linesAndLinksOfTheLightScheme();
+    void highContrast();
 };
 
 namespace {
@@ -76,7 +78,7 @@ void TestPalette::colors_data()
     QTest::addColumn<QList<int>>("channels");
     QTest::addColumn<double>("opacity");
     for (const bool dark : {false, true}) {
-        const Palette palette(dark);
+        const Palette palette({dark});
         for (std::size_t i = 0; i < fields.size(); ++i) {
             const Expected &color = dark ? darkColors.at(i) : lightColors.at(i);
             QTest::addRow("%s, %s", fields.at(i).name, dark ? "dark" : "light")
@@ -100,17 +102,32 @@ void TestPalette::colors()
 void TestPalette::schemesDifferInEveryColor()
 {
     for (const Field &field : fields)
-        QVERIFY2(Palette(true).*field.color != Palette(false).*field.color, field.name);
+        QVERIFY2(Palette({true}).*field.color != Palette({false}).*field.color, field.name);
 }
 
 void TestPalette::linesAndLinksOfTheLightScheme()
 {
-    const Palette light(false);
+    const Palette light({false});
     QColor line = light.line;
     line.setAlphaF(1);
     QCOMPARE(line, light.ink);
     QCOMPARE(light.link, light.accent);
-    QVERIFY(Palette(true).link != Palette(true).accent);
+    QVERIFY(Palette({true}).link != Palette({true}).accent);
+}
+
+void TestPalette::highContrast()
+{
+    for (const bool dark : {false, true}) {
+        const Palette palette({dark, true});
+        QCOMPARE(contrast(palette.ink, palette.bg), 21.0);
+        for (const QColor &text : {palette.ink2, palette.ink3, palette.link}) {
+            QVERIFY(contrast(text, palette.bg) >= 7);
+            QVERIFY(contrast(text, palette.surface) >= 7);
+            QVERIFY(contrast(text, over(palette.accentSoft, palette.surface)) >= 7);
+        }
+        for (const QColor &graphic : {palette.line, palette.accent, palette.thread})
+            QVERIFY(contrast(over(graphic, palette.surface), palette.surface) >= 4.5);
+    }
 }
 
 TIDEWICK_TEST_MAIN(TestPalette)

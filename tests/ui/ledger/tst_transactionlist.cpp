@@ -60,7 +60,7 @@ QString filled(const LedgerRig &rig)
     for (int i = 0; i < rig.list().model()->rowCount(); ++i) {
         // Nothing is drawn between the account and the result.
         const QPoint point = rig.row(i) + QPoint(60, 0);
-        if (screen.rect().contains(point) && screen.pixelColor(point) != Palette(false).surface)
+        if (screen.rect().contains(point) && screen.pixelColor(point) != Palette({false}).surface)
             filled += rig.hashAt(point);
     }
     return filled;

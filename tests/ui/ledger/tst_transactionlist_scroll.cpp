@@ -64,7 +64,7 @@ QString ringed(const LedgerRig &rig)
     const QRect rect = rig.list().visualRect(row);
     const QPoint top(rect.center().x(), rect.top() + 1);
     const QColor color = rig.screen().pixelColor(rig.list().viewport()->mapTo(&rig.window, top));
-    const Palette light(false);
+    const Palette light({false});
     return color.blue() - color.red() > 60 ? rig.list().row(row).hash : QString();
 }
 

@@ -60,10 +60,10 @@ void TestNodePanelAdvice::hasItsOwnBackground()
 {
     QFETCH(bool, dark);
     PanelRig rig(withAdvice());
-    rig.panel.setDark(dark);
+    rig.panel.setScheme({dark});
     const QImage picture = rig.panel.grab().toImage();
     const QRect place = placeOf(rig.text("No valid list"), rig.panel);
-    const QColor ground = controlPalette(dark).color(QPalette::ToolTipBase);
+    const QColor ground = controlPalette({dark}).color(QPalette::ToolTipBase);
     QCOMPARE(picture.pixelColor(place.left() + 2, place.center().y()), ground);
     QCOMPARE(picture.pixelColor(place.right() - 2, place.center().y()), ground);
     QVERIFY(picture.pixelColor(place.topLeft()) != ground); // round corners

@@ -65,12 +65,12 @@ void TestNodePanelLook::colors()
     QFETCH(bool, dark);
     QFETCH(QColor, ground);
     PanelRig rig;
-    rig.panel.setDark(!dark);
-    rig.panel.setDark(dark);
+    rig.panel.setScheme({!dark});
+    rig.panel.setScheme({dark});
     const QImage whole = rig.panel.grab().toImage();
     QCOMPARE(whole.pixelColor(1, 1), ground);
     QCOMPARE(whole.pixelColor(whole.width() - 2, whole.height() - 2), ground);
-    const QPalette colors = controlPalette(dark);
+    const QPalette colors = controlPalette({dark});
     const auto looks = [&](const QWidget *row, QPalette::ColorRole role) {
         return distance(inkColor(picture(row)), colors.color(role)) < 12;
     };
@@ -90,7 +90,7 @@ void TestNodePanelLook::textsStandOut_data()
 void TestNodePanelLook::textsStandOut()
 {
     QFETCH(bool, dark);
-    const QPalette colors = controlPalette(dark);
+    const QPalette colors = controlPalette({dark});
     const QColor ground = colors.color(QPalette::Window);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::PlaceholderText})
         QVERIFY(contrast(colors.color(role), ground) >= 4.5);
@@ -108,9 +108,9 @@ void TestNodePanelLook::fillsTheCommandUnderTheMouse()
 {
     for (const bool dark : {false, true}) {
         PanelRig rig;
-        rig.panel.setDark(dark);
-        const QColor ground = controlPalette(dark).color(QPalette::Window);
-        const QColor fill = over(controlPalette(dark).color(QPalette::AlternateBase), ground);
+        rig.panel.setScheme({dark});
+        const QColor ground = controlPalette({dark}).color(QPalette::Window);
+        const QColor fill = over(controlPalette({dark}).color(QPalette::AlternateBase), ground);
         const QAbstractButton *button = rig.command("Validated");
         const auto color = [&] { return picture(button).pixelColor(4, button->height() / 2); };
         QCOMPARE(color(), ground);
@@ -126,7 +126,7 @@ void TestNodePanelLook::fillsTheCommandUnderTheMouse()
 void TestNodePanelLook::ringsTheFocusedCommand()
 {
     PanelRig rig;
-    const QColor ring = controlPalette(false).color(QPalette::Link);
+    const QColor ring = controlPalette({false}).color(QPalette::Link);
     const auto isRinged = [&](const char *command) {
         const QImage button = picture(rig.command(command));
         return distance(button.pixelColor(button.width() / 2, 0), ring) < 60;
@@ -149,7 +149,7 @@ void TestNodePanelLook::fadesDisabledCommands()
     NodeStatus status = everyRow();
     status.hasServerInfo = false;
     PanelRig rig(status);
-    const QColor ground = controlPalette(false).color(QPalette::Window);
+    const QColor ground = controlPalette({false}).color(QPalette::Window);
     QVERIFY(distance(inkColor(picture(rig.command("Copy"))), ground)
             < distance(inkColor(picture(rig.command("Quit"))), ground) * 2 / 3);
     QTest::mouseMove(rig.panel.windowHandle(),
@@ -162,10 +162,10 @@ void TestNodePanelLook::iconHasTheTextColor()
     PanelRig rig;
     rig.panel.setIcon(redBlock(20));
     for (const bool dark : {false, true}) {
-        rig.panel.setDark(dark);
+        rig.panel.setScheme({dark});
         const QLabel *title = rig.text("Full");
         const QImage left = rig.panel.grab({0, title->y(), title->x(), title->height()}).toImage();
-        QCOMPARE(inkColor(left), controlPalette(dark).color(QPalette::WindowText));
+        QCOMPARE(inkColor(left), controlPalette({dark}).color(QPalette::WindowText));
         // It is aligned with the texts below.
         QCOMPARE(drawn(left).left(), 16);
     }

@@ -34,17 +34,27 @@ constexpr QLatin1String motionKey("reduced-motion");
 constexpr QLatin1String gnomeAnimationsKey("enable-animations");
 constexpr QLatin1String kdeDurationKey("AnimationDurationFactor");
 
+/// High contrast. The keys are the one for all desktops (1 requests it), GNOME's, and the theme
+/// that desktops with GTK select for it, which has a light and a dark form.
+constexpr QLatin1String contrastKey("contrast");
+constexpr QLatin1String gnomeContrastKey("high-contrast");
+constexpr QLatin1String gtkThemeKey("gtk-theme");
+constexpr QLatin1String gtkContrastThemes("HighContrast");
+
 struct Setting
 {
     QLatin1String group;
     QLatin1String key;
 };
 
-constexpr std::array<Setting, 4> settings{{
+constexpr std::array<Setting, 7> settings{{
     {QLatin1String("org.freedesktop.appearance"), schemeKey},
     {QLatin1String("org.freedesktop.appearance"), motionKey},
     {QLatin1String("org.gnome.desktop.interface"), gnomeAnimationsKey},
     {QLatin1String("org.kde.kdeglobals.KDE"), kdeDurationKey},
+    {QLatin1String("org.freedesktop.appearance"), contrastKey},
+    {QLatin1String("org.gnome.desktop.a11y.interface"), gnomeContrastKey},
+    {QLatin1String("org.gnome.desktop.interface"), gtkThemeKey},
 }};
 
 /// The reply to "Read" has one more layer of variants around the value than the signal.
@@ -98,15 +108,19 @@ void Appearance::decide()
     const uint scheme = m_settings.value(schemeKey).toUInt();
     const bool stated = scheme == preferDark || scheme == preferLight;
     const QColor ground = QGuiApplication::palette().color(QPalette::Window);
-    const bool dark = stated ? scheme == preferDark : ground.lightness() < 128;
+    Scheme wanted;
+    wanted.dark = stated ? scheme == preferDark : ground.lightness() < 128;
+    wanted.highContrast = m_settings.value(contrastKey).toUInt() == 1
+                          || m_settings.value(gnomeContrastKey).toBool()
+                          || m_settings.value(gtkThemeKey).toString().startsWith(gtkContrastThemes);
     bool isNumber = false;
     const double duration = m_settings.value(kdeDurationKey).toDouble(&isNumber);
     const bool still = m_settings.value(motionKey).toUInt() == 1
                        || !m_settings.value(gnomeAnimationsKey, true).toBool()
                        || (isNumber && duration == 0);
 
-    const bool same = dark == m_dark && stated == m_stated && still == m_still;
-    m_dark = dark;
+    const bool same = wanted == m_scheme && stated == m_stated && still == m_still;
+    m_scheme = wanted;
     m_stated = stated;
     m_still = still;
     if (!same)
