@@ -57,8 +57,8 @@ public:
         const QRectF rect(place.x(), place.y() - item.ascent(), item.width(),
                           item.ascent() + item.descent());
         const QRectF ink = inkOf(item);
-        m_texts +=
-            {item.text(), m_transform.mapRect(rect), m_transform.mapRect(ink.translated(place))};
+        m_texts += {item.text(), m_transform.mapRect(rect), m_transform.map(place).y(),
+                    m_transform.mapRect(ink.translated(place))};
     }
 
 private:
@@ -169,7 +169,7 @@ QStringList textFlaws(QWidget &window)
                              .arg(widget->width())
                              .arg(widget->height());
             }
-            all += {text.text, text.rect.translated(place),
+            all += {text.text, text.rect.translated(place), text.baseline + place.y(),
                     (text.ink & QRectF(widget->rect())).translated(place)};
         }
     }

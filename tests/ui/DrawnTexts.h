@@ -16,6 +16,7 @@ struct DrawnText
     QString text;
     /// The line box.
     QRectF rect;
+    qreal baseline = 0;
     /// What the glyphs cover. In some fonts, glyphs are taller than their lines.
     QRectF ink;
 };

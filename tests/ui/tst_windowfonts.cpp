@@ -6,6 +6,7 @@
 #include "ui/FormRig.h"
 #include "ui/TestFonts.h"
 #include "ui/about/AboutWindow.h"
+#include "ui/controls/CardRow.h"
 #include "ui/dialogs/AlertRig.h"
 #include "ui/ledger/LedgerRig.h"
 #include "ui/panel/PanelRig.h"
@@ -54,6 +55,24 @@ QString flawsOf(QWidget &window)
     return textFlaws(window).join(u'\n');
 }
 
+/// The rows with a label and a control, each on a single line, whose baselines differ.
+QStringList unevenRows(const QWidget &window)
+{
+    QStringList uneven;
+    for (const CardRow *row : window.findChildren<CardRow *>()) {
+        QList<qreal> baselines;
+        for (QWidget *part : row->findChildren<QWidget *>(Qt::FindDirectChildrenOnly)) {
+            const QList<DrawnText> texts = drawnTexts(*part);
+            if (texts.size() == 1)
+                baselines += texts.constFirst().baseline + part->y();
+        }
+        if (baselines.size() == 2 && !qFuzzyCompare(baselines.constFirst(), baselines.constLast()))
+            uneven +=
+                QStringLiteral("%1 and %2").arg(baselines.constFirst()).arg(baselines.constLast());
+    }
+    return uneven;
+}
+
 } // namespace
 
 void TestWindowFonts::useTestFont()
@@ -100,6 +119,7 @@ void TestWindowFonts::settings()
     const SettingsRig rig;
     rig.window->setBoundByScreen(false);
     QCOMPARE(flawsOf(*rig.window), QString());
+    QCOMPARE(unevenRows(*rig.window), QStringList());
 }
 
 void TestWindowFonts::about()

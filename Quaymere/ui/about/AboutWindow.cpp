@@ -6,13 +6,13 @@
 #include "node/BuildInfo.h"
 #include "node/ValidatorsFile.h"
 #include "platform/files/Files.h"
+#include "ui/about/AppIcon.h"
 #include "ui/about/VersionLine.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/ControlMetrics.h"
 #include "ui/controls/Disclosure.h"
 #include "ui/controls/TextLabel.h"
 #include "ui/controls/VerbatimText.h"
-#include "ui/icon/AppIcon.h"
 
 #include <QGridLayout>
 #include <QVBoxLayout>

@@ -17,7 +17,7 @@ CardRow::CardRow(const QString &label, QWidget *control, QWidget *parent)
       m_label(new TextLabel(TextLabel::Look::Label, label, this))
 {
     m_label->setBuddy(control);
-    m_layout->addWidget(m_label, 1, Qt::AlignVCenter);
+    m_layout->addWidget(m_label, 1);
     m_layout->addWidget(control, 0, Qt::AlignVCenter);
     fit();
 }
@@ -26,8 +26,8 @@ CardRow::CardRow(const QString &label, TextLabel *value, QWidget *parent)
     : QWidget(parent), m_layout(new QHBoxLayout(this)),
       m_label(new TextLabel(TextLabel::Look::Label, label, this))
 {
-    m_layout->addWidget(m_label, 0, Qt::AlignVCenter);
-    m_layout->addWidget(value, 1, Qt::AlignVCenter);
+    m_layout->addWidget(m_label);
+    m_layout->addWidget(value, 1);
     fit();
 }
 

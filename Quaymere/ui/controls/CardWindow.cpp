@@ -14,8 +14,6 @@ namespace tidewick {
 
 namespace {
 
-/// Headings are indented a little from the edge of their card.
-constexpr int headingInset = 2;
 constexpr int headingToCard = 7;
 
 } // namespace
@@ -29,17 +27,17 @@ CardWindow::CardWindow(QWidget *form, const QString &title, int width, QWidget *
     : FittedWindow(form, parent), m_width(width), m_form(form), m_column(new QVBoxLayout(form))
 {
     setWindowTitle(title);
-    setPalette(controlPalette(m_dark));
+    setPalette(controlPalette(m_scheme));
     m_column->setSpacing(0);
     form->installEventFilter(this);
 }
 
-void CardWindow::setDark(bool dark)
+void CardWindow::setScheme(Scheme scheme)
 {
-    if (dark == m_dark)
+    if (scheme == m_scheme)
         return;
-    m_dark = dark;
-    setPalette(controlPalette(dark));
+    m_scheme = scheme;
+    setPalette(controlPalette(scheme));
 }
 
 int CardWindow::points(int measure) const
@@ -60,9 +58,9 @@ TextLabel *CardWindow::addText(TextLabel::Look look, const QString &text, int sp
     return label;
 }
 
-Card *CardWindow::addCard(const QString &heading, int spaceAbove)
+Card *CardWindow::addCard(const QString &heading, int spaceAbove, int inset)
 {
-    addText(TextLabel::Look::Heading, heading, spaceAbove, headingInset);
+    addText(TextLabel::Look::Heading, heading, spaceAbove, inset);
     m_column->addSpacing(points(headingToCard));
     auto *card = new Card(m_form);
     card->setAccessibleName(heading);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ui/controls/FittedWindow.h"
+#include "ui/controls/Scheme.h"
 #include "ui/controls/TextLabel.h"
 
 class QVBoxLayout;
@@ -19,8 +20,8 @@ class CardWindow : public FittedWindow
     Q_OBJECT
 
 public:
-    /// Sets the dark or the light look; light is the default.
-    void setDark(bool dark);
+    /// Sets the colours; light ones are the default.
+    void setScheme(Scheme scheme);
 
 protected:
     CardWindow(const QString &title, int width, QWidget *parent);
@@ -38,8 +39,9 @@ protected:
     /// points.
     TextLabel *addText(TextLabel::Look look, const QString &text, int spaceAbove, int inset = 0);
 
-    /// Adds an empty card with a heading below the existing content.
-    Card *addCard(const QString &heading, int spaceAbove);
+    /// Adds an empty card with a heading below the existing content. The heading is inset as in
+    /// addText().
+    Card *addCard(const QString &heading, int spaceAbove, int inset = 0);
 
     int wantedWidth() const override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -49,7 +51,7 @@ private:
     CardWindow(QWidget *form, const QString &title, int width, QWidget *parent);
 
     int m_width;
-    bool m_dark = false;
+    Scheme m_scheme;
     QWidget *m_form;
     QVBoxLayout *m_column;
 };

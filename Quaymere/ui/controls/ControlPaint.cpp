@@ -7,13 +7,38 @@
 #include "ui/controls/DevicePixels.h"
 #include "ui/controls/TextScale.h"
 
-#include <QStyle>
-#include <QTextOption>
 #include <QWidget>
 
 #include <array>
 
 namespace tidewick::ControlPaint {
+
+namespace {
+
+void outline(QPainter &painter, const QWidget &widget, const QRectF &part, qreal radius)
+{
+    constexpr qreal thickness = 1.5;
+    const qreal inset = thickness / 2;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(widget.palette().link(), thickness));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(part.adjusted(inset, inset, -inset, -inset), radius - inset,
+                            radius - inset);
+    painter.restore();
+}
+
+/// In the reading direction of the text itself, which may not be that of the interface.
+void textAt(QPainter &painter, qreal left, const QRect &rect, const QString &text)
+{
+    painter.save();
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
+    painter.drawText(QPointF(left, rect.top() + TextScale::baseline(painter.font(), rect.height())),
+                     text);
+    painter.restore();
+}
+
+} // namespace
 
 void box(QPainter &painter, const QRectF &rect, qreal radius, const QColor &fill,
          const QColor &border)
@@ -46,23 +71,20 @@ void control(QPainter &painter, const QWidget &widget, bool down)
     ring(painter, widget, radius);
 }
 
-void ring(QPainter &painter, const QWidget &widget, qreal radius)
-{
-    if (widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange))
-        outline(painter, widget, radius);
-}
-
 void outline(QPainter &painter, const QWidget &widget, qreal radius)
 {
-    constexpr qreal thickness = 1.5;
-    const qreal inset = thickness / 2;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(widget.palette().link(), thickness));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(widget.rect()).adjusted(inset, inset, -inset, -inset),
-                            radius - inset, radius - inset);
-    painter.restore();
+    outline(painter, widget, widget.rect(), radius);
+}
+
+void ring(QPainter &painter, const QWidget &widget, qreal radius)
+{
+    ring(painter, widget, widget.rect(), radius);
+}
+
+void ring(QPainter &painter, const QWidget &widget, const QRectF &part, qreal radius)
+{
+    if (widget.hasFocus() && widget.window()->testAttribute(Qt::WA_KeyboardFocusChange))
+        outline(painter, widget, part, radius);
 }
 
 void arrow(QPainter &painter, const QPointF &point, const QPointF &oneEnd, const QPointF &otherEnd,
@@ -76,14 +98,20 @@ void arrow(QPainter &painter, const QPointF &point, const QPointF &oneEnd, const
     painter.restore();
 }
 
+void centered(QPainter &painter, const QRect &rect, const QString &text)
+{
+    const int width = painter.fontMetrics().horizontalAdvance(text);
+    textAt(painter, rect.left() + (rect.width() - width) / 2, rect, text);
+}
+
 void line(QPainter &painter, const QRect &rect, int start, Qt::LayoutDirection direction,
           const QString &text)
 {
-    QTextOption option(QStyle::visualAlignment(direction, Qt::AlignLeft) | Qt::AlignVCenter
-                       | Qt::AlignAbsolute);
-    option.setWrapMode(QTextOption::NoWrap);
-    painter.drawText(QRectF(QStyle::visualRect(direction, rect, rect.adjusted(start, 0, 0, 0))),
-                     text, option);
+    const int width = painter.fontMetrics().horizontalAdvance(text);
+    const bool isRightToLeft = direction == Qt::RightToLeft;
+    textAt(painter,
+           isRightToLeft ? rect.left() + rect.width() - start - width : rect.left() + start, rect,
+           text);
 }
 
 } // namespace tidewick::ControlPaint

@@ -28,9 +28,15 @@ void outline(QPainter &painter, const QWidget &widget, qreal radius);
 /// Paints the focus ring if the widget has the focus and the keyboard is in use.
 void ring(QPainter &painter, const QWidget &widget, qreal radius);
 
+/// The same, just inside a part of the widget.
+void ring(QPainter &painter, const QWidget &widget, const QRectF &part, qreal radius);
+
 /// Paints an arrow head of two lines that meet at `point`.
 void arrow(QPainter &painter, const QPointF &point, const QPointF &oneEnd, const QPointF &otherEnd,
            const QColor &color, qreal thickness);
+
+/// Paints a text on one line in the middle of a rectangle.
+void centered(QPainter &painter, const QRect &rect, const QString &text);
 
 /// Paints a text on one line of a rectangle, indented by `start` from the left edge, or from the
 /// right edge in a right-to-left layout.

@@ -9,10 +9,14 @@
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
+#include <QStyle>
 
 namespace tidewick {
 
 namespace {
+
+/// Between the text and the focus ring around it.
+constexpr int ringPadding = 6;
 
 QFont mediumWeight(QFont font)
 {
@@ -85,7 +89,7 @@ Disclosure::Disclosure(const QString &text, QWidget *parent) : PushButton(text, 
 QSize Disclosure::sizeHint() const
 {
     const int text = QFontMetrics(mediumWeight(font())).horizontalAdvance(this->text());
-    return {textStart(font()) + text + TextScale::scaled(font(), ControlMetrics::signMargin),
+    return {textStart(font()) + text + TextScale::scaled(font(), ringPadding),
             PushButton::sizeHint().height()};
 }
 
@@ -109,7 +113,12 @@ void Disclosure::paintEvent(QPaintEvent *)
     painter.setFont(mediumWeight(font()));
     painter.setPen(palette().color(QPalette::WindowText));
     ControlPaint::line(painter, rect(), textStart(font()), layoutDirection(), text());
-    ControlPaint::ring(painter, *this, TextScale::scaled(font(), ControlMetrics::controlRadius));
+    // The sign stays in line with what is above it, so there is no room for a ring around it.
+    const int start = textStart(font()) - TextScale::scaled(font(), ringPadding);
+    ControlPaint::ring(
+        painter, *this,
+        QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(start, 0, 0, 0)),
+        TextScale::scaled(font(), ControlMetrics::controlRadius));
 }
 
 void Disclosure::keyPressEvent(QKeyEvent *event)

@@ -31,7 +31,7 @@ void PushButton::paintEvent(QPaintEvent *)
     QPainter painter(this);
     ControlPaint::control(painter, *this, isDown());
     painter.setPen(palette().color(foregroundRole()));
-    painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, text());
+    ControlPaint::centered(painter, rect(), text());
 }
 
 void PushButton::changeEvent(QEvent *event)

@@ -108,8 +108,23 @@ void TextLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    painter.translate(contentsRect().topLeft());
-    m_text.draw(painter, contentsRect().width(), layoutDirection());
+    const QRect room = contentsRect();
+    painter.translate(room.left(), room.top() + spaceAbove());
+    m_text.draw(painter, room.width(), layoutDirection());
+}
+
+/// Texts of a row stand in its middle, with their baseline where controls have theirs.
+qreal TextLabel::spaceAbove() const
+{
+    if (m_look != Look::Label && m_look != Look::Value)
+        return 0;
+    const QRect room = contentsRect();
+    const int spare = room.height() - m_text.height(room.width());
+    if (spare <= 0)
+        return 0;
+    if (m_text.lineCount(room.width()) > 1)
+        return spare / 2.0;
+    return TextScale::baseline(m_text.font(), room.height()) - m_text.baseline(room.width());
 }
 
 void TextLabel::changeEvent(QEvent *event)

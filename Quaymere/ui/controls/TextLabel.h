@@ -47,6 +47,7 @@ protected:
 
 private:
     void takeFont();
+    qreal spaceAbove() const;
 
     Look m_look;
     WrappedText m_text;

@@ -81,6 +81,12 @@ int overhang(const QFont &font)
     return *known.insert(font, measuredOverhang(font));
 }
 
+int baseline(const QFont &font, int boxHeight)
+{
+    const QFontMetricsF metrics(font);
+    return qRound((boxHeight + metrics.ascent() - metrics.descent()) / 2);
+}
+
 int lineHeight(const QFont &font)
 {
     return fontHeight(font) + 2 * overhang(font);

@@ -26,6 +26,10 @@ int fontHeight(const QFont &font);
 /// glyphs. Main thread only.
 int overhang(const QFont &font);
 
+/// Returns where the baseline of a line of this font belongs, from the top of a box in whose middle
+/// the line stands. Boxes with the same middle share a baseline, whatever their heights.
+int baseline(const QFont &font, int boxHeight);
+
 /// Returns the height of a line with room for that overhang both above and below.
 int lineHeight(const QFont &font);
 

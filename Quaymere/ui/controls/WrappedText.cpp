@@ -113,6 +113,20 @@ int WrappedText::height(int width) const
     return int(std::ceil(m_height)) + TextScale::scaled(m_layout.font(), m_padding);
 }
 
+int WrappedText::lineCount(int width) const
+{
+    layOut(width, m_direction);
+    return m_layout.lineCount();
+}
+
+qreal WrappedText::baseline(int width) const
+{
+    if (lineCount(width) == 0)
+        return 0;
+    const QTextLine first = m_layout.lineAt(0);
+    return m_topLeft.y() + first.y() + first.ascent();
+}
+
 void WrappedText::draw(QPainter &painter, int width, Qt::LayoutDirection direction,
                        const QList<QTextLayout::FormatRange> &formats) const
 {

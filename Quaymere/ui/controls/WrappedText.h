@@ -50,6 +50,12 @@ public:
     /// The height of the shown text at this width, space included.
     int height(int width) const;
 
+    /// The distance from the top to the first baseline at this width.
+    qreal baseline(int width) const;
+
+    /// The number of lines at this width.
+    int lineCount(int width) const;
+
     /// The width of the shown text on one line, space included.
     int naturalWidth() const;
 

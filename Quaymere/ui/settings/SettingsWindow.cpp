@@ -24,7 +24,8 @@ namespace {
 constexpr int windowWidth = 520;
 constexpr int sideMargin = 20;
 constexpr int bottomMargin = 16;
-/// Footnotes are indented a little from the edge of their card.
+/// Headings and footnotes are indented a little from the edge of their card.
+constexpr int headingInset = 2;
 constexpr int footnoteInset = 4;
 constexpr int cardToFootnote = 6;
 constexpr int betweenSections = 19;
@@ -68,7 +69,7 @@ SettingsWindow::SettingsWindow(NodeController &node, SettingsHost host, QWidget 
 void SettingsWindow::makeRunning()
 {
     using namespace SettingsChoices;
-    Card *card = addCard(QStringLiteral("Running"), 0);
+    Card *card = addCard(QStringLiteral("Running"), 0, headingInset);
     ask(*card, QStringLiteral("Stop after being in sync for"), Settings::autoStopAfterFullMinutes,
         afterFullMinutes, afterFullLabel);
     ask(*card, QStringLiteral("Stop after running for"), Settings::autoStopHardCapMinutes,
@@ -82,7 +83,7 @@ void SettingsWindow::makeRunning()
 void SettingsWindow::makeDiskSpace()
 {
     using namespace SettingsChoices;
-    Card *card = addCard(QStringLiteral("Disk space"), betweenSections);
+    Card *card = addCard(QStringLiteral("Disk space"), betweenSections, headingInset);
     // Any other store is trimmed in its own way.
     const bool isAsked = BuildInfo::hasMossgrid(m_node.config().buildInfo());
     if (isAsked) {
@@ -97,7 +98,7 @@ void SettingsWindow::makeDiskSpace()
 
 void SettingsWindow::makeAdvanced()
 {
-    Card *card = addCard(QStringLiteral("Advanced"), betweenSections);
+    Card *card = addCard(QStringLiteral("Advanced"), betweenSections, headingInset);
     const std::filesystem::path &directory = m_node.dataDirectory();
 
     auto *showButton = new PushButton(QStringLiteral("Show in Finder"), card);

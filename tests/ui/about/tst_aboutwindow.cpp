@@ -6,8 +6,9 @@
 #include "support/Surroundings.h"
 #include "ui/FormRig.h"
 #include "ui/about/AboutWindow.h"
+#include "ui/about/AppIcon.h"
 #include "ui/controls/VerbatimText.h"
-#include "ui/icon/AppIcon.h"
+#include "ui/icon/SvgIconEngine.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -28,6 +29,8 @@ private slots:
     void showsTheVersions();
     void followsTheNode();
     void showsTheIcon();
+    void iconIsWhole_data();
+    void iconIsWhole();
     void worksWithoutAnIcon();
     void opensAndClosesTheDetails();
     void togglesTheDetailsByKeyboard();
@@ -154,6 +157,55 @@ void TestAboutWindow::showsTheIcon()
     const QImage drawn = icon->grab().toImage();
     QCOMPARE(drawn.pixelColor(1, 1), QColor(Qt::red));
     QCOMPARE(drawn.pixelColor(62, 62), QColor(Qt::red));
+}
+
+void TestAboutWindow::iconIsWhole_data()
+{
+    QTest::addColumn<double>("ratio");
+    QTest::addColumn<int>("margin");
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0})
+        for (const int margin : {0, 19, 32})
+            QTest::addRow("%g, %d", ratio, margin) << ratio << margin;
+}
+
+/// At every device pixel ratio, its frame is equally thick at all four sides.
+void TestAboutWindow::iconIsWhole()
+{
+    QFETCH(double, ratio);
+    QFETCH(int, margin);
+    const QString drawing =
+        QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 256 256'>"
+                       "<rect x='%1' y='%1' width='%2' height='%2' fill='blue'/>"
+                       "<rect x='%3' y='%3' width='%4' height='%4' fill='red'/></svg>")
+            .arg(margin)
+            .arg(256 - 2 * margin)
+            .arg(margin + 16)
+            .arg(256 - 2 * margin - 32);
+    const TemporaryFolder folder;
+    writeFile(folder.path() / "icon.svg", drawing.toUtf8());
+    auto *engine = new SvgIconEngine;
+    engine->addFile(Files::display(folder.path() / "icon.svg"), {}, QIcon::Normal, QIcon::Off);
+    QApplication::setWindowIcon(QIcon(engine));
+    AboutRig rig;
+    auto *icon = rig.window->findChild<AppIcon *>();
+    QVERIFY(icon);
+    QImage drawn((QSizeF(icon->size()) * ratio).toSize(), QImage::Format_ARGB32);
+    drawn.setDevicePixelRatio(ratio);
+    drawn.fill(Qt::white);
+    icon->render(&drawn);
+    const int last = drawn.width() - 1;
+    const int middle = drawn.width() / 2;
+    const auto thickness = [&](const QPoint &start, const QPoint &step) {
+        int pixels = 0;
+        for (QPoint at = start; drawn.pixelColor(at).blue() > 127; at += step)
+            ++pixels;
+        return pixels;
+    };
+    const QList<int> sides{thickness({0, middle}, {1, 0}), thickness({last, middle}, {-1, 0}),
+                           thickness({middle, 0}, {0, 1}), thickness({middle, last}, {0, -1})};
+    const auto [least, most] = std::minmax_element(sides.begin(), sides.end());
+    QVERIFY2(*most - *least <= 1, qPrintable(QStringLiteral("%1 to %2").arg(*least).arg(*most)));
+    QVERIFY(*least >= int(64 * ratio * 16 / 256));
 }
 
 void TestAboutWindow::worksWithoutAnIcon()

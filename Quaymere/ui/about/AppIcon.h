@@ -4,13 +4,10 @@
 #pragma once
 
 #include <QIcon>
+#include <QPixmap>
 #include <QWidget>
 
 namespace tidewick {
-
-/// Returns the application's icon: the one installed with the desktop's icons, or else the one in
-/// the bundle.
-QIcon applicationIcon();
 
 /// The application's icon, 64 points square. Icons come with empty margins of varying width. These
 /// are cropped, so that the icon lines up with the texts below it.
@@ -28,9 +25,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    /// Draws the visible part of the icon in the largest size that fits into a square, in pixels.
+    QPixmap picture(int side) const;
+
     QIcon m_icon;
-    /// The rectangle for the whole icon that makes its visible part fill this widget.
-    QRect m_place;
+    /// The picture shown last, in pixels of the screen.
+    QPixmap m_picture;
+    int m_side = 0;
 };
 
 } // namespace tidewick
