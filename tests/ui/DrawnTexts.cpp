@@ -127,10 +127,16 @@ namespace {
 /// Hinting moves the edges of glyphs a little.
 constexpr double tolerance = 0.5;
 
-bool isCut(const QString &text)
+/// Whether the text ends in an ellipsis that is not its own. It may be the last part of one that is
+/// drawn in several fonts.
+bool isCut(const QString &text, const QString &accessibleName)
 {
-    return text.endsWith(u'…') && text != u"waiting…" && text != u"Connecting…"
-           && text != u"Waiting for transactions…";
+    const QStringList whole{accessibleName, QStringLiteral("waiting…"),
+                            QStringLiteral("Connecting…"),
+                            QStringLiteral("Waiting for transactions…")};
+    return text.endsWith(u'…') && std::none_of(whole.begin(), whole.end(), [&](const QString &one) {
+               return one.endsWith(text);
+           });
 }
 
 /// The area of a widget that its texts have to stay within. In a scroll area, texts may continue
@@ -156,7 +162,7 @@ QStringList textFlaws(QWidget &window)
         for (const DrawnText &text : drawnTexts(*widget)) {
             if (text.ink.isEmpty())
                 continue;
-            if (isCut(text.text) && text.text != widget->accessibleName())
+            if (isCut(text.text, widget->accessibleName()))
                 flaws += QStringLiteral("cut: ") + text.text;
             if (!room.contains(text.ink)) {
                 const QRectF &ink = text.ink;

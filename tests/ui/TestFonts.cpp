@@ -59,9 +59,15 @@ void addTestFonts()
 {
     QTest::addColumn<QByteArray>("kind");
     QTest::addColumn<qreal>("points");
-    for (const TestFont &font : testFonts)
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    for (const TestFont &font : testFonts) {
+        const QByteArray kind(font.kind);
         for (const qreal points : {9.0, 10.0, 16.0, 24.0})
-            QTest::addRow("%s, %g pt", font.kind, points) << QByteArray(font.kind) << points;
+            QTest::addRow("%s, %g pt", font.kind, points) << kind << points << Qt::LeftToRight;
+        for (const qreal points : {10.0, 20.0})
+            QTest::addRow("%s, %g pt, right to left", font.kind, points)
+                << kind << points << Qt::RightToLeft;
+    }
 }
 
 } // namespace tidewick

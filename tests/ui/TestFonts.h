@@ -16,17 +16,20 @@ struct TestFont
     const char *file;
 };
 
-/// A wide font, a tall one whose lines are nearly twice as high as its size, and a narrow one.
+/// A wide font, a tall one whose lines are nearly twice as high as its size, a narrow one, and one
+/// of Chinese, Japanese and Korean.
 inline constexpr TestFont testFonts[] = {
     {"wide", "fonts-dejavu-core", "DejaVuSans-Bold.ttf"},
     {"tall", "fonts-hosny-amiri", "Amiri-Regular.ttf"},
     {"narrow", "fonts-yanone-kaffeesatz", "YanoneKaffeesatz-Regular.otf"},
+    {"CJK", "fonts-droid-fallback", "DroidSansFallbackFull.ttf"},
 };
 
 /// Returns the font of that kind at that size. Aborts the test if its file is missing.
 QFont testFont(const char *kind, qreal points);
 
-/// Adds the columns "kind" and "points", and a row for every font in every size.
+/// Adds the columns "kind", "points" and "direction", and a row for every font in every size and,
+/// at usual and large size, right to left.
 void addTestFonts();
 
 } // namespace tidewick

@@ -22,7 +22,7 @@ class TestWindowFonts : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { QApplication::setFont(m_usual); }
+    void cleanup();
 
     void detectsFlaws();
     void nodePanel_data() { addTestFonts(); }
@@ -47,7 +47,7 @@ private:
 namespace {
 
 /// Has glyphs that reach as far up and down as any.
-const QString highAndLow = QStringLiteral("Ägypten, gj ÅÇ");
+const QString highAndLow = QStringLiteral("Ägypten, gj ÅÇ 漢字");
 
 QString flawsOf(QWidget &window)
 {
@@ -75,11 +75,19 @@ QStringList unevenRows(const QWidget &window)
 
 } // namespace
 
+void TestWindowFonts::cleanup()
+{
+    QApplication::setFont(m_usual);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 void TestWindowFonts::useTestFont()
 {
     QFETCH(QByteArray, kind);
     QFETCH(qreal, points);
+    QFETCH(Qt::LayoutDirection, direction);
     QApplication::setFont(testFont(kind, points));
+    QApplication::setLayoutDirection(direction);
 }
 
 /// Checks the check that the other tests rely on.

@@ -44,6 +44,8 @@ int main(int argc, char *argv[])
     enterPrivateLoopback();
     const TestHome home;
     drawOffscreen();
+    // All fonts of this machine, not just those of the tests.
+    qputenv("FONTCONFIG_FILE", "/etc/fonts/fonts.conf");
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(applicationIcon());
     QCommandLineParser options;

@@ -24,7 +24,8 @@ namespace tidewick {
 
 namespace {
 
-const QString folder = QStringLiteral("/home/anna/.local/share/Tidewick");
+/// In letters that most fonts lack.
+const QString folder = QStringLiteral("/home/安娜/.local/share/Tidewick");
 
 Figure figureOf(const QString &caption, QWidget &window)
 {

@@ -4,6 +4,7 @@
 #include "ui/about/AppIcon.h"
 
 #include "ui/controls/DevicePixels.h"
+#include "ui/controls/TextScale.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -33,7 +34,8 @@ QRect drawnPart(const QImage &image)
 AppIcon::AppIcon(QWidget *parent) : QWidget(parent), m_icon(QGuiApplication::windowIcon())
 {
     constexpr int side = 64;
-    setFixedSize(side, side);
+    const int scaled = TextScale::scaled(font(), side);
+    setFixedSize(scaled, scaled);
 }
 
 bool AppIcon::isThere()

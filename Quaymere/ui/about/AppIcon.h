@@ -9,7 +9,7 @@
 
 namespace tidewick {
 
-/// The application's icon, 64 points square. Icons come with empty margins of varying width. These
+/// The application's icon, 64 points square, and larger beside larger texts. Icons come with empty margins of varying width. These
 /// are cropped, so that the icon lines up with the texts below it.
 class AppIcon final : public QWidget
 {
