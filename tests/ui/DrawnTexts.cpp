@@ -8,6 +8,8 @@
 #include <QPainterPath>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace tidewick {
 
 namespace {
