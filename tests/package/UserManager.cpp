@@ -6,6 +6,7 @@
 #include "package/Tool.h"
 
 #include <csignal>
+#include <fstream>
 
 #include <unistd.h>
 
@@ -82,8 +83,33 @@ void UserManager::exit()
     if (!m_manager)
         return;
     m_manager->send(SIGTERM);
-    m_manager->waitForEnd();
+    if (!waitUntil([this] { return m_manager->ending() || isAlone(); }))
+        qWarning("The manager has not stopped what it has started");
+    if (!m_manager->ending())
+        m_manager->send(SIGKILL);
     m_manager.reset();
+}
+
+bool UserManager::isAlone() const
+{
+    const auto holdsOthers = [this](const fs::path &group) {
+        std::ifstream processes(group / "cgroup.procs");
+        for (pid_t process = 0; processes >> process;)
+            if (process != m_manager->id())
+                return true;
+        return false;
+    };
+    for (const fs::path &group : m_controlGroups) {
+        if (holdsOthers(group))
+            return false;
+        std::error_code error;
+        for (fs::recursive_directory_iterator entry(group, error), end; entry != end;
+             entry.increment(error)) {
+            if (entry->is_directory(error) && holdsOthers(entry->path()))
+                return false;
+        }
+    }
+    return true;
 }
 
 bool UserManager::comesUp()

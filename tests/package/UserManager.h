@@ -31,7 +31,10 @@ public:
     bool isRefused() const { return !m_manager || m_manager->ending(); }
 
     /// Ends the manager as the end of the user's last session does: it stops everything it has
-    /// started, and then exits. What is left is lost: a machine would now kill it.
+    /// started, and then exits. What is left is lost: a machine would now kill it. A manager that
+    /// is not told when a control group becomes empty, as in a container that has only the first
+    /// version of control groups, waits for the time limits of its units; it is killed as soon as
+    /// it is alone.
     void exit();
 
     /// Runs systemctl and returns whether it succeeded.
@@ -48,6 +51,9 @@ public:
     static std::filesystem::path units();
 
 private:
+    /// Whether no process that the manager has started is left.
+    bool isAlone() const;
+
     std::vector<std::filesystem::path> m_controlGroups;
     TemporaryFolder m_runtime;
     std::unique_ptr<Beside> m_manager;
