@@ -145,7 +145,9 @@ void DesktopFaces::makeTrayItem()
     const bool byHost = m_trayHost.kind() == TrayHost::Kind::StatusNotifier;
     m_tray = std::make_unique<TrayItem>(byHost ? RowMenu::Drawing::ByHost : RowMenu::Drawing::ByUs,
                                         icon(), menuRows(m_node.status()), toolTip());
+    m_tray->setScheme(m_appearance.scheme());
     connect(m_tray.get(), &TrayItem::commandChosen, &m_commands, &MenuCommands::run);
+    connect(m_tray.get(), &TrayItem::panelWanted, this, &DesktopFaces::togglePanel);
 }
 
 void DesktopFaces::showPanel()
@@ -153,12 +155,22 @@ void DesktopFaces::showPanel()
     if (!m_panel) {
         m_panel = std::make_unique<NodePanel>();
         connect(m_panel.get(), &NodePanel::commandChosen, &m_commands, &MenuCommands::run);
-        m_panel->setHint(adviceForOnce());
+        if (!isInTray())
+            m_panel->setHint(adviceForOnce());
         m_panel->setScheme(m_appearance.scheme());
         m_panel->setIcon(icon());
         m_panel->setRows(rowsWithAdvice(m_node.status()));
     }
+    m_panel->setOnlyFace(!isInTray());
     bringForward(*m_panel);
+}
+
+void DesktopFaces::togglePanel()
+{
+    if (m_panel && m_panel->isActiveWindow())
+        m_panel->hide();
+    else
+        showPanel();
 }
 
 QString DesktopFaces::adviceForOnce()
@@ -193,6 +205,8 @@ void DesktopFaces::followAppearance()
                                                             : StatusIcon::onLightPanel());
     m_alerts.setScheme(m_appearance.scheme());
     ToolTip::setScheme(m_appearance.scheme());
+    if (m_tray)
+        m_tray->setScheme(m_appearance.scheme());
     if (m_panel)
         m_panel->setScheme(m_appearance.scheme());
     updateIcon();
@@ -211,9 +225,11 @@ QIcon DesktopFaces::icon()
     return m_icon.image(StatusIcon::badge(m_node.status().phase));
 }
 
-QString DesktopFaces::toolTip() const
+QStringList DesktopFaces::toolTip() const
 {
-    return QLatin1String("Tidewick: ") + summary(m_node.status());
+    QStringList lines = summaryLines(m_node.status());
+    lines.first().prepend(QLatin1String("Tidewick: "));
+    return lines;
 }
 
 } // namespace tidewick

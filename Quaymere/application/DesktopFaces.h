@@ -53,13 +53,15 @@ private:
     bool willBeInTray() const;
     void makeTrayItem();
     void showPanel();
+    /// Shows the panel beside the tray item, or hides it if the user is just using it.
+    void togglePanel();
     QString adviceForOnce();
 
     void followStatus();
     void followAppearance();
     void updateIcon();
     QIcon icon();
-    QString toolTip() const;
+    QStringList toolTip() const;
 
     NodeController &m_node;
     Appearance m_appearance;

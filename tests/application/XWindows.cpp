@@ -3,7 +3,7 @@
 
 #include "application/XWindows.h"
 
-#include "ui/tray/linux/XcbReply.h"
+#include "ui/controls/linux/XcbReply.h"
 
 #include <array>
 #include <cstring>

@@ -7,7 +7,7 @@ class QComboBox;
 
 namespace tidewick {
 
-/// Gives a picker a popup list that is painted in the picker's colours, whatever the style, with a
+/// Gives a picker a list that pops up with the look of Popups.h, in the picker's colours, with a
 /// tick at the current entry.
 void makePickerList(QComboBox &picker);
 

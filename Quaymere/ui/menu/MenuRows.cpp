@@ -130,14 +130,19 @@ QString installNodeLabel()
     return QStringLiteral("How to Install…");
 }
 
-QString summary(const NodeStatus &status)
+QStringList summaryLines(const NodeStatus &status)
 {
     QStringList parts{phaseTitle(status.phase)};
     if (!status.detail.isEmpty())
         parts += status.detail;
     if (status.advice)
         parts += status.advice->text;
-    return parts.join(QStringLiteral(" · "));
+    return parts;
+}
+
+QString summary(const NodeStatus &status)
+{
+    return summaryLines(status).join(QStringLiteral(" · "));
 }
 
 QString phaseTitle(Phase phase)

@@ -83,7 +83,10 @@ QList<MenuRow> rowsWithAdvice(const NodeStatus &status);
 /// The label of the command that shows how to install a node.
 QString installNodeLabel();
 
-/// The status in one line: title, detail and advice.
+/// The title and, if there are any, the detail and the advice.
+QStringList summaryLines(const NodeStatus &status);
+
+/// The same in one line.
 QString summary(const NodeStatus &status);
 
 /// The title row's text.

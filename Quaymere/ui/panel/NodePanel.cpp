@@ -19,7 +19,7 @@ NodePanel::NodePanel(PanelRows *rows, QWidget *parent) : FittedWindow(rows, pare
 {
     setWindowTitle(QStringLiteral("Tidewick"));
     setPalette(controlPalette(m_scheme));
-    new QShortcut(QKeySequence::Cancel, this, this, &NodePanel::showMinimized);
+    new QShortcut(QKeySequence::Cancel, this, this, &NodePanel::dismiss);
     connect(m_rows, &PanelRows::commandChosen, this, &NodePanel::commandChosen);
     connect(m_rows, &PanelRows::heightChanged, this, &NodePanel::fit);
     connect(m_rows, &PanelRows::focusMoved, this, &NodePanel::ensureVisible);
@@ -54,7 +54,15 @@ void NodePanel::closeEvent(QCloseEvent *event)
     // Whoever asks for it: with Qt 6.4 a close request of a Wayland compositor looks like a call of
     // close(). The application quits without closing windows.
     event->ignore();
-    showMinimized();
+    dismiss();
+}
+
+void NodePanel::dismiss()
+{
+    if (m_isOnlyFace)
+        showMinimized();
+    else
+        hide();
 }
 
 int NodePanel::wantedWidth() const

@@ -13,12 +13,12 @@ namespace tidewick {
 
 class PanelRows;
 
-/// The menu's rows as a small window, for desktops without a tray. Owned by the application; main
-/// thread only. Its width follows its font and its height its rows, which scroll if the screen is
-/// too low for them.
+/// The menu's rows as a small window, for desktops without a tray or where the tray item cannot
+/// open a menu. Owned by the application; main thread only. Its width follows its font and its
+/// height its rows, which scroll if the screen is too low for them.
 ///
 /// If it is closed, it is minimised instead, because without a tray it is the application's only
-/// face; Escape minimises it, too. hide() removes it once a tray has appeared.
+/// face; Escape minimises it, too. Beside a tray item, both hide it.
 class NodePanel final : public FittedWindow
 {
     Q_OBJECT
@@ -38,6 +38,9 @@ public:
     /// Sets the colours; light ones are the default.
     void setScheme(Scheme scheme);
 
+    /// Sets whether the application has no other face, which is the default.
+    void setOnlyFace(bool only) { m_isOnlyFace = only; }
+
 signals:
     void commandChosen(tidewick::MenuCommand command);
 
@@ -49,8 +52,11 @@ protected:
 private:
     NodePanel(PanelRows *rows, QWidget *parent);
 
+    void dismiss();
+
     PanelRows *m_rows;
     Scheme m_scheme;
+    bool m_isOnlyFace = true;
 };
 
 } // namespace tidewick

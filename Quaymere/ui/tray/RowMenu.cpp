@@ -4,9 +4,12 @@
 #include "ui/tray/RowMenu.h"
 
 #include "platform/text/DisplayText.h"
+#include "ui/controls/ControlPalette.h"
+#include "ui/controls/Popups.h"
 #include "ui/controls/ToolTip.h"
 
 #include <QBitArray>
+#include <QStyleOptionMenuItem>
 
 namespace tidewick {
 
@@ -22,6 +25,18 @@ RowMenu::RowMenu(Drawing drawing) : m_drawing(drawing)
     setToolTipsVisible(true);
     for (int place = 0; place < menuPlaceCount; ++place)
         addPlace(MenuPlace(place));
+    if (m_drawing == Drawing::ByHost)
+        return;
+    QFont bold = font();
+    bold.setWeight(QFont::DemiBold);
+    m_actions[std::size_t(MenuPlace::Title)]->setFont(bold);
+    setScheme({false});
+    Popups::dress(*this);
+}
+
+void RowMenu::setScheme(Scheme scheme)
+{
+    setPalette(controlPalette({dark}));
 }
 
 void RowMenu::addPlace(MenuPlace place)
@@ -54,10 +69,23 @@ void RowMenu::setRow(QAction &action, const MenuRow &row) const
     const QString line = DisplayText::singleLine(row.text);
     const QString text = DisplayText::elided(line, mostCharacters);
     action.setSeparator(row.kind == MenuRow::Kind::Separator);
+    action.setData(row.kind == MenuRow::Kind::Text);
     action.setText(escaped(text));
     action.setToolTip(text == line ? QString() : ToolTip::plain(row.text));
     action.setEnabled(row.kind == MenuRow::Kind::Command && row.enabled);
     action.setVisible(true);
+}
+
+/// Texts are disabled because they cannot be chosen, but there to be read: only commands fade.
+void RowMenu::initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const
+{
+    QMenu::initStyleOption(option, action);
+    if (!action->data().toBool())
+        return;
+    const bool isTitle = action == m_actions[std::size_t(MenuPlace::Title)];
+    const auto role = isTitle ? QPalette::WindowText : QPalette::Text;
+    option->palette.setColor(QPalette::Disabled, QPalette::ButtonText,
+                             option->palette.color(QPalette::Active, role));
 }
 
 /// Escapes the mnemonic markers of a text. Qt marks a mnemonic with an ampersand, the bus with an

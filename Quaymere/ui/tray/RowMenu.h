@@ -28,8 +28,14 @@ public:
 
     void setRows(const QList<MenuRow> &rows);
 
+    /// Sets the dark or the light look of a menu that we draw; light is the default.
+    void setScheme(Scheme scheme);
+
 signals:
     void commandChosen(tidewick::MenuCommand command);
+
+protected:
+    void initStyleOption(QStyleOptionMenuItem *option, const QAction *action) const override;
 
 private:
     void addPlace(MenuPlace place);

@@ -12,7 +12,7 @@
 namespace tidewick {
 
 TrayItem::TrayItem(RowMenu::Drawing drawing, const QIcon &icon, const QList<MenuRow> &rows,
-                   const QString &toolTip)
+                   const QStringList &toolTip)
     : m_drawing(drawing), m_menu(drawing), m_icon(icon)
 {
     connect(&m_menu, &RowMenu::commandChosen, this, &TrayItem::commandChosen);
@@ -37,22 +37,33 @@ void TrayItem::setIcon(const QIcon &icon)
         m_icon.setIcon(icon);
 }
 
-void TrayItem::setToolTip(const QString &text)
+void TrayItem::setToolTip(const QStringList &lines)
 {
     constexpr qsizetype mostCharacters = 500;
-    const QString shown = m_drawing == RowMenu::Drawing::ByUs
-                              ? ToolTip::plain(text)
-                              : DisplayText::elided(DisplayText::singleLine(text), mostCharacters);
+    const QString shown =
+        m_drawing == RowMenu::Drawing::ByUs
+            ? ToolTip::titled(lines.constFirst(), lines.sliced(1).join(u'\n'))
+            : DisplayText::elided(DisplayText::singleLine(lines.join(QLatin1String(" · "))),
+                                  mostCharacters);
     if (m_icon.toolTip() != shown)
         m_icon.setToolTip(shown);
+}
+
+void TrayItem::setScheme(Scheme scheme)
+{
+    m_menu.setScheme({dark});
+    m_popup.setScheme({dark});
 }
 
 /// Opens the menu on the primary button, because hosts open it only on the secondary one. On
 /// Wayland this is not possible: there a menu needs one of our windows as its parent.
 void TrayItem::activate(QSystemTrayIcon::ActivationReason reason)
 {
-    if (reason == QSystemTrayIcon::Trigger
-        && !QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    if (reason != QSystemTrayIcon::Trigger)
+        return;
+    if (QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        emit panelWanted();
+    else
         m_popup.popup(QCursor::pos());
 }
 

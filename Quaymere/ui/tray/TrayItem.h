@@ -16,17 +16,24 @@ class TrayItem final : public QObject
     Q_OBJECT
 
 public:
+    /// Takes the lines of the tooltip. The first is its headline.
     TrayItem(RowMenu::Drawing drawing, const QIcon &icon, const QList<MenuRow> &rows,
-             const QString &toolTip);
+             const QStringList &toolTip);
 
     RowMenu::Drawing drawing() const { return m_drawing; }
 
     void setRows(const QList<MenuRow> &rows);
     void setIcon(const QIcon &icon);
-    void setToolTip(const QString &text);
+    void setToolTip(const QStringList &lines);
+
+    /// Sets the dark or the light look of the menus that we draw; light is the default.
+    void setScheme(Scheme scheme);
 
 signals:
     void commandChosen(tidewick::MenuCommand command);
+
+    /// The icon was clicked on a desktop where we cannot open a menu at it.
+    void panelWanted();
 
 private:
     void activate(QSystemTrayIcon::ActivationReason reason);

@@ -3,7 +3,7 @@
 
 #include "ui/tray/linux/XEmbedTray.h"
 
-#include "ui/tray/linux/XcbReply.h"
+#include "ui/controls/linux/XcbReply.h"
 
 #include <QGuiApplication>
 
