@@ -67,7 +67,7 @@ void Alerts::setScheme(Scheme scheme)
 
 Dialog *Alerts::makeDialog(const StatusIcon::Badge &badge, int width)
 {
-    auto *dialog = new Dialog(m_icon.composed(badge), width);
+    auto *dialog = new Dialog(m_icon.composed(badge).square, width);
     dialog->setScheme(m_scheme);
     return dialog;
 }

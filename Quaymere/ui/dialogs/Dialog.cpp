@@ -28,9 +28,8 @@ namespace {
 constexpr int sideMargin = 24;
 constexpr int topMargin = 27;
 constexpr int bottomMargin = 24;
-/// The mark is indented a little, and its upper wave is level with the headline.
+/// The mark is indented a little. In its square, its upper wave is level with the headline.
 constexpr int markInset = 4;
-constexpr int markDrop = 3;
 constexpr int markToText = 19;
 constexpr int aboveText = 10;
 constexpr int aboveLog = 14;
@@ -66,7 +65,7 @@ QAccessibleInterface *makeAccessible(const QString &, QObject *object)
 
 } // namespace
 
-Dialog::Dialog(const StatusImage &mark, int width)
+Dialog::Dialog(const SquareStatusImage &mark, int width)
     : CardWindow(QStringLiteral("Tidewick"), width, nullptr), m_leastWidth(width)
 {
     QAccessible::installFactory(makeAccessible);
@@ -79,11 +78,11 @@ Dialog::Dialog(const StatusImage &mark, int width)
     connect(qApp, &QApplication::focusChanged, form(), qOverload<>(&QWidget::update));
 }
 
-void Dialog::makeHeader(const StatusImage &mark)
+void Dialog::makeHeader(const SquareStatusImage &mark)
 {
     auto *header = new QWidget(form());
     auto *sign = new DialogMark(mark, header);
-    sign->setContentsMargins(points(markInset), points(markDrop), 0, 0);
+    sign->setContentsMargins(points(markInset), 0, 0, 0);
     m_headline = new TextLabel(TextLabel::Look::Message, {}, header);
     m_text = new TextLabel(TextLabel::Look::Paragraph, {}, header);
     m_text->setContentsMargins(0, points(aboveText), 0, 0);

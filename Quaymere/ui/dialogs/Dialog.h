@@ -4,7 +4,7 @@
 #pragma once
 
 #include "ui/controls/CardWindow.h"
-#include "ui/icon/StatusImage.h"
+#include "ui/icon/SquareStatusImage.h"
 
 class QHBoxLayout;
 
@@ -33,7 +33,7 @@ public:
     };
 
     /// The width is in points for text of 10 points.
-    Dialog(const StatusImage &mark, int width);
+    Dialog(const SquareStatusImage &mark, int width);
 
     void setMessage(const Message &message);
 
@@ -66,7 +66,7 @@ protected:
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    void makeHeader(const StatusImage &mark);
+    void makeHeader(const SquareStatusImage &mark);
     void makeParts();
     PushButton *addButton(const QString &text, int position);
     QString description() const;

@@ -8,18 +8,16 @@
 #include <QEvent>
 #include <QPainter>
 
-#include <cmath>
-
 namespace tidewick {
 
 namespace {
 
 /// In points for text of 10 points.
-constexpr int markHeight = 30;
+constexpr int markSide = 38;
 
 } // namespace
 
-DialogMark::DialogMark(StatusImage image, QWidget *parent)
+DialogMark::DialogMark(SquareStatusImage image, QWidget *parent)
     : QWidget(parent), m_image(std::move(image))
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -27,18 +25,17 @@ DialogMark::DialogMark(StatusImage image, QWidget *parent)
 
 QSize DialogMark::sizeHint() const
 {
-    const QSize natural = m_image.size();
-    const int height = TextScale::scaled(font(), markHeight);
-    return QSize(int(std::ceil(qreal(natural.width()) * height / natural.height())), height)
-        .grownBy(contentsMargins());
+    const int side = TextScale::scaled(font(), markSide);
+    return QSize(side, side).grownBy(contentsMargins());
 }
 
 void DialogMark::paintEvent(QPaintEvent *)
 {
     const qreal ratio = devicePixelRatioF();
     const QRect place = contentsRect();
-    QImage picture = m_image.rendered((QSizeF(place.size()) * ratio).toSize(),
-                                      palette().color(QPalette::WindowText));
+    QImage picture =
+        m_image.rendered((QSizeF(place.size()) * ratio).toSize(),
+                         palette().color(QPalette::WindowText), SquareStatusImage::Edge::Plain);
     picture.setDevicePixelRatio(ratio);
     QPainter(this).drawImage(place.topLeft(), picture);
 }

@@ -3,20 +3,20 @@
 
 #pragma once
 
-#include "ui/icon/StatusImage.h"
+#include "ui/icon/SquareStatusImage.h"
 
 #include <QWidget>
 
 namespace tidewick {
 
-/// The application's mark at the head of a dialog, possibly with a badge, in the colour of the
-/// headline.
+/// The application's mark at the head of a dialog, possibly with a badge over its corner, in the
+/// colour of the headline.
 class DialogMark final : public QWidget
 {
     Q_OBJECT
 
 public:
-    DialogMark(StatusImage image, QWidget *parent);
+    DialogMark(SquareStatusImage image, QWidget *parent);
 
     QSize sizeHint() const override;
 
@@ -25,7 +25,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    StatusImage m_image;
+    SquareStatusImage m_image;
 };
 
 } // namespace tidewick

@@ -122,10 +122,10 @@ int SquareStatusImage::outlineWidth(int side)
     return std::max(1, qRound(side / 22.0));
 }
 
-QImage SquareStatusImage::rendered(const QSize &pixels, const QColor &color) const
+QImage SquareStatusImage::rendered(const QSize &pixels, const QColor &color, Edge edge) const
 {
     const int shorter = std::min(pixels.width(), pixels.height());
-    const int outline = outlineWidth(shorter);
+    const int outline = edge == Edge::Outlined ? outlineWidth(shorter) : 0;
     const int inside = shorter - 2 * outline;
     QImage picture = canvas(pixels);
     if (inside <= 0)
@@ -137,14 +137,17 @@ QImage SquareStatusImage::rendered(const QSize &pixels, const QColor &color) con
     QImage shape = mark(pixels, square);
     if (hasBadge)
         cutCorner(shape, square);
-    QImage edge = outlineOf(shape, color, outline);
-    if (hasBadge)
-        cutCorner(edge, square);
-    painter.drawImage(0, 0, edge);
+    if (outline > 0) {
+        QImage around = outlineOf(shape, color, outline);
+        if (hasBadge)
+            cutCorner(around, square);
+        painter.drawImage(0, 0, around);
+    }
     painter.drawImage(0, 0, tinted(shape, color));
     if (hasBadge) {
         shape = badge(pixels, square);
-        painter.drawImage(0, 0, outlineOf(shape, color, outline));
+        if (outline > 0)
+            painter.drawImage(0, 0, outlineOf(shape, color, outline));
         painter.drawImage(0, 0, tinted(shape, color));
     }
     return picture;

@@ -7,10 +7,8 @@
 
 namespace tidewick {
 
-/// The application's mark with a badge in its lower right corner, for the square slots of a tray.
-/// The mark has the same size and place with any badge; the corner is cut out of it. Mark and badge
-/// have an outline in black or white, whichever differs more from their colour, because nobody
-/// tells a program what colour the panel has that shows its icon. Rendered from vectors, like
+/// The application's mark with a badge in its lower right corner, for square places. The mark has
+/// the same size and place with any badge; the corner is cut out of it. Rendered from vectors, like
 /// StatusImage. A value type whose copies share the vectors. Main thread only.
 class SquareStatusImage
 {
@@ -28,6 +26,14 @@ public:
         Drawing ninths;
     };
 
+    /// What surrounds mark and badge.
+    enum class Edge {
+        /// An outline in black or white, whichever differs more from their colour: for trays, since
+        /// nobody tells a program what colour the panel has that shows its icon.
+        Outlined,
+        Plain, ///< Nothing. The mark is as wide as the square.
+    };
+
     /// Composes mark and badge. Without both drawings of a badge, the mark stays whole.
     SquareStatusImage(Drawing mark, Badge badge);
 
@@ -36,7 +42,7 @@ public:
 
     /// Renders the image into a picture of this size: into the largest square that fits, centred to
     /// the whole pixel, on a transparent background.
-    QImage rendered(const QSize &pixels, const QColor &color) const;
+    QImage rendered(const QSize &pixels, const QColor &color, Edge edge) const;
 
 private:
     QImage mark(const QSize &pixels, const QRectF &square) const;

@@ -73,9 +73,9 @@ QIcon StatusIcon::image(const Badge &badge)
     return entry(badge).icon;
 }
 
-const StatusImage &StatusIcon::composed(const Badge &badge)
+const StatusImages &StatusIcon::composed(const Badge &badge)
 {
-    return entry(badge).images->wide;
+    return *entry(badge).images;
 }
 
 void StatusIcon::setColor(const QColor &color)

@@ -36,9 +36,9 @@ public:
     /// without a symbol is left out. The program ends if there is no mark to draw.
     QIcon image(const Badge &badge);
 
-    /// Returns the same image with its badge beside the mark, for callers that paint it at its
-    /// natural size and in a colour of their choice.
-    const StatusImage &composed(const Badge &badge);
+    /// Returns the compositions that the image consists of, for callers that paint them themselves,
+    /// in a colour of their choice.
+    const StatusImages &composed(const Badge &badge);
 
     /// Sets the colour of the images returned from now on; onLightPanel() by default.
     void setColor(const QColor &color);

@@ -63,7 +63,7 @@ QImage StatusIconEngine::rendered(const QSize &pixels) const
     // XEmbed slots are a little wider or higher than square in some panels.
     const bool isWide = pixels.width() * 2 >= pixels.height() * 3;
     return isWide ? m_images->wide.rendered(pixels, m_color)
-                  : m_images->square.rendered(pixels, m_color);
+                  : m_images->square.rendered(pixels, m_color, SquareStatusImage::Edge::Outlined);
 }
 
 } // namespace tidewick

@@ -30,13 +30,13 @@ RowMenu::RowMenu(Drawing drawing) : m_drawing(drawing)
     QFont bold = font();
     bold.setWeight(QFont::DemiBold);
     m_actions[std::size_t(MenuPlace::Title)]->setFont(bold);
-    setScheme({false});
+    setScheme({});
     Popups::dress(*this);
 }
 
 void RowMenu::setScheme(Scheme scheme)
 {
-    setPalette(controlPalette({dark}));
+    setPalette(controlPalette(scheme));
 }
 
 void RowMenu::addPlace(MenuPlace place)

@@ -51,8 +51,8 @@ void TrayItem::setToolTip(const QStringList &lines)
 
 void TrayItem::setScheme(Scheme scheme)
 {
-    m_menu.setScheme({dark});
-    m_popup.setScheme({dark});
+    m_menu.setScheme(scheme);
+    m_popup.setScheme(scheme);
 }
 
 /// Opens the menu on the primary button, because hosts open it only on the secondary one. On

@@ -8,15 +8,12 @@
 #include "ui/controls/Card.h"
 #include "ui/controls/ControlPalette.h"
 #include "ui/controls/TextLabel.h"
-#include "ui/controls/ToolTip.h"
 #include "ui/controls/VerbatimText.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QPainter>
 #include <QScreen>
 #include <QStyleFactory>
-#include <QToolTip>
 
 using namespace tidewick;
 
@@ -30,9 +27,6 @@ private slots:
     void textsStandOut();
     void followsLightAndDark_data();
     void followsLightAndDark();
-    void listsHaveTheWindowsColors();
-    void toolTipsAreRaised_data();
-    void toolTipsAreRaised();
     void disabledPickersFade();
     void looksTheSameInEveryStyle();
     void keyboardFocusShowsARing();
@@ -88,24 +82,6 @@ void openDetails(AboutWindow &window)
 }
 
 } // namespace
-
-void TestFormLook::toolTipsAreRaised_data()
-{
-    QTest::addColumn<bool>("dark");
-    QTest::newRow("light") << false;
-    QTest::newRow("dark") << true;
-}
-
-/// Lighter than a card in dark, where shadows do not show.
-void TestFormLook::toolTipsAreRaised()
-{
-    QFETCH(bool, dark);
-    ToolTip::setScheme({dark});
-    const QColor ground = QToolTip::palette().color(QPalette::ToolTipBase);
-    QVERIFY(contrast(QToolTip::palette().color(QPalette::ToolTipText), ground) >= 4.5);
-    QVERIFY(ground.lightness() >= controlPalette({dark}).color(QPalette::Base).lightness());
-    QCOMPARE(ground.lightness() < 128, dark);
-}
 
 /// Text and arrows.
 void TestFormLook::disabledPickersFade()
@@ -211,26 +187,6 @@ void TestFormLook::followsLightAndDark()
         }
     }
     QCOMPARE(picture(about.findChild<VerbatimText *>()).pixelColor(8, 8), card);
-}
-
-void TestFormLook::listsHaveTheWindowsColors()
-{
-    for (const bool dark : {false, true}) {
-        Rig rig;
-        rig.window->setScheme({dark});
-        Picker *picker = rig.picker(Rig::AfterFull);
-        picker->showPopup();
-        QTRY_VERIFY(picker->view()->isVisible());
-        const QImage list = picker->view()->viewport()->grab().toImage();
-        const QPalette colors = controlPalette({dark});
-        const QRect other = picker->view()->visualRect(picker->model()->index(2, 0));
-        const QRect current = picker->view()->visualRect(picker->model()->index(0, 0));
-        QCOMPARE(list.pixelColor(other.left() + 4, other.center().y()),
-                 colors.color(QPalette::Base));
-        QCOMPARE(list.pixelColor(current.right() - 6, current.center().y()),
-                 colors.color(QPalette::Highlight));
-        picker->hidePopup();
-    }
 }
 
 void TestFormLook::looksTheSameInEveryStyle()

@@ -7,6 +7,7 @@
 #include "ui/FormRig.h"
 #include "ui/controls/ControlPalette.h"
 #include "ui/dialogs/AlertRig.h"
+#include "ui/dialogs/DialogMark.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -28,6 +29,8 @@ private slots:
     void followsLightAndDark();
     void marksTheFocus();
     void onlyDeletingLooksDangerous();
+    void badgeStandsInTheCornerOfTheMark_data();
+    void badgeStandsInTheCornerOfTheMark();
     void pathHasAFixedWidthFont();
     void looksTheSameInEveryStyle();
     void longPathIsWrapped();
@@ -142,6 +145,51 @@ void TestAlertsLook::onlyDeletingLooksDangerous()
         QVERIFY(isAlarming("Delete"));
         QVERIFY(!isAlarming("Cancel"));
     }
+}
+
+void TestAlertsLook::badgeStandsInTheCornerOfTheMark_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+/// Where there is no badge, the mark is whole, and elsewhere it is the same.
+void TestAlertsLook::badgeStandsInTheCornerOfTheMark()
+{
+    QFETCH(bool, isDark);
+    const auto markOf = [](const auto &show) {
+        AlertRig rig;
+        show(rig);
+        return picture(shownAlert()->findChild<DialogMark *>());
+    };
+    const QImage bare = markOf([&](AlertRig &rig) {
+        rig.alerts.setScheme({isDark});
+        rig.ask();
+    });
+    const QImage badged = markOf([&](AlertRig &rig) {
+        rig.alerts.setScheme({isDark});
+        rig.alerts.showError(error);
+    });
+    QCOMPARE(badged.size(), bare.size());
+    const QColor ground = controlPalette({isDark}).color(QPalette::Window);
+    const QColor ink = controlPalette({isDark}).color(QPalette::WindowText);
+    QRect changed;
+    QRect inked;
+    for (int y = 0; y < bare.height(); ++y) {
+        for (int x = 0; x < bare.width(); ++x) {
+            if (distance(bare.pixelColor(x, y), badged.pixelColor(x, y)) > 6)
+                changed |= QRect(x, y, 1, 1);
+            if (changed.contains(x, y) && distance(badged.pixelColor(x, y), ink) < 24)
+                inked |= QRect(x, y, 1, 1);
+        }
+    }
+    QVERIFY(changed.left() > bare.width() * 3 / 10);
+    QVERIFY(changed.top() > bare.height() * 3 / 10);
+    // The badge ends where the mark does, and a gap is between them.
+    QVERIFY(inked.right() >= bare.width() - 2);
+    QVERIFY(inked.bottom() >= bare.height() - 2);
+    QCOMPARE(badged.pixelColor(changed.left() + 1, bare.height() - 1), ground);
 }
 
 void TestAlertsLook::pathHasAFixedWidthFont()

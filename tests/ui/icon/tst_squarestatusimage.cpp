@@ -301,7 +301,7 @@ void TestSquareStatusImage::slotsThatAreNearlySquare()
     QCOMPARE(wide.copy(4, 0, 22, 22), square);
     // Beyond, there is room for the badge beside the mark.
     QCOMPARE(icon.pixmap(QSize(44, 22), 1.0).toImage(),
-             rig.icon().composed(badges.first()).rendered(QSize(44, 22), Qt::black));
+             rig.icon().composed(badges.first()).wide.rendered(QSize(44, 22), Qt::black));
 }
 
 void TestSquareStatusImage::tinySlots()

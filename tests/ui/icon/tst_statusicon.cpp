@@ -76,16 +76,16 @@ void TestStatusIcon::composesOnce()
 {
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
-    const StatusImage *first = &icon.composed(stopBadge);
+    const StatusImage *first = &icon.composed(stopBadge).wide;
     const qint64 key = icon.image(stopBadge).cacheKey();
     icon.image(pauseBadge);
 
     // Composing it again would pick up this other mark.
     writeFile(bundle.path(), MarkBundle::block(90, 30));
-    QCOMPARE(&icon.composed(stopBadge), first);
+    QCOMPARE(&icon.composed(stopBadge).wide, first);
     QCOMPARE(icon.image(stopBadge).cacheKey(), key);
-    QCOMPARE(icon.composed(pauseBadge).size(), QSize(32, 16));
-    QCOMPARE(icon.composed(ellipsisBadge).size(), QSize(60, 16));
+    QCOMPARE(icon.composed(pauseBadge).wide.size(), QSize(32, 16));
+    QCOMPARE(icon.composed(ellipsisBadge).wide.size(), QSize(60, 16));
 }
 
 void TestStatusIcon::badgeThatCannotBeLoaded()
@@ -93,14 +93,14 @@ void TestStatusIcon::badgeThatCannotBeLoaded()
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
     const QString unknown = QStringLiteral("no.such.symbol");
-    QCOMPARE(icon.composed(unknown).size(), QSize(20, 16));
+    QCOMPARE(icon.composed(unknown).wide.size(), QSize(20, 16));
     QCOMPARE(picture(icon.image(unknown), 32), picture(icon.image(std::nullopt), 32));
     QCOMPARE(icon.image(unknown).name(), QString());
 
     const TemporaryFolder symbols;
     writeFile(symbols.path() / "pause.fill.svg", "this is no drawing");
     StatusIcon broken(bundle.bundle(), QString::fromStdString(symbols.path().string()));
-    QCOMPARE(broken.composed(pauseBadge).size(), QSize(20, 16));
+    QCOMPARE(broken.composed(pauseBadge).wide.size(), QSize(20, 16));
 }
 
 void TestStatusIcon::markThatCannotBeRead_data()
@@ -119,8 +119,8 @@ void TestStatusIcon::markThatCannotBeRead()
     if (!mark.isEmpty())
         writeFile(bundle.path(), mark);
     StatusIcon icon(bundle.bundle());
-    QCOMPARE(icon.composed(std::nullopt).size(), QSize(16, 16));
-    QCOMPARE(icon.composed(pauseBadge).size(), QSize(28, 16));
+    QCOMPARE(icon.composed(std::nullopt).wide.size(), QSize(16, 16));
+    QCOMPARE(icon.composed(pauseBadge).wide.size(), QSize(28, 16));
     // A cross of discs: ink in the middle and at each side, none in the corners.
     const QImage drawn = picture(icon.image(std::nullopt), 64);
     for (const QPoint point : {QPoint(32, 32), QPoint(32, 11), QPoint(11, 32), QPoint(52, 32)})
@@ -184,7 +184,7 @@ void TestStatusIcon::changesColorWithoutComposing()
 {
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
-    const StatusImage *composed = &icon.composed(stopBadge);
+    const StatusImage *composed = &icon.composed(stopBadge).wide;
     const QIcon light = icon.image(stopBadge);
     const QImage before = picture(light, 64);
 
@@ -192,7 +192,7 @@ void TestStatusIcon::changesColorWithoutComposing()
     QCOMPARE(icon.image(stopBadge).cacheKey(), light.cacheKey());
 
     icon.setColor(StatusIcon::onDarkPanel());
-    QCOMPARE(&icon.composed(stopBadge), composed);
+    QCOMPARE(&icon.composed(stopBadge).wide, composed);
     // The tray detects a new icon by its cache key.
     QVERIFY(icon.image(stopBadge).cacheKey() != light.cacheKey());
     QCOMPARE(picture(icon.image(stopBadge), 64).pixelColor(47, 47), QColor(236, 232, 225));

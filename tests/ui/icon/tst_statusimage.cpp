@@ -45,7 +45,7 @@ void TestStatusImage::bareMark()
 {
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
-    const StatusImage &image = icon.composed(StatusIcon::badge(Phase::Full));
+    const StatusImage &image = icon.composed(StatusIcon::badge(Phase::Full)).wide;
     QCOMPARE(image.size(), QSize(20, 16));
     // The ink touches all four sides, so no room is left for a badge.
     QCOMPARE(ink(image.rendered(QSize(200, 160), Qt::black)), QRect(0, 0, 200, 160));
@@ -55,8 +55,8 @@ void TestStatusImage::wideMarkKeepsItsAspect()
 {
     const MarkBundle bundle(MarkBundle::block(90, 30));
     StatusIcon icon(bundle.bundle());
-    QCOMPARE(icon.composed(std::nullopt).size(), QSize(48, 16));
-    const QImage drawn = icon.composed(std::nullopt).rendered(QSize(48, 48), Qt::black);
+    QCOMPARE(icon.composed(std::nullopt).wide.size(), QSize(48, 16));
+    const QImage drawn = icon.composed(std::nullopt).wide.rendered(QSize(48, 48), Qt::black);
     QCOMPARE(ink(drawn), QRect(0, 16, 48, 16));
 }
 
@@ -64,8 +64,8 @@ void TestStatusImage::widthIsRoundedUp()
 {
     const MarkBundle bundle(MarkBundle::block(41, 40)); // 16.4 points
     StatusIcon icon(bundle.bundle());
-    QCOMPARE(icon.composed(std::nullopt).size(), QSize(17, 16));
-    QCOMPARE(icon.composed(pauseBadge).size(), QSize(29, 16)); // 16.4 + 2 + 10
+    QCOMPARE(icon.composed(std::nullopt).wide.size(), QSize(17, 16));
+    QCOMPARE(icon.composed(pauseBadge).wide.size(), QSize(29, 16)); // 16.4 + 2 + 10
 }
 
 void TestStatusImage::canvas_data()
@@ -82,9 +82,9 @@ void TestStatusImage::canvas()
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
     // The same for all, so that the mark keeps its position and size when the badge changes.
-    QCOMPARE(icon.composed(badge).size(), QSize(32, 16));
+    QCOMPARE(icon.composed(badge).wide.size(), QSize(32, 16));
     // The badge's ink is centred in its 10 points, and within the middle 10 of the height.
-    const QImage drawn = icon.composed(badge).rendered(QSize(320, 160), Qt::black);
+    const QImage drawn = icon.composed(badge).wide.rendered(QSize(320, 160), Qt::black);
     const QRect found = ink(drawn, QRect(200, 0, 120, 160));
     QVERIFY(found.left() >= 220 && found.left() <= 225);
     QVERIFY(std::abs((found.left() - 220) - (319 - found.right())) <= 1);
@@ -110,7 +110,7 @@ void TestStatusImage::badgeIsRightOfTheMark()
     writeFile(symbols.path() / "stop.fill.svg", MarkBundle::block(badge.width(), badge.height()));
     StatusIcon icon(bundle.bundle(), QString::fromStdString(symbols.path().string()));
 
-    const StatusImage &image = icon.composed(stopBadge);
+    const StatusImage &image = icon.composed(stopBadge).wide;
     QCOMPARE(image.size(), QSize(22 + badge.width(), 16));
     const QImage drawn = image.rendered(image.size() * 4, Qt::black);
     QCOMPARE(ink(drawn, QRect(0, 0, 84, 64)), QRect(0, 0, 80, 64));
@@ -143,7 +143,7 @@ void TestStatusImage::fitsAndCentres()
 {
     const MarkBundle bundle(MarkBundle::block(20, 16));
     StatusIcon icon(bundle.bundle());
-    const QImage drawn = icon.composed(std::nullopt).rendered(QSize(60, 60), Qt::black);
+    const QImage drawn = icon.composed(std::nullopt).wide.rendered(QSize(60, 60), Qt::black);
     QCOMPARE(ink(drawn), QRect(0, 6, 60, 48));
     QCOMPARE(ink(icon.image(std::nullopt).pixmap(QSize(60, 16), 1.0).toImage()),
              QRect(20, 0, 20, 16));
@@ -162,7 +162,7 @@ void TestStatusImage::stopIsSharp()
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
     const QSize pixels = (QSizeF(size, size) * ratio).toSize();
-    const QImage drawn = icon.composed(stopBadge).rendered(pixels, Qt::black);
+    const QImage drawn = icon.composed(stopBadge).wide.rendered(pixels, Qt::black);
     const int half = drawn.width() * 21 / 32; // between mark and badge
     const QRect square = ink(drawn, QRect(half, 0, drawn.width() - half, drawn.height()));
     QVERIFY(square.width() >= 5);
@@ -190,7 +190,7 @@ void TestStatusImage::pauseIsSharp()
     const MarkBundle bundle(MarkBundle::shipped());
     StatusIcon icon(bundle.bundle());
     const QSize pixels = (QSizeF(size, size) * ratio).toSize();
-    const QImage drawn = icon.composed(pauseBadge).rendered(pixels, Qt::black);
+    const QImage drawn = icon.composed(pauseBadge).wide.rendered(pixels, Qt::black);
     const int half = drawn.width() * 21 / 32;
     const QRect bars = ink(drawn, QRect(half, 0, drawn.width() - half, drawn.height()));
     const auto alpha = [&](int x, int y) { return drawn.pixelColor(x, y).alpha(); };
@@ -232,7 +232,7 @@ void TestStatusImage::paintsAtItsOwnSize()
     target.setDevicePixelRatio(2);
     target.fill(Qt::transparent);
     QPainter painter(&target);
-    icon.composed(stopBadge).paint(painter, QPointF(5, 4), QColor(200, 30, 40));
+    icon.composed(stopBadge).wide.paint(painter, QPointF(5, 4), QColor(200, 30, 40));
     painter.end();
     QCOMPARE(ink(target, QRect(0, 0, 52, 60)), QRect(10, 8, 40, 32));
     // The square leaves half a point free on each side.

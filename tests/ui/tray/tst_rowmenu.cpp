@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Surroundings.h"
+#include "ui/Colors.h"
 #include "ui/SampleStatus.h"
+#include "ui/controls/ControlPalette.h"
 #include "ui/tray/RowMenu.h"
 
 #include <QApplication>
@@ -22,6 +24,11 @@ private slots:
     void commandsFollowTheRows();
     void equalRowsChangeNothing();
     void openMenuStaysOpen();
+    void textsAreReadable_data();
+    void textsAreReadable();
+    void onlyCommandsAreHighlighted();
+    void keyboardReachesEveryRow();
+    void choosingATextDoesNothing();
 };
 
 namespace {
@@ -126,6 +133,93 @@ void TestRowMenu::openMenuStaysOpen()
     QVERIFY(menu.isVisible());
     QCOMPARE(hidden.size(), 0);
     QCOMPARE(menu.pos(), place);
+}
+
+void TestRowMenu::textsAreReadable_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+/// Also while the menu is open as the appearance changes. Only a command that cannot be chosen
+/// fades.
+void TestRowMenu::textsAreReadable()
+{
+    QFETCH(bool, dark);
+    RowMenu menu(RowMenu::Drawing::ByUs);
+    NodeStatus status = sampleStatus();
+    status.hasServerInfo = false;
+    menu.setRows(menuRows(status));
+    menu.setScheme({!dark});
+    menu.popup({10, 10});
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    menu.setScheme({dark});
+    const QImage drawn = menu.grab().toImage();
+    const QColor ground = drawn.pixelColor(drawn.width() / 2, 3);
+    QCOMPARE(ground.lightness() < 128, dark);
+    for (QAction *action : shown(menu)) {
+        if (action->isSeparator())
+            continue;
+        const QImage row = drawn.copy(menu.actionGeometry(action));
+        QCOMPARE(row.pixelColor(0, row.height() / 2), ground);
+        const bool isFaded = action->text() == QLatin1String("Copy server_info JSON");
+        QCOMPARE(contrast(inkColor(row), ground) < 4.5, isFaded);
+    }
+}
+
+void TestRowMenu::onlyCommandsAreHighlighted()
+{
+    RowMenu menu(RowMenu::Drawing::ByUs);
+    menu.setRows(menuRows(sampleStatus()));
+    menu.popup({10, 10});
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    for (QAction *action : shown(menu)) {
+        if (action->isSeparator())
+            continue;
+        const QRect place = menu.actionGeometry(action);
+        const auto fill = [&] {
+            return menu.grab().toImage().pixelColor(place.left() + 4, place.center().y());
+        };
+        menu.setActiveAction(nullptr);
+        const QColor before = fill();
+        menu.setActiveAction(action);
+        QCOMPARE(fill() != before, action->isEnabled());
+    }
+}
+
+/// So that a screen reader reads every row.
+void TestRowMenu::keyboardReachesEveryRow()
+{
+    RowMenu menu(RowMenu::Drawing::ByUs);
+    menu.setRows(menuRows(sampleStatus()));
+    menu.popup({10, 10});
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    QStringList reached;
+    QStringList expected;
+    for (QAction *action : shown(menu)) {
+        if (action->isSeparator())
+            continue;
+        expected.append(action->text());
+        QTest::keyClick(&menu, Qt::Key_Down);
+        QVERIFY(menu.activeAction());
+        reached.append(menu.activeAction()->text());
+    }
+    QCOMPARE(reached, expected);
+}
+
+void TestRowMenu::choosingATextDoesNothing()
+{
+    RowMenu menu(RowMenu::Drawing::ByUs);
+    menu.setRows(menuRows(NodeStatus()));
+    menu.popup({10, 10});
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    const QSignalSpy chosen(&menu, &RowMenu::commandChosen);
+    QAction *title = shown(menu).constFirst();
+    QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(title).center());
+    QTest::keyClick(&menu, Qt::Key_Return);
+    QVERIFY(menu.isVisible());
+    QCOMPARE(chosen.size(), 0);
 }
 
 TIDEWICK_GUI_TEST_MAIN(TestRowMenu)

@@ -36,7 +36,8 @@ bool hasManager(xcb_connection_t *connection)
 bool Compositing::isOn()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return !x11 || hasManager(x11->connection());
+    xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
+    return !connection || hasManager(connection);
 }
 
 } // namespace tidewick
