@@ -167,6 +167,13 @@ bool TrayReader::click(const QString &text)
     return false;
 }
 
+bool TrayReader::activate()
+{
+    const QDBusMessage answer =
+        ask(m_service, itemPath, itemInterface, QStringLiteral("Activate"), {0, 0});
+    return answer.type() == QDBusMessage::ReplyMessage;
+}
+
 QList<MenuEntry> entriesOf(const QList<MenuRow> &rows)
 {
     QList<MenuEntry> entries;

@@ -50,6 +50,9 @@ public:
     /// Clicks an entry, as the user would. Returns false if there is no such entry.
     bool click(const QString &text);
 
+    /// Clicks the icon with the primary button.
+    bool activate();
+
     /// How often tray hosts were told to read the menu again.
     int layoutUpdates() const { return m_layoutUpdates; }
 

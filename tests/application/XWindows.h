@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 
 struct xcb_connection_t;
@@ -22,6 +23,38 @@ void closeWindow(const QString &title);
 /// The window's contents, provided that it is entirely on the screen and not covered; a null image
 /// if there is no such window.
 QImage windowPicture(const QString &title);
+
+/// What the topmost menu, list or tooltip draws, with its transparency; a null image if there is
+/// none.
+QImage popupPicture();
+
+/// Owns the selection of compositing managers, so that programs draw as if there were one.
+class CompositingPlace
+{
+public:
+    CompositingPlace();
+
+private:
+    std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> m_connection;
+};
+
+/// An XEmbed tray with room for one icon.
+class XEmbedSlot
+{
+public:
+    XEmbedSlot();
+
+    /// Whether an icon has been docked. Docks it.
+    bool hasIcon();
+
+    /// Clicks the icon with this button of the mouse: 1 for the primary, 3 for the secondary.
+    void click(int button);
+
+private:
+    std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t *)> m_connection;
+    std::uint32_t m_slot;
+    std::uint32_t m_icon = 0;
+};
 
 /// Owns the place of an XEmbed tray on the X server, without showing what is docked there.
 class XEmbedPlace

@@ -32,6 +32,7 @@ private slots:
     void passesOnTheLaunchersToken_data();
     void passesOnTheLaunchersToken();
     void closedPanelIsMinimised();
+    void clickShowsThePanel();
     void endsAfterItsNodeWhenTheCompositorGoes();
 
 private:
@@ -154,6 +155,28 @@ void TestWayland::closedPanelIsMinimised()
     QVERIFY(WaylandDesktop::tell("[title=\"^Tidewick$\"] kill"));
     QVERIFY(waitUntil([&] { return m_application->output().contains(".set_minimized()"); }));
     QVERIFY(WaylandDesktop::hasWindow("Tidewick"));
+    QVERIFY(m_application->endsWell(SIGTERM));
+}
+
+/// Where the program cannot open a menu at its icon. Closed, the panel is gone until the next
+/// click.
+void TestWayland::clickShowsThePanel()
+{
+    launch();
+    QVERIFY(isFull());
+    for (int time = 0; time < 2; ++time) {
+        QVERIFY(!WaylandDesktop::hasWindow("Tidewick"));
+        QVERIFY(m_reader->activate());
+        QVERIFY(waitUntil([] { return WaylandDesktop::hasFocus("Tidewick"); }));
+        QVERIFY(WaylandDesktop::tell("[title=\"^Tidewick$\"] kill"));
+        QVERIFY(waitUntil([] { return !WaylandDesktop::hasWindow("Tidewick"); }));
+    }
+    // The icon opens and closes it, too.
+    QVERIFY(m_reader->activate());
+    QVERIFY(waitUntil([] { return WaylandDesktop::hasFocus("Tidewick"); }));
+    QVERIFY(
+        waitUntil([&] { return m_reader->activate() && !WaylandDesktop::hasWindow("Tidewick"); }));
+    QVERIFY(isFull());
     QVERIFY(m_application->endsWell(SIGTERM));
 }
 
