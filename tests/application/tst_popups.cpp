@@ -102,11 +102,12 @@ private slots:
 
     void clickOnANotifierItem_data();
     void clickOnANotifierItem();
+    void clickWithoutAPortal();
     void clickOnAnEmbeddedIcon_data();
     void clickOnAnEmbeddedIcon();
 
 private:
-    void launch(bool dark);
+    void launch();
     /// Whether the menu appears, in dark or in light, with every line readable.
     bool isReadable(bool dark);
 
@@ -132,9 +133,8 @@ void TestPopups::cleanup()
     std::filesystem::remove_all(applicationData());
 }
 
-void TestPopups::launch(bool dark)
+void TestPopups::launch()
 {
-    m_portal = std::make_unique<SchemePortal>(m_bus->connection(), dark);
     m_application = std::make_unique<LaunchedApplication>(
         m_bundle, "speed=20 state=full", ProcessEnvironment{{"QT_QPA_PLATFORM", ""}});
 }
@@ -175,7 +175,8 @@ void TestPopups::clickOnANotifierItem()
         manager.emplace();
     QVERIFY(DesktopPanel::waitForHost(*m_bus));
     TrayReader reader(m_bus->connection());
-    launch(dark);
+    m_portal = std::make_unique<SchemePortal>(m_bus->connection(), dark);
+    launch();
     QVERIFY(waitUntil(
         [&] { return reader.findItem() && reader.menu().value(0).text == QLatin1String("Full"); }));
     QVERIFY(reader.activate());
@@ -195,6 +196,17 @@ void TestPopups::clickOnANotifierItem()
     QVERIFY(m_application->endsWell(SIGTERM));
 }
 
+/// In the colours of Qt's own palette.
+void TestPopups::clickWithoutAPortal()
+{
+    XEmbedSlot slot;
+    launch();
+    QVERIFY(waitUntil([&] { return slot.hasIcon(); }));
+    slot.click(1);
+    QVERIFY(isReadable(false));
+    QVERIFY(m_application->endsWell(SIGTERM));
+}
+
 void TestPopups::clickOnAnEmbeddedIcon_data()
 {
     QTest::addColumn<int>("button");
@@ -207,7 +219,8 @@ void TestPopups::clickOnAnEmbeddedIcon()
 {
     QFETCH(int, button);
     XEmbedSlot slot;
-    launch(true);
+    m_portal = std::make_unique<SchemePortal>(m_bus->connection(), true);
+    launch();
     QVERIFY(waitUntil([&] { return slot.hasIcon(); }));
     QVERIFY(popupPicture().isNull());
     slot.click(button);
