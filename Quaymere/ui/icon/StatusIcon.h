@@ -20,9 +20,10 @@ class StatusIcon
 public:
     using Badge = std::optional<QString>;
 
-    /// The colours of text on light and on dark panels.
-    static constexpr QColor onLightPanel() { return {28, 29, 33}; }
-    static constexpr QColor onDarkPanel() { return {236, 232, 225}; }
+    /// The colours for light and for dark panels. On some grey panels, no others have enough contrast,
+    /// whether by themselves or by their outline.
+    static constexpr QColor onLightPanel() { return {4, 4, 4}; }
+    static constexpr QColor onDarkPanel() { return {252, 252, 252}; }
 
     /// Loads the mark "MenuBarIcon" from the bundle and the symbols from a folder, by default the
     /// one compiled in.

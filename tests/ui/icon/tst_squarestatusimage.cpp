@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Surroundings.h"
+#include "ui/Colors.h"
 #include "ui/icon/MarkBundle.h"
 #include "ui/icon/StatusIcon.h"
 
@@ -66,20 +67,6 @@ QRect covered(const QImage &coverage, const QRect &within)
     return found;
 }
 
-/// The contrast ratio of the Web Content Accessibility Guidelines.
-double contrast(const QColor &one, const QColor &other)
-{
-    const auto luminance = [](const QColor &color) {
-        const auto linear = [](double part) {
-            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
-               + 0.0722 * linear(color.blueF());
-    };
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
 /// The share of columns and that of rows, whichever is less, in which the ink or its outline can be
 /// told from the panel by anyone.
 double legible(const QImage &picture, const QRect &ink, const QColor &panel)
@@ -121,6 +108,8 @@ private slots:
     void straightEdgesAreSharp();
     void standsOutOnAnyPanel_data();
     void standsOutOnAnyPanel();
+    void lowerWaveStandsOut_data();
+    void lowerWaveStandsOut();
     void slotsThatAreNearlySquare();
     void tinySlots();
 };
@@ -261,7 +250,8 @@ void TestSquareStatusImage::standsOutOnAnyPanel_data()
 {
     QTest::addColumn<QColor>("color");
     QTest::addColumn<QColor>("panel");
-    for (const char *panel : {"#000000", "#1f2023", "#3c3f41", "#888888", "#f6f5f4", "#ffffff"}) {
+    for (const char *panel :
+         {"#000000", "#1f2023", "#3c3f41", "#757575", "#888888", "#f6f5f4", "#ffffff"}) {
         QTest::addRow("dark on %s", panel) << StatusIcon::onLightPanel() << QColor(panel);
         QTest::addRow("light on %s", panel) << StatusIcon::onDarkPanel() << QColor(panel);
     }
@@ -287,6 +277,51 @@ void TestSquareStatusImage::standsOutOnAnyPanel()
             // Some have gaps.
             QVERIFY(legibility(badge, size, corner) >= 0.5);
         }
+    }
+}
+
+void TestSquareStatusImage::lowerWaveStandsOut_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<QColor>("panel");
+    for (const char *panel : {"#000000", "#1f2023"})
+        QTest::addRow("light on %s", panel) << StatusIcon::onDarkPanel() << QColor(panel);
+    QTest::addRow("dark on white") << StatusIcon::onLightPanel() << QColor(Qt::white);
+}
+
+/// By itself, without its outline, in the colour that suits the panel. It stays fainter than the
+/// upper wave.
+void TestSquareStatusImage::lowerWaveStandsOut()
+{
+    QFETCH(QColor, color);
+    QFETCH(QColor, panel);
+    Rig rig(color);
+    for (const int size : {22, 24, 32, 48}) {
+        QImage onPanel(size, size, QImage::Format_RGB32);
+        onPanel.fill(panel);
+        QPainter(&onPanel).drawImage(0, 0, rig.drawn(std::nullopt, size));
+        const bool isDark = luminance(color) < luminance(panel);
+        const auto strongest = [&](int x, double from, double to) {
+            double most = 1;
+            for (int y = qRound(from * size); y < qRound(to * size); ++y) {
+                const QColor pixel = onPanel.pixelColor(x, y);
+                if ((luminance(pixel) < luminance(panel)) == isDark)
+                    most = std::max(most, contrast(pixel, panel));
+            }
+            return most;
+        };
+        int readable = 0;
+        int fainter = 0;
+        int columns = 0;
+        for (int x = size * 2 / 10; x < size * 8 / 10; ++x) {
+            ++columns;
+            // Between the upper wave and the dot.
+            const double lower = strongest(x, 0.5, 0.68);
+            readable += lower >= 4.5;
+            fainter += lower < 0.8 * strongest(x, 0, 0.4);
+        }
+        QVERIFY2(readable >= columns * 2 / 3, qPrintable(QString::number(size)));
+        QVERIFY(fainter >= columns * 2 / 3);
     }
 }
 

@@ -153,8 +153,8 @@ void TestStatusIcon::noMarkAtAllIsFatal()
 void TestStatusIcon::takesTheColor_data()
 {
     QTest::addColumn<QColor>("color");
-    QTest::newRow("light") << QColor(28, 29, 33);
-    QTest::newRow("dark") << QColor(236, 232, 225);
+    QTest::newRow("light") << StatusIcon::onLightPanel();
+    QTest::newRow("dark") << StatusIcon::onDarkPanel();
 }
 
 void TestStatusIcon::takesTheColor()
@@ -195,7 +195,7 @@ void TestStatusIcon::changesColorWithoutComposing()
     QCOMPARE(&icon.composed(stopBadge).wide, composed);
     // The tray detects a new icon by its cache key.
     QVERIFY(icon.image(stopBadge).cacheKey() != light.cacheKey());
-    QCOMPARE(picture(icon.image(stopBadge), 64).pixelColor(47, 47), QColor(236, 232, 225));
+    QCOMPARE(picture(icon.image(stopBadge), 64).pixelColor(47, 47), StatusIcon::onDarkPanel());
     QCOMPARE(picture(light, 64), before);
 }
 
