@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ui/controls/Scheme.h"
 #include "ui/menu/MenuRows.h"
 
 #include <QMenu>
@@ -28,7 +29,7 @@ public:
 
     void setRows(const QList<MenuRow> &rows);
 
-    /// Sets the dark or the light look of a menu that we draw; light is the default.
+    /// Sets the colours of a menu that we draw; light ones are the default.
     void setScheme(Scheme scheme);
 
 signals:

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ui/controls/Scheme.h"
 #include "ui/tray/RowMenu.h"
 
 #include <QSystemTrayIcon>
@@ -26,7 +27,7 @@ public:
     void setIcon(const QIcon &icon);
     void setToolTip(const QStringList &lines);
 
-    /// Sets the dark or the light look of the menus that we draw; light is the default.
+    /// Sets the colours of the menus that we draw; light ones are the default.
     void setScheme(Scheme scheme);
 
 signals:
