@@ -18,6 +18,19 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// Whether the outline is dark, which comes first from above. The icon is light then.
+bool hasDarkOutline(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor color = image.pixelColor(x, y);
+            if (color.alpha() > 200)
+                return color.lightness() < 128;
+        }
+    }
+    qFatal("The icon is empty");
+}
+
 bool contains(const QImage &image, const QColor &color)
 {
     for (int y = 0; y < image.height(); ++y)
@@ -237,8 +250,8 @@ void TestTray::iconSuitsThePanel()
     const QList<QImage> images = m_reader->icon();
     QVERIFY(!images.isEmpty());
     for (const QImage &image : images) {
-        QCOMPARE(contains(image, StatusIcon::onDarkPanel()), isLight);
-        QCOMPARE(contains(image, StatusIcon::onLightPanel()), !isLight);
+        QCOMPARE(hasDarkOutline(image), isLight);
+        QVERIFY(contains(image, isLight ? StatusIcon::onDarkPanel() : StatusIcon::onLightPanel()));
     }
 }
 

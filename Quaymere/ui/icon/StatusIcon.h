@@ -22,8 +22,8 @@ public:
 
     /// The colours for light and for dark panels. On some grey panels, no others have enough contrast,
     /// whether by themselves or by their outline.
-    static constexpr QColor onLightPanel() { return {4, 4, 4}; }
-    static constexpr QColor onDarkPanel() { return {252, 252, 252}; }
+    static constexpr QColor onLightPanel() { return {0, 0, 0}; }
+    static constexpr QColor onDarkPanel() { return {255, 255, 255}; }
 
     /// Loads the mark "MenuBarIcon" from the bundle and the symbols from a folder, by default the
     /// one compiled in.

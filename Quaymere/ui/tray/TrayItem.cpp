@@ -39,14 +39,16 @@ void TrayItem::setIcon(const QIcon &icon)
 
 void TrayItem::setToolTip(const QStringList &lines)
 {
+    if (lines == m_toolTip)
+        return;
+    m_toolTip = lines;
     constexpr qsizetype mostCharacters = 500;
     const QString shown =
         m_drawing == RowMenu::Drawing::ByUs
             ? ToolTip::titled(lines.constFirst(), lines.sliced(1).join(u'\n'))
             : DisplayText::elided(DisplayText::singleLine(lines.join(QLatin1String(" · "))),
                                   mostCharacters);
-    if (m_icon.toolTip() != shown)
-        m_icon.setToolTip(shown);
+    m_icon.setToolTip(shown);
 }
 
 void TrayItem::setScheme(Scheme scheme)

@@ -45,6 +45,7 @@ private:
     /// The menu that we open ourselves, under the pointer.
     RowMenu m_popup{RowMenu::Drawing::ByUs};
     QSystemTrayIcon m_icon;
+    QStringList m_toolTip;
 };
 
 } // namespace tidewick
