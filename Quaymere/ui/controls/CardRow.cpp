@@ -26,6 +26,7 @@ CardRow::CardRow(const QString &label, TextLabel *value, QWidget *parent)
     : QWidget(parent), m_layout(new QHBoxLayout(this)),
       m_label(new TextLabel(TextLabel::Look::Label, label, this))
 {
+    m_label->setBuddy(value);
     m_layout->addWidget(m_label);
     m_layout->addWidget(value, 1);
     fit();

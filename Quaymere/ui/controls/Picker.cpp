@@ -5,17 +5,21 @@
 
 #include "ui/controls/ControlMetrics.h"
 #include "ui/controls/ControlPaint.h"
+#include "ui/controls/PickerAccess.h"
 #include "ui/controls/PickerList.h"
 #include "ui/controls/TextScale.h"
 
-#include <QEvent>
+#include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QStyle>
 #include <QWheelEvent>
 
 namespace tidewick {
 
-Picker::Picker(QWidget *parent) : QComboBox(parent)
+Picker::Picker(const QString &question, QWidget *parent) : QComboBox(parent)
 {
+    PickerAccess::install();
+    setAccessibleName(question);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -26,6 +30,7 @@ Picker::Picker(QWidget *parent) : QComboBox(parent)
 
 void Picker::offer(const QList<Choice> &choices, qint64 current)
 {
+    const QString before = currentText();
     if (choices != m_choices) {
         hidePopup();
         m_choices = choices;
@@ -35,6 +40,24 @@ void Picker::offer(const QList<Choice> &choices, qint64 current)
         updateGeometry();
     }
     setCurrentIndex(findData(current));
+    if (hasFocus() && currentText() != before)
+        PickerAccess::tellEntry(*this);
+}
+
+void Picker::showPopup()
+{
+    QComboBox::showPopup();
+    PickerAccess::tellListState(*this);
+    // Qt reports the entry first and then the list around it.
+    PickerAccess::tellEntry(*this);
+}
+
+void Picker::hidePopup()
+{
+    const bool wasOpen = view()->isVisible();
+    QComboBox::hidePopup();
+    if (wasOpen)
+        PickerAccess::tellListState(*this);
 }
 
 QSize Picker::sizeHint() const
@@ -71,6 +94,14 @@ void Picker::paintEvent(QPaintEvent *)
         ControlPaint::arrow(painter, base + QPointF(0, direction * half), base - QPointF(half, 0),
                             base + QPointF(half, 0), color, sign * 0.17);
     }
+}
+
+void Picker::keyPressEvent(QKeyEvent *event)
+{
+    const QString before = currentText();
+    QComboBox::keyPressEvent(event);
+    if (currentText() != before)
+        PickerAccess::tellEntry(*this);
 }
 
 void Picker::wheelEvent(QWheelEvent *event)

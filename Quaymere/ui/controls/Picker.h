@@ -18,13 +18,14 @@ struct Choice
 
 /// A picker in a card: the user picks one value from a list with the mouse, the arrow keys or by
 /// typing its first characters. It ignores the wheel, so that scrolling a window changes no
-/// setting.
+/// setting. While it has the focus, screen readers hear every change of its entry.
 class Picker final : public QComboBox
 {
     Q_OBJECT
 
 public:
-    explicit Picker(QWidget *parent);
+    /// The question is what screen readers call the picker.
+    Picker(const QString &question, QWidget *parent);
 
     /// Offers these choices with the current one picked. Keeps the list if the choices are the
     /// same.
@@ -32,6 +33,8 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+    void showPopup() override;
+    void hidePopup() override;
 
 signals:
     /// The user has picked a value.
@@ -39,6 +42,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void changeEvent(QEvent *event) override;
 

@@ -6,6 +6,7 @@
 #include "desktop/FileBrowser.h"
 #include "node/BuildInfo.h"
 #include "platform/files/Files.h"
+#include "ui/controls/Announcer.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/CardRow.h"
 #include "ui/controls/Picker.h"
@@ -13,7 +14,6 @@
 #include "ui/controls/TextLabel.h"
 #include "ui/controls/ToolTip.h"
 
-#include <QAccessible>
 #include <QDesktopServices>
 #include <QVBoxLayout>
 
@@ -50,7 +50,7 @@ SettingsHost::SettingsHost()
 
 SettingsWindow::SettingsWindow(NodeController &node, SettingsHost host, QWidget *parent)
     : CardWindow(QStringLiteral("Tidewick Settings"), windowWidth, parent), m_node(node),
-      m_host(std::move(host)), m_watch(m_host.defaults)
+      m_host(std::move(host)), m_watch(m_host.defaults), m_announcer(new Announcer(form()))
 {
     setMargins(sideMargin, sideMargin, bottomMargin);
     makeRunning();
@@ -124,7 +124,7 @@ void SettingsWindow::makeAdvanced()
 Picker *SettingsWindow::ask(Card &card, const QString &title, const Setting &setting,
                             const QList<qint64> &values, const SettingsChoices::Label &label)
 {
-    auto *picker = new Picker(&card);
+    auto *picker = new Picker(title, &card);
     card.add(new CardRow(title, picker, &card));
     connect(picker, &Picker::picked, this,
             [this, setting](qint64 value) { store(setting, value); });
@@ -201,8 +201,7 @@ void SettingsWindow::tell(const QString &trouble)
     if (trouble.isEmpty())
         return;
     ensureVisible(m_trouble);
-    QAccessibleEvent event(m_trouble, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    m_announcer->say(trouble);
 }
 
 } // namespace tidewick

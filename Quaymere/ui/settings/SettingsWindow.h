@@ -16,6 +16,7 @@
 
 namespace tidewick {
 
+class Announcer;
 class Card;
 class Picker;
 
@@ -85,6 +86,7 @@ private:
     TextLabel *m_tidyFootnote = nullptr;
     TextLabel *m_storeNow = nullptr;
     TextLabel *m_trouble = nullptr;
+    Announcer *m_announcer;
 };
 
 } // namespace tidewick
