@@ -101,7 +101,10 @@ QString titled(const QString &headline, const QString &text)
 void set(QWidget &widget, const QString &text)
 {
     widget.setToolTip(text.isEmpty() ? QString() : plain(text));
-    widget.setAccessibleDescription(DisplayText::elided(text, mostCharacters));
+    // Qt would tell screen readers even of a description that stays the same.
+    const QString description = DisplayText::elided(text, mostCharacters);
+    if (description != widget.accessibleDescription())
+        widget.setAccessibleDescription(description);
 }
 
 void setScheme(Scheme scheme)

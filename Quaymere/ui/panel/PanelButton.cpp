@@ -8,15 +8,58 @@
 #include "ui/controls/ToolTip.h"
 #include "ui/panel/PanelMetrics.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
 
 namespace tidewick {
 
+namespace {
+
+/// The button under its current text. Qt would use the text with which it was last named.
+class PanelButtonInterface final : public QAccessibleWidget
+{
+public:
+    explicit PanelButtonInterface(PanelButton &button)
+        : QAccessibleWidget(&button, QAccessible::Button), m_button(button)
+    {
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? m_button.wholeText() : QAccessibleWidget::text(kind);
+    }
+
+    QStringList actionNames() const override
+    {
+        return QStringList{pressAction()} + QAccessibleWidget::actionNames();
+    }
+
+    void doAction(const QString &action) override
+    {
+        if (action == pressAction())
+            m_button.click();
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+private:
+    PanelButton &m_button;
+};
+
+QAccessibleInterface *makeAccessible(const QString &, QObject *object)
+{
+    auto *button = qobject_cast<PanelButton *>(object);
+    return button ? new PanelButtonInterface(*button) : nullptr;
+}
+
+} // namespace
+
 PanelButton::PanelButton(QWidget *parent)
     : Button(parent),
       m_text(PanelMetrics::textMargin - PanelMetrics::fillMargin, PanelMetrics::commandPadding)
 {
+    QAccessible::installFactory(makeAccessible);
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     m_text.setFont(font());
@@ -25,10 +68,17 @@ PanelButton::PanelButton(QWidget *parent)
 void PanelButton::setWholeText(const QString &text)
 {
     m_text.set(text);
-    // Not as the button's text, in which an ampersand would mark a mnemonic.
-    setAccessibleName(m_text.text());
+    if (!hasFocus())
+        nameAnew();
     ToolTip::set(*this, m_text.cutText());
     update();
+}
+
+void PanelButton::nameAnew()
+{
+    // Not as the button's text, in which an ampersand would mark a mnemonic.
+    if (accessibleName() != wholeText())
+        setAccessibleName(wholeText());
 }
 
 void PanelButton::setChoosable(bool choosable)
@@ -97,6 +147,12 @@ void PanelButton::keyPressEvent(QKeyEvent *event)
     default:
         Button::keyPressEvent(event);
     }
+}
+
+void PanelButton::focusOutEvent(QFocusEvent *event)
+{
+    Button::focusOutEvent(event);
+    nameAnew();
 }
 
 void PanelButton::mouseDoubleClickEvent(QMouseEvent *event)

@@ -19,7 +19,13 @@ class PanelButton final : public Button
 public:
     explicit PanelButton(QWidget *parent);
 
+    /// Screen readers do not hear of a change while the button has the focus, because they would
+    /// read out each new figure.
     void setWholeText(const QString &text);
+    QString wholeText() const { return m_text.text(); }
+    /// Tells screen readers the current text in any case.
+    void nameAnew();
+
     void setChoosable(bool choosable);
 
     /// Shows the button as focused, although it may be disabled and therefore unable to have the
@@ -33,6 +39,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:

@@ -3,6 +3,7 @@
 
 #include "ui/panel/PanelRows.h"
 
+#include "ui/controls/Announcer.h"
 #include "ui/panel/PanelButton.h"
 #include "ui/panel/PanelIcon.h"
 #include "ui/panel/PanelLabel.h"
@@ -15,7 +16,8 @@ PanelRows::PanelRows(QWidget *parent)
     : QWidget(parent), m_icon(new PanelIcon(this)), m_hintLine(new PanelLine(this)),
       m_hint(new PanelLabel(QPalette::PlaceholderText,
                             PanelMetrics::textMargin - PanelMetrics::fillMargin,
-                            PanelMetrics::figurePadding, this))
+                            PanelMetrics::figurePadding, this)),
+      m_announcer(new Announcer(this))
 {
     m_hintLine->hide();
     m_hint->hide();
@@ -24,11 +26,12 @@ PanelRows::PanelRows(QWidget *parent)
 
 void PanelRows::setRows(const QList<MenuRow> &rows)
 {
-    std::array<std::optional<MenuRow>, menuPlaceCount> wanted;
+    Rows wanted;
     for (const MenuRow &row : rows)
         wanted[size_t(row.place)] = row;
 
     const Place focused = focusedCommand();
+    const QString news = this->news(wanted);
     bool changed = false;
     for (int place = 0; place < menuPlaceCount; ++place) {
         if (m_slots[size_t(place)].row == wanted[size_t(place)])
@@ -41,6 +44,31 @@ void PanelRows::setRows(const QList<MenuRow> &rows)
     if (focused)
         restoreFocus(focused);
     emit heightChanged();
+    if (!news.isEmpty())
+        m_announcer->say(news);
+}
+
+/// What a screen reader should say about these rows: a new phase, advice that appears, and what has
+/// become of the focused command. Figures can wait until they are asked for.
+QString PanelRows::news(const Rows &wanted) const
+{
+    QStringList news;
+    const auto before = [this](MenuPlace place) { return slot(place).row; };
+    const auto after = [&wanted](MenuPlace place) { return wanted[size_t(place)]; };
+    const auto title = after(MenuPlace::Title);
+    if (title && before(MenuPlace::Title) && title != before(MenuPlace::Title)) {
+        news += title->text;
+        if (const auto detail = after(MenuPlace::Detail))
+            news += detail->text;
+    }
+    if (const auto advice = after(MenuPlace::Advice); advice && !before(MenuPlace::Advice))
+        news += advice->text;
+    if (const Place focused = focusedCommand()) {
+        const auto command = after(MenuPlace(*focused));
+        if (command && command->command != before(MenuPlace(*focused))->command)
+            news += command->text;
+    }
+    return news.join(QLatin1String(", "));
 }
 
 void PanelRows::setIcon(const QIcon &icon)
@@ -95,6 +123,9 @@ void PanelRows::setRow(int place, const std::optional<MenuRow> &row)
         if (!slot.button)
             slot.button = makeButton(slot);
         slot.button->setWholeText(row->text);
+        if (slot.namedCommand != row->command)
+            slot.button->nameAnew();
+        slot.namedCommand = row->command;
         slot.button->setChoosable(row->enabled);
     } else if (row && !slot.line) {
         slot.line = new PanelLine(this);

@@ -11,6 +11,7 @@
 
 namespace tidewick {
 
+class Announcer;
 class PanelButton;
 class PanelIcon;
 class PanelLabel;
@@ -64,14 +65,18 @@ private:
         /// The command at the time of the mouse press: the user meant this one, even if another has
         /// replaced it.
         MenuCommand pressed = MenuCommand::None;
+        /// The command whose name screen readers know.
+        MenuCommand namedCommand = MenuCommand::None;
 
         QWidget *shown() const;
     };
     using Place = std::optional<int>;
+    using Rows = std::array<std::optional<MenuRow>, menuPlaceCount>;
 
     Slot &slot(MenuPlace place) { return m_slots[size_t(place)]; }
     const Slot &slot(MenuPlace place) const { return m_slots[size_t(place)]; }
 
+    QString news(const Rows &wanted) const;
     void setRow(int place, const std::optional<MenuRow> &row);
     PanelLabel *makeLabel(MenuPlace place);
     PanelButton *makeButton(Slot &slot);
@@ -93,6 +98,7 @@ private:
     PanelLabel *m_hint;
     QString m_hintText;
     qint64 m_iconKey = 0;
+    Announcer *m_announcer;
     /// The disabled command that holds the focus.
     Place m_held;
 };
