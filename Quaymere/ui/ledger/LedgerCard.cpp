@@ -7,13 +7,30 @@
 #include "ui/controls/TextScale.h"
 #include "ui/ledger/LedgerDrawing.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 
 namespace tidewick {
 
+namespace {
+
+/// Screen readers pass over a widget that only seems to hold others, even if it has a name. A card
+/// without a title is all text.
+QAccessibleInterface *makeAccessible(const QString &className, QObject *object)
+{
+    auto *card = qobject_cast<LedgerCard *>(object);
+    if (!card || className != QLatin1String(LedgerCard::staticMetaObject.className()))
+        return nullptr; // other cards have their own
+    return new QAccessibleWidget(card, card->hasTitle() ? QAccessible::Grouping
+                                                        : QAccessible::StaticText);
+}
+
+} // namespace
+
 LedgerCard::LedgerCard(const LedgerLook &look, const QString &title, QWidget *parent)
     : QWidget(parent), m_look(look), m_title(title)
 {
+    QAccessible::installFactory(makeAccessible);
     setAccessibleName(title);
     // The card paints its whole background, so that the window's is not painted below it as well.
     setAttribute(Qt::WA_OpaquePaintEvent);

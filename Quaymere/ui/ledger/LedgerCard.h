@@ -19,6 +19,8 @@ public:
     /// The look must outlive the card.
     LedgerCard(const LedgerLook &look, const QString &title, QWidget *parent);
 
+    bool hasTitle() const { return !m_title.isEmpty(); }
+
     /// Called when the look has changed.
     virtual void lookChanged() { update(); }
 

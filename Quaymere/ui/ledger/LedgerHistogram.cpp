@@ -212,7 +212,9 @@ void LedgerHistogram::focusInEvent(QFocusEvent *)
     if (m_current < 0)
         m_current = m_ledgers.size() - 1;
     updateBar(m_current);
-    LedgerHistogramAccess::tellFocus(*this);
+    // After this event, Qt reports that the focus is at the whole list.
+    QMetaObject::invokeMethod(
+        this, [this] { LedgerHistogramAccess::tellFocus(*this); }, Qt::QueuedConnection);
 }
 
 void LedgerHistogram::focusOutEvent(QFocusEvent *)

@@ -11,37 +11,19 @@ namespace tidewick::LedgerHistogramAccess {
 
 namespace {
 
-/// The bar at a position of the histogram, whichever ledger it shows.
 class Bar final : public DrawnItem, public QAccessibleActionInterface
 {
 public:
-    Bar(LedgerHistogram &histogram, qsizetype position)
-        : DrawnItem(histogram), m_histogram(histogram), m_position(position)
+    Bar(const DrawnList &list, LedgerHistogram &histogram, const DrawnName &name)
+        : DrawnItem(list, name), m_histogram(histogram)
     {
-    }
-
-    bool isValid() const override { return m_position < m_histogram.ledgers().size(); }
-
-    QString text(QAccessible::Text kind) const override
-    {
-        if (kind != QAccessible::Name || !isValid())
-            return {};
-        return LedgerTexts::barName(m_histogram.ledgers().at(m_position));
-    }
-
-    QRect rect() const override
-    {
-        if (!isValid())
-            return {};
-        const QRect column = m_histogram.column(m_position);
-        return {m_histogram.mapToGlobal(column.topLeft()), column.size()};
     }
 
     QAccessible::State state() const override
     {
         QAccessible::State state = DrawnItem::state();
         state.focusable = true;
-        state.focused = m_histogram.current() == m_position;
+        state.focused = isValid() && m_histogram.current() == position();
         return state;
     }
 
@@ -56,13 +38,12 @@ public:
     void doAction(const QString &action) override
     {
         if (action == pressAction())
-            m_histogram.choose(m_position);
+            m_histogram.choose(position());
     }
     QStringList keyBindingsForAction(const QString &) const override { return {}; }
 
 private:
     LedgerHistogram &m_histogram;
-    qsizetype m_position;
 };
 
 class Histogram final : public DrawnList
@@ -70,13 +51,20 @@ class Histogram final : public DrawnList
 public:
     explicit Histogram(LedgerHistogram &histogram) : DrawnList(histogram), m_histogram(histogram) {}
 
-    int childCount() const override { return int(m_histogram.ledgers().size()); }
+    QStringList names() const override
+    {
+        QStringList names;
+        for (const LedgerFeed::Ledger &ledger : m_histogram.ledgers())
+            names += LedgerTexts::barName(ledger);
+        return names;
+    }
+    QRect itemRect(int position) const override { return m_histogram.column(position); }
     QAccessibleInterface *focusChild() const override { return child(int(m_histogram.current())); }
 
 protected:
-    QAccessibleInterface *makeItem(int position) const override
+    QAccessibleInterface *makeItem(const DrawnName &name) const override
     {
-        return new Bar(m_histogram, position);
+        return new Bar(*this, m_histogram, name);
     }
 
 private:

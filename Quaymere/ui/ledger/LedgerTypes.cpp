@@ -16,37 +16,14 @@ namespace tidewick {
 
 namespace {
 
-/// A line as screen readers see it.
-class TypeItem final : public DrawnItem
-{
-public:
-    TypeItem(LedgerTypes &types, qsizetype line) : DrawnItem(types), m_types(types), m_line(line) {}
-
-    bool isValid() const override { return m_line < m_types.lines().size(); }
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Name ? m_types.lines().value(m_line) : QString();
-    }
-    QRect rect() const override
-    {
-        const QRect line = m_types.lineRect(m_line);
-        return {m_types.mapToGlobal(line.topLeft()), line.size()};
-    }
-
-private:
-    LedgerTypes &m_types;
-    qsizetype m_line;
-};
-
+/// The lines as screen readers see them.
 class TypeList final : public DrawnList
 {
 public:
     explicit TypeList(LedgerTypes &types) : DrawnList(types), m_types(types) {}
 
-    int childCount() const override { return int(m_types.lines().size()); }
-
-protected:
-    QAccessibleInterface *makeItem(int line) const override { return new TypeItem(m_types, line); }
+    QStringList names() const override { return m_types.lines(); }
+    QRect itemRect(int line) const override { return m_types.lineRect(line); }
 
 private:
     LedgerTypes &m_types;

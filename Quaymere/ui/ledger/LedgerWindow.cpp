@@ -3,6 +3,7 @@
 
 #include "ui/ledger/LedgerWindow.h"
 
+#include "ui/controls/Announcer.h"
 #include "ui/controls/FreeArea.h"
 #include "ui/controls/TextScale.h"
 #include "ui/ledger/LedgerHeader.h"
@@ -41,7 +42,8 @@ LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent
       m_rate(new LedgerTile(m_look, QStringLiteral("Per second"), this)),
       m_busiest(new LedgerTile(m_look, QStringLiteral("Busiest in view"), this)),
       m_histogram(new LedgerHistogram(m_look, this)), m_types(new LedgerTypes(m_look, this)),
-      m_transactions(new TransactionCard(m_look, this)), m_footnote(new QLabel(this))
+      m_transactions(new TransactionCard(m_look, this)), m_footnote(new QLabel(this)),
+      m_announcer(new Announcer(this))
 {
     setWindowTitle(QStringLiteral("Live Ledger"));
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -59,8 +61,7 @@ LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent
             [this](const QString &hash) { open("tx", hash); });
     connect(m_types, &LedgerTypes::grown, this, &LedgerWindow::arrange);
 
-    connect(&m_feed, &LedgerFeed::connectedChanged, this,
-            [this] { m_header->setConnected(m_feed.connected()); });
+    connect(&m_feed, &LedgerFeed::connectedChanged, this, &LedgerWindow::followConnection);
     connect(&m_feed, &LedgerFeed::ledgersChanged, this, &LedgerWindow::followLedgers);
     connect(&m_feed, &LedgerFeed::typesChanged, this,
             [this] { m_types->setTypes(m_feed.types()); });
@@ -101,6 +102,12 @@ void LedgerWindow::takeColors()
     palette.setColor(QPalette::Base, colors.surface);
     palette.setColor(QPalette::Text, colors.ink);
     setPalette(palette);
+}
+
+void LedgerWindow::followConnection()
+{
+    m_header->setConnected(m_feed.connected());
+    m_announcer->say(LedgerTexts::status(m_feed.connected()));
 }
 
 void LedgerWindow::followLedgers()

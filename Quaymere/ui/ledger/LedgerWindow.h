@@ -13,6 +13,7 @@ class QLabel;
 
 namespace tidewick {
 
+class Announcer;
 class LedgerHeader;
 class LedgerHistogram;
 class LedgerTile;
@@ -46,6 +47,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void followConnection();
     void followLedgers();
     void open(const char *folder, const QString &name) const;
 
@@ -66,6 +68,7 @@ private:
     LedgerTypes *m_types;
     TransactionCard *m_transactions;
     QLabel *m_footnote;
+    Announcer *m_announcer;
 };
 
 } // namespace tidewick

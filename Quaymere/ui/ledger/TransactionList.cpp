@@ -6,6 +6,7 @@
 #include "ui/ledger/LedgerDrawing.h"
 #include "ui/ledger/TransactionDelegate.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -76,8 +77,18 @@ void TransactionList::lookChanged()
 
 void TransactionList::setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetype arrived)
 {
+    m_unseen = std::min(txs.size(), m_unseen + arrived);
+    m_waiting = txs;
+    if (!shownCurrent().isValid() || shownCurrent().row() < txs.size() - m_unseen)
+        showWaiting();
+}
+
+void TransactionList::showWaiting()
+{
+    const qsizetype arrived = std::exchange(m_unseen, 0);
     const int before = verticalScrollBar()->value();
-    m_model->setTransactions(txs, arrived);
+    m_isChanging = true;
+    m_model->setTransactions(std::exchange(m_waiting, {}), arrived);
     executeDelayedItemsLayout();
     const int added = int(arrived) * m_look.metrics.txRow;
     m_move.stop();
@@ -90,6 +101,7 @@ void TransactionList::setTransactions(const QList<LedgerFeed::Tx> &txs, qsizetyp
     hoverAnew();
     if (hasFocus() && !currentIndex().isValid())
         setCurrentIndex(indexAt({0, 0}));
+    m_isChanging = false;
 }
 
 bool TransactionList::isHeld() const
@@ -162,6 +174,25 @@ void TransactionList::hoverAnew()
         viewport()->unsetCursor();
 }
 
+/// When the current row is among those that drop out, a row nearby takes its place. On a busy
+/// ledger that happens twice a second, and a screen reader would do nothing but read rows aloud.
+void TransactionList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    if (m_isChanging)
+        QAbstractItemView::currentChanged(current, previous); // which tells screen readers nothing
+    else
+        QListView::currentChanged(current, previous);
+}
+
+void TransactionList::tellCurrent()
+{
+    if (!QAccessible::isActive() || !hasFocus() || !currentIndex().isValid())
+        return;
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(currentIndex().row());
+    QAccessible::updateAccessibility(&event);
+}
+
 void TransactionList::resizeEvent(QResizeEvent *event)
 {
     QListView::resizeEvent(event);
@@ -218,12 +249,16 @@ void TransactionList::focusInEvent(QFocusEvent *event)
     }
     QListView::focusInEvent(event);
     update(currentIndex());
+    // After this event, Qt reports that the focus is at the whole list.
+    QMetaObject::invokeMethod(this, &TransactionList::tellCurrent, Qt::QueuedConnection);
 }
 
 void TransactionList::focusOutEvent(QFocusEvent *event)
 {
     QListView::focusOutEvent(event);
     update(currentIndex());
+    if (m_unseen > 0)
+        showWaiting();
     if (m_followsNewest && !isHeld())
         moveToTop(verticalScrollBar()->value());
 }

@@ -17,7 +17,9 @@ class TransactionDelegate;
 ///
 /// New rows arrive at the top, and the list moves down for them. If the user has scrolled down,
 /// points at a row or has the keyboard focus on one, the visible rows stay in place instead. A list
-/// that was not scrolled returns to the top afterwards.
+/// that was not scrolled returns to the top afterwards. Rows that would push out the one with the
+/// keyboard focus wait until it has moved on: Enter must open the row that a screen reader has
+/// read.
 class TransactionList final : public QListView
 {
     Q_OBJECT
@@ -44,6 +46,7 @@ signals:
 
 protected:
     bool viewportEvent(QEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void resizeEvent(QResizeEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -52,11 +55,13 @@ protected:
     void focusOutEvent(QFocusEvent *event) override;
 
 private:
+    void showWaiting();
     bool isHeld() const;
     void scrolledByHand();
     void moveToTop(int from);
     void endMove();
     void hoverAnew();
+    void tellCurrent();
 
     const LedgerLook &m_look;
     TransactionModel *m_model;
@@ -66,6 +71,11 @@ private:
     QPersistentModelIndex m_hovered;
     /// Whether the keyboard brought the focus or has moved it since.
     bool m_usesKeyboard = false;
+    /// Whether the feed is changing the rows, rather than the user.
+    bool m_isChanging = false;
+    /// The transactions to show when the focus moves on, and how many of them have not been shown.
+    QList<LedgerFeed::Tx> m_waiting;
+    qsizetype m_unseen = 0;
     /// Whether the user has not scrolled away from the newest row.
     bool m_followsNewest = true;
     QVariantAnimation m_move;
