@@ -3,6 +3,7 @@
 
 #include "ui/controls/Disclosure.h"
 
+#include "ui/controls/Announcer.h"
 #include "ui/controls/ControlMetrics.h"
 #include "ui/controls/ControlPaint.h"
 #include "ui/controls/TextScale.h"
@@ -73,16 +74,19 @@ QAccessibleInterface *makeAccessible(const QString &, QObject *object)
 
 } // namespace
 
-Disclosure::Disclosure(const QString &text, QWidget *parent) : PushButton(text, parent)
+Disclosure::Disclosure(const QString &text, QWidget *parent)
+    : PushButton(text, parent), m_announcer(new Announcer(parent))
 {
     QAccessible::installFactory(makeAccessible);
     setCheckable(true);
-    connect(this, &Disclosure::toggled, this, [this] {
+    connect(this, &Disclosure::toggled, this, [this](bool isOpen) {
         QAccessible::State changed;
         changed.expanded = true;
         changed.collapsed = true;
         QAccessibleStateChangeEvent event(this, changed);
         QAccessible::updateAccessibility(&event);
+        // Qt 6.4 does not pass that on.
+        m_announcer->say(isOpen ? QStringLiteral("expanded") : QStringLiteral("collapsed"));
     });
 }
 

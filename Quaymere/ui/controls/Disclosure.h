@@ -7,6 +7,8 @@
 
 namespace tidewick {
 
+class Announcer;
+
 /// A line of text that expands and collapses the content below it; checked while expanded.
 class Disclosure final : public PushButton
 {
@@ -20,6 +22,9 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    Announcer *m_announcer;
 };
 
 } // namespace tidewick
