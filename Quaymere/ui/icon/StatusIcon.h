@@ -20,8 +20,8 @@ class StatusIcon
 public:
     using Badge = std::optional<QString>;
 
-    /// The colours for light and for dark panels. On some grey panels, no others have enough contrast,
-    /// whether by themselves or by their outline.
+    /// The colours for light and for dark panels. On some grey panels, no others have enough
+    /// contrast, whether by themselves or by their outline.
     static constexpr QColor onLightPanel() { return {0, 0, 0}; }
     static constexpr QColor onDarkPanel() { return {255, 255, 255}; }
 

@@ -46,7 +46,7 @@ void TrayItem::setToolTip(const QStringList &lines)
     const QString shown =
         m_drawing == RowMenu::Drawing::ByUs
             ? ToolTip::titled(lines.constFirst(), lines.sliced(1).join(u'\n'))
-            : DisplayText::elided(DisplayText::singleLine(lines.join(QLatin1String(" · "))),
+            : DisplayText::elided(DisplayText::singleLine(lines.join(QStringLiteral(" · "))),
                                   mostCharacters);
     m_icon.setToolTip(shown);
 }
