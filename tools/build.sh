@@ -33,9 +33,9 @@ package_packages=(dpkg-dev file)
 # The packages needed in addition by the tests and the programs of tools/: a desktop to run on, fonts of
 # different shapes, and checkers for the installed files.
 # shellcheck disable=SC2034
-test_packages=(dbus-daemon fonts-dejavu-core fonts-droid-fallback fonts-hosny-amiri fonts-yanone-kaffeesatz libglib2.0-bin
-    libsm-dev xfce4-panel xvfb sway waybar wl-clipboard wtype appstream desktop-file-utils fish lintian
-    mandoc systemd zsh)
+test_packages=(dbus-daemon fonts-dejavu-core fonts-droid-fallback fonts-hosny-amiri fonts-inter
+    fonts-yanone-kaffeesatz libglib2.0-bin libsm-dev xfce4-panel xvfb sway waybar wl-clipboard wtype
+    appstream desktop-file-utils fish lintian mandoc systemd zsh)
 
 # Installs those of the named Debian packages that are missing.
 need_packages() {

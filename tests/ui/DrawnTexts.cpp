@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tidewick {
 
@@ -59,12 +60,38 @@ public:
         const QRectF rect(place.x(), place.y() - item.ascent(), item.width(),
                           item.ascent() + item.descent());
         const QRectF ink = inkOf(item);
-        m_texts += {item.text(), m_transform.mapRect(rect), m_transform.map(place).y(),
-                    m_transform.mapRect(ink.translated(place))};
+        const DrawnText text{item.text(), m_transform.mapRect(rect), m_transform.map(place).y(),
+                             m_transform.mapRect(ink.translated(place))};
+        const QFont font = plain(item.font());
+        if (!m_texts.isEmpty() && font == m_font && continues(m_texts.constLast(), text)) {
+            m_texts.last().text += text.text;
+            m_texts.last().rect |= text.rect;
+            m_texts.last().ink |= text.ink;
+        } else {
+            m_texts += text;
+        }
+        m_font = font;
     }
 
 private:
+    /// The font without what sets digits apart from the text around them.
+    static QFont plain(QFont font)
+    {
+        font.setKerning(true);
+        font.setLetterSpacing(QFont::PercentageSpacing, 100);
+        return font;
+    }
+
+    /// Whether one text begins exactly where the other one ends: a layout draws figures apart.
+    static bool continues(const DrawnText &before, const DrawnText &after)
+    {
+        constexpr double unseen = 0.01;
+        return before.rect.top() == after.rect.top() && before.rect.bottom() == after.rect.bottom()
+               && std::abs(before.rect.right() - after.rect.left()) < unseen;
+    }
+
     QTransform m_transform;
+    QFont m_font;
     QList<DrawnText> m_texts;
 };
 

@@ -16,13 +16,14 @@ struct TestFont
     const char *file;
 };
 
-/// A wide font, a tall one whose lines are nearly twice as high as its size, a narrow one, and one
-/// of Chinese, Japanese and Korean.
+/// A wide font, a tall one whose lines are nearly twice as high as its size, a narrow one, one
+/// of Chinese, Japanese and Korean, and one whose digits differ in width.
 inline constexpr TestFont testFonts[] = {
     {"wide", "fonts-dejavu-core", "DejaVuSans-Bold.ttf"},
     {"tall", "fonts-hosny-amiri", "Amiri-Regular.ttf"},
     {"narrow", "fonts-yanone-kaffeesatz", "YanoneKaffeesatz-Regular.otf"},
     {"CJK", "fonts-droid-fallback", "DroidSansFallbackFull.ttf"},
+    {"uneven", "fonts-inter", "Inter-Regular.otf"},
 };
 
 /// Returns the font of that kind at that size. Aborts the test if its file is missing.

@@ -4,6 +4,7 @@
 #include "ui/controls/WrappedText.h"
 
 #include "platform/text/DisplayText.h"
+#include "ui/controls/TabularFigures.h"
 #include "ui/controls/TextScale.h"
 
 #include <QGlyphRun>
@@ -85,6 +86,12 @@ void WrappedText::setFont(const QFont &font)
 void WrappedText::setLineHeight(qreal factor)
 {
     m_lineHeight = factor;
+    m_width = -1;
+}
+
+void WrappedText::setTabular()
+{
+    m_isTabular = true;
     m_width = -1;
 }
 
@@ -170,6 +177,8 @@ void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
     option.setTextDirection(m_layout.text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     m_layout.setTextOption(option);
+    if (m_isTabular)
+        m_layout.setFormats(TabularFigures::formats(m_layout.text(), m_layout.font()));
     QMargins sides(side, 0, side, 0);
     const QMargins reach = placeLines(width - 2 * side);
     if (reach.left() > side || reach.right() > side) {
@@ -177,6 +186,14 @@ void WrappedText::layOut(int width, Qt::LayoutDirection direction) const
         placeLines(width - sides.left() - sides.right());
     }
     m_topLeft = QPoint(sides.left(), TextScale::scaled(m_layout.font(), m_padding) / 2);
+}
+
+/// The space before a line that begins at this position of the text.
+qreal WrappedText::indentOf(int start) const
+{
+    return m_isTabular && start < m_layout.text().size()
+               ? TabularFigures::indent(m_layout.text().at(start), m_layout.font())
+               : 0;
 }
 
 /// Lays out the lines and returns how far glyphs extend beyond the width.
@@ -188,14 +205,15 @@ QMargins WrappedText::placeLines(int width) const
     const qreal leastHeight = TextScale::fontHeight(m_layout.font());
     m_layout.beginLayout();
     for (QTextLine line = m_layout.createLine(); line.isValid(); line = m_layout.createLine()) {
-        line.setLineWidth(std::max(1, width));
+        const qreal indent = indentOf(line.textStart());
+        line.setLineWidth(std::max(1.0, width - indent));
         const QMargins reach = reachOf(line);
         // Characters missing in the font come from another one, whose lines may be higher.
         const qreal height = std::max(leastHeight, line.height());
         const qreal space = height * (m_lineHeight - 1) / 2;
         const qreal above = std::max({space, qreal(usual), qreal(reach.top())});
         const qreal below = std::max({space, qreal(usual), qreal(reach.bottom())});
-        line.setPosition({0, m_height + above});
+        line.setPosition({indent, m_height + above});
         m_height += above + height + below;
         all = all | reach;
     }

@@ -37,6 +37,10 @@ public:
     /// Sets the line height relative to the font's; 1 by default.
     void setLineHeight(qreal factor);
 
+    /// Gives all digits the same advance, so that the texts around them stay in place when they
+    /// change. The default is the font's own advances.
+    void setTabular();
+
     /// Aligns the text to the end of the line instead of its start, the default. The direction of
     /// the interface decides which side that is.
     void setAlignedToEnd(bool toEnd);
@@ -56,7 +60,7 @@ public:
     /// The number of lines at this width.
     int lineCount(int width) const;
 
-    /// The width of the shown text on one line, space included.
+    /// The width of the shown text on one line, space included. Not for tabular figures.
     int naturalWidth() const;
 
     /// Draws the text at this width, aligned for the layout direction.
@@ -70,12 +74,14 @@ public:
 
 private:
     void layOut(int width, Qt::LayoutDirection direction) const;
+    qreal indentOf(int start) const;
     QMargins placeLines(int width) const;
 
     int m_sideMargin;
     int m_padding;
     qreal m_lineHeight = 1;
     bool m_alignedToEnd = false;
+    bool m_isTabular = false;
     QString m_cutText;
     /// Laid out on demand, for the width and direction below.
     mutable QTextLayout m_layout;

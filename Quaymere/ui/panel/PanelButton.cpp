@@ -63,6 +63,7 @@ PanelButton::PanelButton(QWidget *parent)
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     m_text.setFont(font());
+    m_text.setTabular();
 }
 
 void PanelButton::setWholeText(const QString &text)

@@ -23,6 +23,7 @@ PanelLabel::PanelLabel(QPalette::ColorRole color, int sideMargin, int padding, Q
     // Reading needs no focus, but copying does. No key moves the focus here.
     setFocusPolicy(Qt::ClickFocus);
     m_text.setFont(font());
+    m_text.setTabular();
 }
 
 void PanelLabel::setFramed()
