@@ -9,6 +9,7 @@
 
 #include <QAccessibleWidget>
 #include <QPainter>
+#include <QStyle>
 
 namespace tidewick {
 
@@ -55,9 +56,24 @@ void LedgerCard::paintCard(QPainter &painter, const QRect &area) const
                                 radius - line);
         painter.setRenderHint(QPainter::Antialiasing, false);
     }
-    if (!m_title.isEmpty() && titleRect().intersects(area))
-        LedgerDrawing::line(painter, titleRect(), Qt::AlignLeft, metrics().cardTitle, colors().ink,
-                            m_title);
+    if (!m_title.isEmpty() && visual(titleRect()).intersects(area))
+        paintLine(painter, titleRect(), Qt::AlignLeft, metrics().cardTitle, colors().ink, m_title);
+}
+
+QRect LedgerCard::visual(const QRect &part) const
+{
+    return QStyle::visualRect(layoutDirection(), rect(), part);
+}
+
+Qt::Alignment LedgerCard::visual(Qt::Alignment alignment) const
+{
+    return QStyle::visualAlignment(layoutDirection(), alignment);
+}
+
+void LedgerCard::paintLine(QPainter &painter, const QRect &part, Qt::Alignment alignment,
+                           const QFont &font, const QColor &color, const QString &text) const
+{
+    LedgerDrawing::line(painter, visual(part), visual(alignment), font, color, text);
 }
 
 QRect LedgerCard::titleRect() const

@@ -28,14 +28,28 @@ protected:
     const Palette &colors() const { return m_look.colors; }
     const LedgerMetrics &metrics() const { return m_look.metrics; }
     bool isStill() const { return m_look.still; }
+    bool isOld() const { return m_look.old; }
+
+    /// The colours of figures and of the texts beside them, fainter while they are old.
+    const QColor &figureColor() const { return isOld() ? colors().ink3 : colors().ink; }
+    const QColor &besideColor() const { return isOld() ? colors().ink3 : colors().ink2; }
+
+    /// The card's parts are laid out from left to right. These two return where a part goes, and
+    /// how its text is aligned, in the card's layout direction.
+    QRect visual(const QRect &part) const;
+    Qt::Alignment visual(Qt::Alignment alignment) const;
 
     /// Paints the whole area: background, card and title.
     void paintCard(QPainter &painter, const QRect &area) const;
 
+    /// Draws one line of text in a part of the card.
+    void paintLine(QPainter &painter, const QRect &part, Qt::Alignment alignment, const QFont &font,
+                   const QColor &color, const QString &text) const;
+
     /// The line of the title, over the whole width of the card's content.
     QRect titleRect() const;
 
-    /// The space to the right of the title.
+    /// The space behind the title.
     QRect besideTitle() const;
 
     /// The space below the title.

@@ -4,6 +4,7 @@
 #include "ui/ledger/LedgerDrawing.h"
 
 #include "ui/ledger/LedgerMetrics.h"
+#include "ui/ledger/Palette.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -15,7 +16,12 @@ void line(QPainter &painter, const QRect &rect, Qt::Alignment alignment, const Q
 {
     painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(rect, int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
+    // The text keeps its own direction.
+    const int direction =
+        text.isRightToLeft() ? Qt::TextForceRightToLeft : Qt::TextForceLeftToRight;
+    painter.drawText(rect,
+                     int(alignment | Qt::AlignVCenter | Qt::AlignAbsolute) | Qt::TextSingleLine
+                         | direction,
                      QFontMetrics(font).elidedText(text, Qt::ElideRight, rect.width()));
 }
 
@@ -26,6 +32,18 @@ void mark(QPainter &painter, const QRect &row, const LedgerMetrics &metrics, con
     painter.drawRoundedRect(QRectF(row.left(), row.top() + (row.height() - metrics.mark) / 2.0,
                                    metrics.mark, metrics.mark),
                             metrics.markRadius, metrics.markRadius);
+}
+
+QColor bar(const Palette &colors)
+{
+    // On a light card, the accent itself is left to the bar under the pointer.
+    const bool isLight = colors.surface.lightness() > colors.ink.lightness();
+    return mixed(colors.surface, colors.accent, isLight ? 0.65F : 1);
+}
+
+QColor oldBar(const Palette &colors)
+{
+    return mixed(colors.surface, colors.ink3, 0.75F);
 }
 
 QColor mixed(const QColor &from, const QColor &to, float part)

@@ -102,7 +102,9 @@ void LedgerHistogram::lookChanged()
 
 QRect LedgerHistogram::chart() const
 {
-    return content();
+    QRect chart = content();
+    chart.setTop(titleRect().bottom() + 1 + metrics().chartGap);
+    return chart;
 }
 
 QRect LedgerHistogram::column(qsizetype position) const
@@ -163,7 +165,7 @@ void LedgerHistogram::hover(Index ledger)
 /// Repaints a bar and the label.
 void LedgerHistogram::updateBar(qsizetype position)
 {
-    update(titleRect());
+    update(visual(titleRect()));
     if (position >= 0)
         update(column(position) + ringMargins);
 }
@@ -263,13 +265,13 @@ void LedgerHistogram::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     paintCard(painter, event->rect());
-    if (event->rect().intersects(titleRect()))
-        LedgerDrawing::line(painter, besideTitle(), Qt::AlignRight, metrics().caption,
-                            colors().ink3, label());
+    if (event->rect().intersects(visual(titleRect())))
+        m_labelText.draw(painter, visual(besideTitle()), visual(Qt::AlignRight), metrics().caption,
+                         colors().ink3, label());
     paintBars(painter, event->rect());
     const double line = DevicePixels::hairline(painter);
     painter.fillRect(QRectF(chart().left(), chart().bottom() + 1 - line, chart().width(), line),
-                     colors().line);
+                     colors().ink3);
     paintAverage(painter);
     paintFocus(painter);
 }
@@ -279,7 +281,7 @@ void LedgerHistogram::paintBars(QPainter &painter, const QRect &area) const
     double scale = largest(m_ledgers);
     if (m_move.state() == QAbstractAnimation::Running)
         scale = m_largestBefore + (scale - m_largestBefore) * m_move.currentValue().toDouble();
-    const QColor calm = LedgerDrawing::mixed(colors().surface, colors().accent, 0.55F);
+    const QColor calm = isOld() ? LedgerDrawing::oldBar(colors()) : LedgerDrawing::bar(colors());
     painter.save();
     // While the bars move, the newest slides in from behind the edge.
     painter.setClipRect(chart().adjusted(-barGap, 0, barGap, 0));
@@ -304,11 +306,14 @@ void LedgerHistogram::paintAverage(QPainter &painter) const
         return;
     const double thickness = DevicePixels::hairline(painter);
     const double fromTop = (1 - LedgerTexts::average(m_ledgers) / most) * chart().height();
-    QColor color = colors().thread;
+    const QRectF line(chart().left(), chart().top() + std::round(fromTop) - thickness / 2,
+                      chart().width(), thickness);
+    // On a light card, the warm accent alone is too pale for a thin line. Ink below it darkens it.
+    if (!isOld())
+        painter.fillRect(line, colors().ink);
+    QColor color = isOld() ? colors().ink2 : colors().thread;
     color.setAlphaF(0.8F);
-    painter.fillRect(QRectF(chart().left(), chart().top() + std::round(fromTop) - thickness / 2,
-                            chart().width(), thickness),
-                     color);
+    painter.fillRect(line, color);
 }
 
 void LedgerHistogram::paintFocus(QPainter &painter) const

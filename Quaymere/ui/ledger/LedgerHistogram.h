@@ -4,13 +4,15 @@
 #pragma once
 
 #include "feed/LedgerFeed.h"
+#include "ui/ledger/FigureText.h"
 #include "ui/ledger/LedgerCard.h"
 
 #include <QVariantAnimation>
 
 namespace tidewick {
 
-/// Shows a bar for each closed ledger, the newest at the right edge, and a line at their average. A
+/// Shows a bar for each closed ledger, the newest at the right edge, and a line at their average.
+/// Time runs from left to right in every layout direction, as do the digits of its figures. A
 /// label above the bars describes the ledger under the pointer or, with the keyboard, the focused
 /// one. A click, Enter or Space chooses it. Screen readers see the bars as the items of a list.
 class LedgerHistogram final : public LedgerCard
@@ -77,6 +79,7 @@ private:
     qsizetype m_current = -1;
     /// The position of the pointer while it is over this widget.
     std::optional<QPoint> m_pointer;
+    FigureText m_labelText;
 
     /// The animation from the previous bars, at 0, to the current ones, at 1.
     QVariantAnimation m_move;

@@ -15,6 +15,8 @@ struct LedgerLook
     LedgerMetrics metrics;
     /// Whether nothing may move by itself.
     bool still = false;
+    /// Whether the figures are no longer current.
+    bool old = false;
 };
 
 } // namespace tidewick

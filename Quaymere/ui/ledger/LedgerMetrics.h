@@ -4,16 +4,18 @@
 #pragma once
 
 #include <QFont>
+#include <QSize>
 
 namespace tidewick {
 
 /// The ledger window's measures, in pixels at device pixel ratio 1. They follow the window's font,
-/// and become tighter in a low window so that everything still fits.
+/// and become tighter in a low window so that everything still fits. In a high one, the chart and
+/// the list grow.
 class LedgerMetrics
 {
 public:
-    /// Computes the measures for a window of this height.
-    LedgerMetrics(const QFont &base, int windowHeight);
+    /// Computes the measures for a window of this size.
+    LedgerMetrics(const QFont &base, const QSize &window);
 
     /// The minimum width at which texts fit beside each other.
     static int leastWidth(const QFont &base);
@@ -37,6 +39,8 @@ public:
     int side;
     int top;
     int gap;
+    /// Below the footnote.
+    int bottom;
     /// Cards wider than this would be hard to read across.
     int mostWidth;
 
@@ -54,6 +58,8 @@ public:
     /// From a tile's edge to its text.
     int tileTop;
     int chart;
+    /// Between the histogram's title and its highest bar.
+    int chartGap;
     int typeRow;
     int txRow;
     /// From a card's edge to the list in it, so that the list's corners stay within the card's
@@ -67,14 +73,19 @@ public:
     int markRadius;
     /// From the start of a row's mark to the content after the type's name.
     int nameColumn;
+    /// Before the bar that shows a type's share, in addition.
+    int trackGap;
+    /// The width of a row at the window's usual width. A wider row spreads its columns.
+    int usualRow;
     /// Wide enough for accounts, whether shortened or short enough to stay whole.
     int accountColumn;
 
     int cardHeight(int content) const;
+    int chartCard() const;
 
 private:
     /// `loose` is 1 for the usual spacing and 0 for the tightest.
-    LedgerMetrics(const QFont &base, double loose);
+    LedgerMetrics(const QFont &base, double loose, int windowWidth);
 
     int windowHeight(double transactions) const;
 };

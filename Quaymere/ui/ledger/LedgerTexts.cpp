@@ -81,6 +81,27 @@ QString status(bool connected)
     return connected ? QStringLiteral("Live") : QStringLiteral("Connecting…");
 }
 
+QString age(std::chrono::seconds since)
+{
+    using namespace std::chrono_literals;
+    constexpr std::chrono::hours day = 24h;
+    const auto said = [](auto count, const char *unit) {
+        return QStringLiteral("last ledger %1 %2 ago").arg(count).arg(QLatin1String(unit));
+    };
+    if (since < 1min)
+        return said(since / 1s, "s");
+    if (since < 1h)
+        return said(since / 1min, "min");
+    if (since < 2 * day)
+        return said(since / 1h, "h");
+    return said(since / day, "days");
+}
+
+QString oldFigures()
+{
+    return QStringLiteral("Not current: no ledger has arrived since the connection was lost");
+}
+
 QString busiestIndex(const Ledgers &ledgers)
 {
     const auto *ledger = busiest(ledgers);

@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <chrono>
+
 /// The texts of the ledger window, and the values that it derives from the feed's lists.
 namespace tidewick::LedgerTexts {
 
@@ -32,6 +34,12 @@ QString figure(std::optional<qint64> number);
 QString rate(std::optional<double> perSecond);
 
 QString status(bool connected);
+
+/// How long ago the newest ledger arrived, in the largest whole unit.
+QString age(std::chrono::seconds since);
+
+/// The accessible description of figures that are no longer current.
+QString oldFigures();
 
 /// The text below the figure of the busiest ledger's tile; empty without ledgers.
 QString busiestIndex(const Ledgers &ledgers);

@@ -4,7 +4,6 @@
 #include "ui/ledger/LedgerTile.h"
 
 #include "ui/controls/TextScale.h"
-#include "ui/ledger/LedgerDrawing.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -33,12 +32,13 @@ void LedgerTile::paintEvent(QPaintEvent *event)
 
     const int caption = TextScale::lineHeight(metrics().caption);
     QRect line(metrics().cardSide, metrics().tileTop, width() - 2 * metrics().cardSide, caption);
-    LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3, m_label);
+    const Qt::Alignment side = visual(Qt::AlignLeft);
+    paintLine(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3, m_label);
     line.moveTop(height() - metrics().tileTop - caption);
-    LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3, m_unit);
+    m_unitText.draw(painter, visual(line), side, metrics().caption, colors().ink3, m_unit);
     const QRect middle(line.left(), metrics().tileTop + caption, line.width(),
                        height() - 2 * (metrics().tileTop + caption));
-    LedgerDrawing::line(painter, middle, Qt::AlignLeft, metrics().figure, colors().ink, m_figure);
+    m_figureText.draw(painter, visual(middle), side, metrics().figure, figureColor(), m_figure);
 }
 
 } // namespace tidewick

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ui/ledger/FigureText.h"
 #include "ui/ledger/LedgerCard.h"
 
 namespace tidewick {
@@ -24,6 +25,8 @@ private:
     QString m_label;
     QString m_figure;
     QString m_unit;
+    FigureText m_figureText;
+    FigureText m_unitText;
 };
 
 } // namespace tidewick

@@ -90,45 +90,61 @@ void LedgerTypes::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     paintCard(painter, event->rect());
     for (qsizetype line = 0; line < m_rows.size(); ++line)
-        paintRow(painter, lineRect(line), m_rows.at(line));
-    LedgerDrawing::line(painter, lineRect(m_rows.size()), Qt::AlignLeft, metrics().caption,
-                        colors().ink3, m_remark);
+        paintRow(painter, line);
+    m_remarkText.draw(painter, visual(lineRect(m_rows.size())), visual(Qt::AlignLeft),
+                      metrics().caption, colors().ink3, m_remark);
 }
 
-void LedgerTypes::paintRow(QPainter &painter, const QRect &row,
-                           const LedgerFeed::TypeCount &type) const
+void LedgerTypes::paintRow(QPainter &painter, qsizetype line) const
 {
-    const QColor color = colorFor(type.type);
-    const int middle = row.top() + row.height() / 2;
-    const int mark = metrics().mark;
-    const QRect name(row.left() + mark + metrics().markGap, row.top(),
-                     metrics().nameColumn - mark - 2 * metrics().markGap, row.height());
-    LedgerDrawing::line(painter, name, Qt::AlignLeft, metrics().body, colors().ink, type.type);
+    const LedgerFeed::TypeCount &type = m_rows.at(line);
+    const QRect row = lineRect(line);
+    const int start = metrics().mark + metrics().markGap;
+    const QRect name(row.left() + start, row.top(),
+                     metrics().nameColumn - start - metrics().markGap, row.height());
+    paintLine(painter, name, Qt::AlignLeft, metrics().body, figureColor(), type.type);
 
     const QString count = QString::number(type.count);
-    const int countWidth =
-        std::max(QFontMetrics(metrics().body).horizontalAdvance(count),
-                 QFontMetrics(metrics().body).horizontalAdvance(QStringLiteral("0000000")));
+    const QFontMetrics font(metrics().body);
     QRect figure = row;
-    figure.setLeft(row.right() + 1 - countWidth);
-    LedgerDrawing::line(painter, figure, Qt::AlignRight, metrics().body, colors().ink2, count);
+    figure.setLeft(row.right() + 1
+                   - std::max(font.horizontalAdvance(count),
+                              font.horizontalAdvance(QStringLiteral("0000000"))));
+    m_counts.at(std::size_t(line))
+        .draw(painter, visual(figure), visual(Qt::AlignRight), metrics().body, besideColor(),
+              count);
 
-    const int thickness = std::max(3, metrics().mark / 2);
-    const QRectF track(row.left() + metrics().nameColumn, middle - thickness / 2.0,
-                       figure.left() - metrics().markGap - row.left() - metrics().nameColumn,
-                       thickness);
     painter.setRenderHint(QPainter::Antialiasing);
-    LedgerDrawing::mark(painter, row, metrics(), color);
-    if (track.width() > thickness) {
-        painter.setBrush(colors().accentSoft);
-        painter.drawRoundedRect(track, thickness / 2.0, thickness / 2.0);
-        QRectF share = track;
-        share.setWidth(std::max<double>(thickness, track.width() * double(type.count)
-                                                       / double(m_rows.first().count)));
-        painter.setBrush(LedgerDrawing::mixed(colors().surface, color, 0.8F));
-        painter.drawRoundedRect(share, thickness / 2.0, thickness / 2.0);
-    }
+    const QColor color = colorFor(type.type);
+    LedgerDrawing::mark(painter, visual(QRect(row.left(), row.top(), metrics().mark, row.height())),
+                        metrics(),
+                        isOld() ? LedgerDrawing::mixed(colors().surface, color, 0.5F) : color);
+    QRect track = row;
+    track.setLeft(row.left() + metrics().nameColumn + metrics().trackGap);
+    track.setRight(figure.left() - metrics().markGap - 1);
+    paintShare(painter, track, line);
     painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+/// Paints the type's share of the largest count as a part of the track.
+void LedgerTypes::paintShare(QPainter &painter, const QRect &track, qsizetype line) const
+{
+    const int thickness = std::max(3, metrics().mark / 2);
+    if (track.width() <= thickness)
+        return;
+    const double part = double(m_rows.at(line).count) / double(m_rows.first().count);
+    const auto paint = [&](double width, const QColor &color) {
+        const QRectF whole = visual(track);
+        QRectF bar(whole.left(), whole.center().y() - thickness / 2.0, width, thickness);
+        if (layoutDirection() == Qt::RightToLeft)
+            bar.moveRight(whole.right());
+        painter.setBrush(color);
+        painter.drawRoundedRect(bar, thickness / 2.0, thickness / 2.0);
+    };
+    paint(track.width(), colors().accentSoft);
+    paint(std::max<double>(thickness, track.width() * part),
+          LedgerDrawing::mixed(colors().surface, colorFor(m_rows.at(line).type),
+                               isOld() ? 0.4F : 0.8F));
 }
 
 } // namespace tidewick

@@ -4,7 +4,11 @@
 #pragma once
 
 #include "feed/LedgerFeed.h"
+#include "ui/ledger/FigureText.h"
 #include "ui/ledger/LedgerCard.h"
+#include "ui/ledger/LedgerTexts.h"
+
+#include <array>
 
 namespace tidewick {
 
@@ -35,11 +39,14 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void paintRow(QPainter &painter, const QRect &row, const LedgerFeed::TypeCount &type) const;
+    void paintRow(QPainter &painter, qsizetype line) const;
+    void paintShare(QPainter &painter, const QRect &track, qsizetype line) const;
 
     QList<LedgerFeed::TypeCount> m_rows;
     /// The line below the rows, or the only line if there are no rows.
     QString m_remark;
+    std::array<FigureText, LedgerTexts::mostTypes> m_counts;
+    FigureText m_remarkText;
     int m_lines = 1;
 };
 

@@ -35,8 +35,8 @@ const QString transactions = QStringLiteral("transactions");
 } // namespace
 
 LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent)
-    : QWidget(parent, Qt::Window), m_openUrl(std::move(openUrl)),
-      m_feed(std::move(host)), m_look{Palette({}), LedgerMetrics(font(), height())},
+    : QWidget(parent, Qt::Window), m_openUrl(std::move(openUrl)), m_age(host.clock),
+      m_feed(std::move(host)), m_look{Palette({}), LedgerMetrics(font(), size())},
       m_header(new LedgerHeader(m_look, this)),
       m_latest(new LedgerTile(m_look, QStringLiteral("This ledger"), this)),
       m_rate(new LedgerTile(m_look, QStringLiteral("Per second"), this)),
@@ -61,6 +61,7 @@ LedgerWindow::LedgerWindow(OpenUrl openUrl, LedgerFeedHost host, QWidget *parent
             [this](const QString &hash) { open("tx", hash); });
     connect(m_types, &LedgerTypes::grown, this, &LedgerWindow::arrange);
 
+    connect(&m_age, &LedgerAge::changed, this, &LedgerWindow::followAge);
     connect(&m_feed, &LedgerFeed::connectedChanged, this, &LedgerWindow::followConnection);
     connect(&m_feed, &LedgerFeed::ledgersChanged, this, &LedgerWindow::followLedgers);
     connect(&m_feed, &LedgerFeed::typesChanged, this,
@@ -104,12 +105,6 @@ void LedgerWindow::takeColors()
     setPalette(palette);
 }
 
-void LedgerWindow::followConnection()
-{
-    m_header->setConnected(m_feed.connected());
-    m_announcer->say(LedgerTexts::status(m_feed.connected()));
-}
-
 void LedgerWindow::followLedgers()
 {
     const auto &ledgers = m_feed.ledgers();
@@ -123,6 +118,31 @@ void LedgerWindow::followLedgers()
     m_rate->setFigure(LedgerTexts::rate(m_feed.txRate()), transactions);
     m_busiest->setFigure(txns(busiest), LedgerTexts::busiestIndex(ledgers));
     m_histogram->setLedgers(ledgers);
+    m_age.follow(m_feed.connected(), latest ? std::optional(latest->id) : std::nullopt);
+}
+
+void LedgerWindow::followConnection()
+{
+    m_header->setConnected(m_feed.connected());
+    m_announcer->say(LedgerTexts::status(m_feed.connected()));
+    const auto *latest = LedgerTexts::latest(m_feed.ledgers());
+    m_age.follow(m_feed.connected(), latest ? std::optional(latest->id) : std::nullopt);
+}
+
+void LedgerWindow::followAge()
+{
+    m_header->setAge(m_age.text());
+    if (m_look.old == m_age.isOld())
+        return;
+    m_look.old = m_age.isOld();
+    const QString description = m_look.old ? LedgerTexts::oldFigures() : QString();
+    for (LedgerCard *card : findChildren<LedgerCard *>()) {
+        card->lookChanged();
+        // The header's description is the age.
+        if (card != m_header)
+            card->setAccessibleDescription(description);
+    }
+    findChild<TransactionList *>()->setAccessibleDescription(description);
 }
 
 void LedgerWindow::open(const char *folder, const QString &name) const
@@ -139,11 +159,13 @@ void LedgerWindow::showEvent(QShowEvent *event)
     // stream.
     if (!event->spontaneous())
         m_feed.start();
+    m_age.setShown(!isMinimized());
 }
 
 void LedgerWindow::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
+    m_age.setShown(false);
     if (!event->spontaneous())
         m_feed.stop();
 }
@@ -158,6 +180,8 @@ void LedgerWindow::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         fit();
+    else if (event->type() == QEvent::WindowStateChange)
+        m_age.setShown(isVisible() && !isMinimized());
 }
 
 void LedgerWindow::paintEvent(QPaintEvent *event)
@@ -170,7 +194,7 @@ void LedgerWindow::fit()
 {
     const QSize readable(LedgerMetrics::leastWidth(font()), LedgerMetrics::leastHeight(font()));
     setMinimumSize(leastSize.boundedTo(freeArea(*this)).expandedTo(readable));
-    m_look.metrics = LedgerMetrics(font(), height());
+    m_look.metrics = LedgerMetrics(font(), size());
     m_footnote->setFont(m_look.metrics.caption);
     const int overhang = TextScale::overhang(m_look.metrics.caption);
     m_footnote->setContentsMargins(0, overhang, 0, overhang);
@@ -201,12 +225,12 @@ void LedgerWindow::arrange()
     }
     top += metrics.tile + metrics.gap;
 
-    place(m_histogram, metrics.cardHeight(metrics.chart));
+    place(m_histogram, metrics.chartCard());
     place(m_types, m_types->wantedHeight());
     const bool fits = m_footnote->fontMetrics().horizontalAdvance(LedgerTexts::footnote()) <= width;
     m_footnote->setText(fits ? LedgerTexts::footnote() : LedgerTexts::footnoteOnTwoLines());
     const int footnote = m_footnote->heightForWidth(width);
-    place(m_transactions, height() - top - metrics.gap - footnote - metrics.gap);
+    place(m_transactions, height() - top - metrics.gap - footnote - metrics.bottom);
     place(m_footnote, footnote);
 }
 

@@ -5,6 +5,7 @@
 
 #include "feed/LedgerFeed.h"
 #include "ui/controls/Scheme.h"
+#include "ui/ledger/LedgerAge.h"
 #include "ui/ledger/LedgerCard.h"
 
 #include <QUrl>
@@ -21,7 +22,8 @@ class LedgerTypes;
 class TransactionCard;
 
 /// Shows the node's ledgers and transactions live. It has its own feed, which runs while the window
-/// is shown. Main thread only.
+/// is shown. When the stream is lost, the figures fade until the next ledger arrives, and the
+/// header says how old they are. Main thread only.
 class LedgerWindow final : public QWidget
 {
     Q_OBJECT
@@ -47,8 +49,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void followConnection();
     void followLedgers();
+    void followConnection();
+    void followAge();
     void open(const char *folder, const QString &name) const;
 
     void fit();
@@ -56,6 +59,7 @@ private:
     void takeColors();
 
     OpenUrl m_openUrl;
+    LedgerAge m_age;
     LedgerFeed m_feed;
     LedgerLook m_look;
     Scheme m_scheme;

@@ -3,7 +3,6 @@
 
 #include "ui/ledger/TransactionCard.h"
 
-#include "ui/ledger/LedgerDrawing.h"
 #include "ui/ledger/LedgerTexts.h"
 
 #include <QPaintEvent>
@@ -58,8 +57,8 @@ void TransactionCard::paintEvent(QPaintEvent *event)
         return;
     QRect line = content();
     line.setHeight(metrics().typeRow);
-    LedgerDrawing::line(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3,
-                        LedgerTexts::waiting());
+    paintLine(painter, line, Qt::AlignLeft, metrics().caption, colors().ink3,
+              LedgerTexts::waiting());
 }
 
 } // namespace tidewick

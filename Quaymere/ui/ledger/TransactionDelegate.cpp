@@ -15,9 +15,10 @@ namespace tidewick {
 
 namespace {
 
-constexpr int fillMargin = 6;
+constexpr int fillMargin = 8;
 constexpr int fillRadius = 6;
 constexpr float checkmarkOpacity = 0.85F;
+constexpr float oldCheckmarkOpacity = 0.45F;
 constexpr QColor checkmarkColor(61, 168, 92);
 
 } // namespace
@@ -39,11 +40,7 @@ void TransactionDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     const LedgerMetrics &metrics = m_look.metrics;
     const TransactionModel::Row &tx = m_list->row(index);
 
-    // Computed from the list's width rather than its viewport's, so that rows stay in line when the
-    // scroll bar appears.
-    const QRect row(TransactionCard::rowMargin(metrics), option.rect.top(),
-                    m_list->width() - 2 * TransactionCard::rowMargin(metrics),
-                    option.rect.height());
+    const QRect row = rowRect(option);
     const QRectF fill = QRectF(row).adjusted(-fillMargin, 0, fillMargin, 0);
     painter->setRenderHint(QPainter::Antialiasing);
     if (index == m_list->hoveredRow()) {
@@ -56,30 +53,54 @@ void TransactionDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(fill.adjusted(1, 1, -1, -1), fillRadius, fillRadius);
     }
-    LedgerDrawing::mark(*painter, row, metrics, colorFor(tx.type));
+    const auto part = [&](int left, int right) {
+        return QStyle::visualRect(option.direction, row,
+                                  {left, row.top(), std::max(0, right - left), row.height()});
+    };
+    const QColor color = colorFor(tx.type);
+    LedgerDrawing::mark(*painter, part(row.left(), row.left() + metrics.mark), metrics,
+                        m_look.old ? LedgerDrawing::mixed(colors.surface, color, 0.5F) : color);
     painter->setRenderHint(QPainter::Antialiasing, false);
 
+    const Qt::Alignment start = QStyle::visualAlignment(option.direction, Qt::AlignLeft);
     const int name = row.left() + metrics.mark + metrics.markGap;
-    const int account = row.left() + metrics.nameColumn;
+    const int account =
+        row.left() + metrics.nameColumn + std::max(0, row.width() - metrics.usualRow) * 2 / 3;
     const int accountEnd = account + metrics.accountColumn;
-    const auto part = [&row](int left, int right) {
-        return QRect(left, row.top(), std::max(0, right - left), row.height());
-    };
-    LedgerDrawing::line(*painter, part(name, account - metrics.markGap), Qt::AlignLeft,
-                        metrics.body, colors.ink, tx.type);
-    LedgerDrawing::line(*painter, part(account, accountEnd), Qt::AlignLeft, metrics.body,
-                        colors.ink2, tx.account);
+    LedgerDrawing::line(*painter, part(name, account - metrics.markGap), start, metrics.body,
+                        m_look.old ? colors.ink3 : colors.ink, tx.type);
+    LedgerDrawing::line(*painter, part(account, accountEnd), start, metrics.body,
+                        m_look.old ? colors.ink3 : colors.ink2, tx.account);
+    paintResult(*painter, part(accountEnd + metrics.markGap, row.right() + 1), option.direction,
+                tx);
+}
+
+/// The row within the list. Rows stay in line when the scroll bar appears, which takes its space
+/// from the viewport.
+QRect TransactionDelegate::rowRect(const QStyleOptionViewItem &option) const
+{
+    const int margin = TransactionCard::rowMargin(m_look.metrics);
+    return {margin - m_list->viewport()->x(), option.rect.top(), m_list->width() - 2 * margin,
+            option.rect.height()};
+}
+
+void TransactionDelegate::paintResult(QPainter &painter, const QRect &room,
+                                      Qt::LayoutDirection direction,
+                                      const TransactionModel::Row &tx) const
+{
+    const Palette &colors = m_look.colors;
     if (tx.succeeded) {
-        const QPixmap mark = checkmark(painter->device()->devicePixelRatio());
+        const QPixmap mark = checkmark(painter.device()->devicePixelRatio());
         const QSize size = mark.deviceIndependentSize().toSize();
-        painter->drawPixmap(row.right() + 1 - size.width(),
-                            row.top() + (row.height() - size.height()) / 2, mark);
-    } else {
-        // The warm accent alone is too pale for small text on a light background.
-        LedgerDrawing::line(*painter, part(accountEnd + metrics.markGap, row.right() + 1),
-                            Qt::AlignRight, metrics.code,
-                            LedgerDrawing::mixed(colors.thread, colors.ink, 0.3F), tx.result);
+        painter.drawPixmap(
+            QStyle::alignedRect(direction, Qt::AlignRight | Qt::AlignVCenter, size, room), mark);
+        return;
     }
+    // The warm accent alone is too pale for small text on a light background.
+    LedgerDrawing::line(
+        painter, room, QStyle::visualAlignment(direction, Qt::AlignRight), m_look.metrics.code,
+        m_look.old ? colors.ink3 : LedgerDrawing::mixed(colors.thread, colors.ink, 0.3F),
+        tx.result);
 }
 
 /// Returns a disc with a tick cut out of it.
@@ -93,7 +114,7 @@ QPixmap TransactionDelegate::checkmark(double ratio) const
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setOpacity(checkmarkOpacity);
+    painter.setOpacity(m_look.old ? oldCheckmarkOpacity : checkmarkOpacity);
     painter.setPen(Qt::NoPen);
     painter.setBrush(checkmarkColor);
     painter.drawEllipse(QRectF(0, 0, side, side));

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ui/ledger/LedgerCard.h"
+#include "ui/ledger/TransactionModel.h"
 
 #include <QPixmap>
 #include <QStyledItemDelegate>
@@ -27,6 +28,9 @@ public:
     void lookChanged() { m_checkmark = {}; }
 
 private:
+    QRect rowRect(const QStyleOptionViewItem &option) const;
+    void paintResult(QPainter &painter, const QRect &room, Qt::LayoutDirection direction,
+                     const TransactionModel::Row &tx) const;
     QPixmap checkmark(double ratio) const;
 
     const LedgerLook &m_look;

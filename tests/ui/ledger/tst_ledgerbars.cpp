@@ -22,6 +22,8 @@ private slots:
     void averageLine_data();
     void averageLine();
     void ledgersWithoutTransactions();
+    void standOut_data();
+    void standOut();
 };
 
 namespace {
@@ -43,7 +45,7 @@ QList<int> pointsOf(const QImage &image, int x, const QColor &color)
 
 QColor barColor(const Palette &colors)
 {
-    return QColor(LedgerDrawing::mixed(colors.surface, colors.accent, 0.55F).rgb());
+    return QColor(LedgerDrawing::bar(colors).rgb());
 }
 
 } // namespace
@@ -108,12 +110,13 @@ void TestLedgerBars::averageLine()
         for (const qint64 count : counts)
             rig.close(count);
         const Palette colors({dark});
-        QColor line = colors.thread;
-        line.setAlphaF(0.8F);
+        QColor accent = colors.thread;
+        accent.setAlphaF(0.8F);
+        const QColor line = over(accent, colors.ink);
         const QRect chart = rig.histogram().column(counts.size() - 1);
         const QImage image = picture(rig.histogram());
         // In the gap before the last bar.
-        const auto points = pointsOf(image, chart.left() - 1, over(line, colors.surface));
+        const auto points = pointsOf(image, chart.left() - 1, line);
         if (share < 0) {
             QCOMPARE(points, QList<int>{});
             continue;
@@ -123,8 +126,7 @@ void TestLedgerBars::averageLine()
         QVERIFY(std::abs(points.constFirst() - expected) <= 1);
         // The line reaches from one end of the chart to the other.
         const int left = qRound(drawnTexts(rig.histogram()).constFirst().rect.left());
-        QVERIFY(pointsOf(image, left, over(line, colors.surface)).contains(points.constFirst())
-                || counts.size() == 60);
+        QVERIFY(pointsOf(image, left, line).contains(points.constFirst()) || counts.size() == 60);
     }
 }
 
@@ -140,6 +142,52 @@ void TestLedgerBars::ledgersWithoutTransactions()
         QVERIFY(image.pixelColor(column.center().x(), column.bottom() - 1) != surface);
         QCOMPARE(image.pixelColor(column.center().x(), column.bottom() - 3), surface);
     }
+}
+
+void TestLedgerBars::standOut_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+/// Bars, average and baseline against the card, and the bar under the pointer against the others.
+void TestLedgerBars::standOut()
+{
+    QFETCH(bool, dark);
+    LedgerRig rig;
+    rig.window.setScheme({dark});
+    rig.close({100, 40, 40, 40});
+    rig.pointAt(rig.bar(2));
+    const QImage image = picture(rig.histogram());
+    const QColor card = Palette({dark}).surface;
+    const auto foot = [&](qsizetype place) {
+        const QRect column = rig.histogram().column(place);
+        return image.pixelColor(column.center().x(), column.bottom() - 4);
+    };
+    QVERIFY(contrast(foot(1), card) >= 3);
+    QVERIFY(contrast(foot(2), card) >= 3);
+    QVERIFY(contrast(foot(2), foot(1)) >= 2);
+    // To the left of the first bar, only the lines remain.
+    const QRect first = rig.histogram().column(0);
+    QList<QColor> lines;
+    for (int y = first.top(); y <= first.bottom(); ++y)
+        if (const QColor color = image.pixelColor(first.left() - 8, y); color != card)
+            lines += color;
+    QCOMPARE(lines.size(), 2);
+    for (const QColor &line : lines)
+        QVERIFY(contrast(line, card) >= 3);
+    QVERIFY(distance(lines.first(), foot(1)) > 100);
+    QVERIFY(distance(lines.first(), lines.last()) > 60);
+
+    // The same once they are old.
+    rig.stream.fail();
+    rig.pointAt({2, 2});
+    const QImage old = picture(rig.histogram());
+    const QRect column = rig.histogram().column(1);
+    const QColor bar = old.pixelColor(column.center().x(), column.bottom() - 4);
+    QVERIFY(contrast(bar, card) >= 3);
+    QVERIFY(bar.hsvSaturation() < foot(1).hsvSaturation() / 3);
 }
 
 TIDEWICK_GUI_TEST_MAIN(TestLedgerBars)

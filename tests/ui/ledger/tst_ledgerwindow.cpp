@@ -356,7 +356,10 @@ void TestLedgerWindow::paintsOnlyWhatChanged()
     QCOMPARE(painted([&] { rig.close(5); }), QStringLiteral("bars head rate"));
     QCOMPARE(painted([&] { rig.pointAt(rig.bar(30)); }), QStringLiteral("bars"));
     QCOMPARE(painted([&] { rig.pointAt(rig.row(1)); }), QStringLiteral("bars rows"));
-    QCOMPARE(painted([&] { rig.stream.fail(); }), QStringLiteral("head"));
+    QCOMPARE(painted([&] { rig.stream.fail(); }),
+             QStringLiteral("bars busiest card head latest rate rows types"));
+    QCOMPARE(painted([&] { rig.stream.clock().advance(std::chrono::seconds(1)); }),
+             QStringLiteral("head"));
     QCOMPARE(painted([&] { rig.window.setScheme({false}); }), QString());
 }
 

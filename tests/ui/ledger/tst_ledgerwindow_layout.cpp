@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QScrollBar>
 
 using namespace tidewick;
 
@@ -21,7 +22,12 @@ private slots:
     void fitsHugeFigures();
     void minimumSize_data();
     void minimumSize();
-    void listTakesTheRemainingHeight();
+    void chartAndListTakeTheRemainingHeight();
+    void airAboveTheBars_data();
+    void airAboveTheBars();
+    void wideRowsSpreadTheirColumns();
+    void rightToLeft_data();
+    void rightToLeft();
     void staysReadableOnAWideScreen();
     void followsTheFont();
     void footnote_data();
@@ -149,18 +155,112 @@ void TestLedgerWindowLayout::minimumSize()
         QCOMPARE(rig.window.minimumSize(), QSize(640, 560));
 }
 
-void TestLedgerWindowLayout::listTakesTheRemainingHeight()
+/// A third of the additional height goes to the chart, the rest to the list.
+void TestLedgerWindowLayout::chartAndListTakeTheRemainingHeight()
 {
-    LedgerRig rig;
+    LedgerRig rig({800, 900});
     rig.fill();
     const QWidget &card = *rig.list().parentWidget();
     QMap<QWidget *, int> heights;
     for (QWidget *part : parts(rig))
         heights[part] = part->height();
-    rig.window.resize(800, 980);
-    for (QWidget *part : parts(rig))
-        QCOMPARE(part->height(), heights[part] + (part == &card ? 200 : 0));
+    rig.window.resize(800, 1200);
+    for (QWidget *part : parts(rig)) {
+        const int grown = part == &rig.histogram() ? 100 : part == &card ? 200 : 0;
+        QCOMPARE(part->height(), heights[part] + grown);
+    }
     QVERIFY(rig.list().height() > card.height() - 60);
+    // The list is never longer than its rows. The chart takes what is left.
+    rig.transact(40);
+    rig.window.resize(800, 4000);
+    QTRY_COMPARE(rig.list().verticalScrollBar()->maximum(), 0);
+    const QModelIndex last = rig.list().model()->index(39, 0);
+    QVERIFY(rig.list().height() - rig.list().visualRect(last).bottom() < 20);
+    QVERIFY(rig.histogram().height() > 1500);
+}
+
+void TestLedgerWindowLayout::airAboveTheBars_data()
+{
+    QTest::addColumn<QSize>("size");
+    for (const QSize size : {QSize(640, 560), QSize(800, 780), QSize(1600, 1400)})
+        QTest::addRow("%d x %d", size.width(), size.height()) << size;
+}
+
+/// Between the histogram's title and its highest bar.
+void TestLedgerWindowLayout::airAboveTheBars()
+{
+    QFETCH(QSize, size);
+    LedgerRig rig(size);
+    rig.closeMany(60);
+    const double title = drawnTexts(rig.histogram()).constFirst().ink.bottom();
+    QVERIFY(rig.histogram().column(59).top() - title >= 15);
+}
+
+/// In a wide window, the account stays about halfway between the type and the result.
+void TestLedgerWindowLayout::wideRowsSpreadTheirColumns()
+{
+    for (const int width : {1300, 3000}) {
+        LedgerRig rig({width, 780});
+        rig.transact(QStringLiteral("A"), QStringLiteral("Payment"),
+                     QStringLiteral("tecUNFUNDED_OFFER"));
+        const QList<DrawnText> row = drawnTexts(*rig.list().viewport());
+        QCOMPARE(row.size(), 3);
+        const double before = row.at(1).rect.left() - row.at(0).rect.right();
+        const double after = row.at(2).rect.left() - row.at(1).rect.right();
+        QVERIFY2(before < after && after < 1.6 * before,
+                 qPrintable(QStringLiteral("%1: %2, %3").arg(width).arg(before).arg(after)));
+    }
+}
+
+void TestLedgerWindowLayout::rightToLeft_data()
+{
+    fits_data();
+}
+
+/// Everything changes sides but the bars, whose time runs from left to right.
+void TestLedgerWindowLayout::rightToLeft()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, points);
+    LedgerRig rig(size);
+    setPoints(rig, points);
+    rig.fill();
+    const auto lefts = [&] {
+        QMap<QString, double> all;
+        for (QWidget *part : parts(rig))
+            for (const DrawnText &text : drawnTexts(*part))
+                all[part->accessibleName() + text.text] = text.rect.left();
+        return all;
+    };
+    const QMap<QString, double> before = lefts();
+    const QRect bar = rig.histogram().column(7);
+    rig.window.setLayoutDirection(Qt::RightToLeft);
+    QCOMPARE(flaws(rig), QString());
+    QCOMPARE(rig.histogram().column(7), bar);
+    for (QWidget *part : parts(rig)) {
+        for (const DrawnText &text : drawnTexts(*part)) {
+            // These two stay one phrase; the footnote is centred.
+            if (part->accessibleName().startsWith(QStringLiteral("Ledger "))
+                || qobject_cast<QLabel *>(part))
+                continue;
+            const double left = part->width() - text.rect.right();
+            QVERIFY2(std::abs(left - before[part->accessibleName() + text.text]) <= 2,
+                     qPrintable(text.text));
+        }
+    }
+    const QList<DrawnText> head = drawnTexts(rig.named("Ledger "));
+    QCOMPARE(head.at(0).text, QStringLiteral("LIVE LEDGER"));
+    QVERIFY(std::abs(head.at(2).rect.left() - head.at(1).rect.right()) <= 1);
+    QVERIFY(std::abs(head.at(2).rect.right() - rig.named("Ledger ").width()) <= 2);
+    QVERIFY(head.at(3).rect.right() < head.at(1).rect.left());
+
+    // Rows begin at the right.
+    const QList<DrawnText> rows = drawnTexts(*rig.list().viewport());
+    QVERIFY(rows.at(0).rect.left() > rows.at(1).rect.right());
+    rig.pointAt(rig.bar(0));
+    QCOMPARE(flaws(rig), QString());
+    rig.stream.fail();
+    QCOMPARE(flaws(rig), QString());
 }
 
 void TestLedgerWindowLayout::staysReadableOnAWideScreen()
