@@ -5,6 +5,8 @@
 
 #include "ui/menu/Explorers.h"
 
+#include <algorithm>
+
 namespace tidewick {
 
 namespace {
@@ -23,6 +25,13 @@ public:
     void command(MenuPlace place, const QString &text, MenuCommand command, bool enabled = true)
     {
         m_rows.append({place, MenuRow::Kind::Command, text, enabled, command});
+    }
+
+    /// Marks the rows at these places as old.
+    void age(std::initializer_list<MenuPlace> places)
+    {
+        for (MenuRow &row : m_rows)
+            row.old = std::find(places.begin(), places.end(), row.place) != places.end();
     }
 
     QList<MenuRow> take() { return std::move(m_rows); }
@@ -47,6 +56,15 @@ void addAdvice(RowList &rows, const NodeStatus &status)
         rows.command(MenuPlace::InstallNode, installNodeLabel(), MenuCommand::InstallNode);
 }
 
+/// Whether the node's figures are from before it stopped answering, or was told to stop.
+bool hasOldFigures(const NodeStatus &status)
+{
+    if (!status.hasProcess || !status.hasServerInfo)
+        return false;
+    return status.phase == Phase::Stopping
+           || (status.advice && status.advice->cause == Advice::Cause::NoAnswer);
+}
+
 void addFigures(RowList &rows, const NodeStatus &status)
 {
     rows.separator(MenuPlace::AfterHeader);
@@ -66,6 +84,10 @@ void addFigures(RowList &rows, const NodeStatus &status)
                                     + status.freeSpace);
     if (status.storage)
         rows.text(MenuPlace::Storage, *status.storage);
+    // The others are not the node's own.
+    if (hasOldFigures(status))
+        rows.age({MenuPlace::Ledger, MenuPlace::Peers, MenuPlace::Uptime, MenuPlace::Memory,
+                  MenuPlace::Storage});
     rows.separator(MenuPlace::AfterFigures);
 }
 

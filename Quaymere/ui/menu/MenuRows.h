@@ -69,6 +69,8 @@ struct MenuRow
     QString text;
     bool enabled = true;
     MenuCommand command = MenuCommand::None;
+    /// Whether the row shows a figure that the node no longer updates.
+    bool old = false;
 
     bool operator==(const MenuRow &) const = default;
 };

@@ -7,6 +7,7 @@
 #include "ui/controls/TextScale.h"
 #include "ui/controls/ToolTip.h"
 #include "ui/panel/PanelMetrics.h"
+#include "ui/panel/PanelTexts.h"
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
@@ -90,6 +91,14 @@ void PanelButton::setChoosable(bool choosable)
     setCursor(choosable ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
+void PanelButton::setOld(bool old)
+{
+    if (old)
+        setAccessibleDescription(PanelTexts::oldFigure());
+    if (std::exchange(m_isOld, old) != old)
+        update();
+}
+
 void PanelButton::setHeld(bool held)
 {
     if (held == m_held)
@@ -115,7 +124,8 @@ void PanelButton::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal radius = TextScale::scaled(font(), PanelMetrics::fillRadius);
-    if (isEnabled() && (focused || underMouse())) {
+    const bool filled = isEnabled() && (focused || underMouse());
+    if (filled) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(colors.alternateBase());
         painter.drawRoundedRect(rect(), radius, radius);
@@ -124,7 +134,9 @@ void PanelButton::paintEvent(QPaintEvent *)
     }
     if (focused)
         ControlPaint::outline(painter, *this, radius);
-    painter.setPen(colors.color(QPalette::WindowText));
+    // On the fill, the faintest text would be too faint.
+    const QPalette::ColorRole old = filled ? QPalette::Text : QPalette::PlaceholderText;
+    painter.setPen(colors.color(m_isOld ? old : QPalette::WindowText));
     m_text.draw(painter, width(), layoutDirection());
 }
 

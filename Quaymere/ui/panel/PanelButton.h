@@ -28,6 +28,10 @@ public:
 
     void setChoosable(bool choosable);
 
+    /// Sets whether the text is fainter, because its figure is no longer updated. To be called
+    /// after setWholeText(), which describes the text as a current one.
+    void setOld(bool old);
+
     /// Shows the button as focused, although it may be disabled and therefore unable to have the
     /// focus.
     void setHeld(bool held);
@@ -45,6 +49,7 @@ protected:
 private:
     WrappedText m_text;
     bool m_held = false;
+    bool m_isOld = false;
 };
 
 } // namespace tidewick

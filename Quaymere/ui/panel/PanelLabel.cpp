@@ -6,6 +6,7 @@
 #include "ui/controls/TextScale.h"
 #include "ui/controls/ToolTip.h"
 #include "ui/panel/PanelMetrics.h"
+#include "ui/panel/PanelTexts.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -42,6 +43,14 @@ void PanelLabel::setWholeText(const QString &text)
     update();
 }
 
+void PanelLabel::setOld(bool old)
+{
+    if (old)
+        setAccessibleDescription(PanelTexts::oldFigure());
+    if (std::exchange(m_isOld, old) != old)
+        update();
+}
+
 int PanelLabel::heightForWidth(int width) const
 {
     return m_text.height(width);
@@ -63,7 +72,7 @@ void PanelLabel::paintEvent(QPaintEvent *)
         painter.setBrush(palette().toolTipBase());
         painter.drawRoundedRect(rect(), radius, radius);
     }
-    painter.setPen(palette().color(foregroundRole()));
+    painter.setPen(palette().color(m_isOld ? QPalette::PlaceholderText : foregroundRole()));
     m_text.draw(painter, width(), layoutDirection(), {selection});
 }
 

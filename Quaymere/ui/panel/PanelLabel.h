@@ -25,6 +25,11 @@ public:
     void setFramed();
 
     void setWholeText(const QString &text);
+
+    /// Sets whether the text is fainter, because its figure is no longer updated. To be called
+    /// after setWholeText(), which describes the text as a current one.
+    void setOld(bool old);
+
     int heightForWidth(int width) const override;
 
 protected:
@@ -45,6 +50,7 @@ private:
     WrappedText m_text;
     WrappedText::Range m_selected;
     bool m_isFramed = false;
+    bool m_isOld = false;
 };
 
 } // namespace tidewick

@@ -119,6 +119,7 @@ void PanelRows::setRow(int place, const std::optional<MenuRow> &row)
         if (!slot.label)
             slot.label = makeLabel(row->place);
         slot.label->setWholeText(row->text);
+        slot.label->setOld(row->old);
     } else if (row && row->kind == MenuRow::Kind::Command) {
         if (!slot.button)
             slot.button = makeButton(slot);
@@ -126,6 +127,7 @@ void PanelRows::setRow(int place, const std::optional<MenuRow> &row)
         if (slot.namedCommand != row->command)
             slot.button->nameAnew();
         slot.namedCommand = row->command;
+        slot.button->setOld(row->old);
         slot.button->setChoosable(row->enabled);
     } else if (row && !slot.line) {
         slot.line = new PanelLine(this);

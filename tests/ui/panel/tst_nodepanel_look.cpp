@@ -26,6 +26,8 @@ private slots:
     void fillsTheCommandUnderTheMouse();
     void ringsTheFocusedCommand();
     void fadesDisabledCommands();
+    void fadesOldFigures_data();
+    void fadesOldFigures();
     void iconHasTheTextColor();
     void titleMakesRoomForABadge();
     void rightToLeft();
@@ -155,6 +157,79 @@ void TestNodePanelLook::fadesDisabledCommands()
     QTest::mouseMove(rig.panel.windowHandle(),
                      rig.command("Copy")->mapTo(&rig.panel, QPoint(30, 10)));
     QCOMPARE(picture(rig.command("Copy")).pixelColor(4, 10), ground);
+}
+
+void TestNodePanelLook::fadesOldFigures_data()
+{
+    colors_data();
+}
+
+/// Those that the node no longer updates, because it does not answer or is about to stop.
+void TestNodePanelLook::fadesOldFigures()
+{
+    QFETCH(bool, dark);
+    QFETCH(QColor, ground);
+    NodeStatus current = everyRow();
+    current.storage = QStringLiteral("Storage: next trim");
+    const auto silent = [&] {
+        NodeStatus status = current;
+        status.advice = Advice{Advice::Cause::NoAnswer, QStringLiteral("no answer for 1 minute")};
+        return status;
+    };
+    NodeStatus isStopping = current;
+    isStopping.phase = Phase::Stopping;
+    for (const NodeStatus &status : {silent(), isStopping}) {
+        PanelRig rig(current);
+        rig.panel.setDark(dark);
+        const auto strength = [&](const QWidget *row) {
+            return contrast(inkColor(picture(row)), ground);
+        };
+        const QList<const QWidget *> rows{rig.command("Validated"), rig.text("Peers"),
+                                          rig.text("Uptime"), rig.text("Memory"),
+                                          rig.text("Storage")};
+        QList<double> before;
+        for (const QWidget *row : rows)
+            before += strength(row);
+        const double store = strength(rig.text("Store:"));
+        rig.show(status);
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            QVERIFY(strength(rows.at(i)) < 0.9 * before.at(i));
+            QVERIFY(strength(rows.at(i)) >= 4.4);
+            QCOMPARE(rows.at(i)->accessibleDescription(),
+                     QStringLiteral("Not current: the node no longer updates this"));
+        }
+        NodeStatus later = status;
+        later.uptime = QStringLiteral("9h");
+        rig.show(later);
+        QVERIFY(!rig.text("Uptime: 9h")->accessibleDescription().isEmpty());
+        // Tidewick measures the store itself.
+        QCOMPARE(strength(rig.text("Store:")), store);
+        QCOMPARE(rig.text("Store:")->accessibleDescription(), QString());
+
+        // On the fill of a command, too.
+        QAbstractButton *ledger = rig.command("Validated");
+        QTest::mouseMove(rig.panel.windowHandle(),
+                         ledger->mapTo(&rig.panel, ledger->rect().center()));
+        const QImage filled = picture(ledger);
+        const QColor fill = filled.pixelColor(4, filled.height() / 2);
+        QVERIFY(fill != ground);
+        QVERIFY(
+            contrast(inkColor(filled.copy(8, 4, filled.width() - 16, filled.height() - 8)), fill)
+            >= 4.4);
+        QTest::mouseMove(rig.panel.windowHandle(), {2, 2});
+
+        rig.show(current);
+        for (qsizetype i = 0; i < rows.size(); ++i) {
+            QCOMPARE(strength(rows.at(i)), before.at(i));
+            QCOMPARE(rows.at(i)->accessibleDescription(), QString());
+        }
+    }
+    // Before the first answer, there are no figures yet, and after the end, no node.
+    NodeStatus fresh = silent();
+    fresh.hasServerInfo = false;
+    for (const NodeStatus &status : {fresh, stopped()})
+        for (const MenuRow &row : menuRows(status))
+            QVERIFY(!row.old);
 }
 
 void TestNodePanelLook::iconHasTheTextColor()
