@@ -43,6 +43,11 @@ QColor bar(const Palette &colors)
 
 QColor oldBar(const Palette &colors)
 {
+    return baseline(colors);
+}
+
+QColor baseline(const Palette &colors)
+{
     return mixed(colors.surface, colors.ink3, 0.75F);
 }
 

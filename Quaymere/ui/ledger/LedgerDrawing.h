@@ -25,10 +25,11 @@ void line(QPainter &painter, const QRect &rect, Qt::Alignment alignment, const Q
 /// Draws the square in a transaction type's colour, at the left of its row.
 void mark(QPainter &painter, const QRect &row, const LedgerMetrics &metrics, const QColor &color);
 
-/// The colours of a bar and of one that is no longer current. Both have a contrast of at least 3
-/// against the card.
+/// The colours of a bar, of one that is no longer current, and of the line that bars stand on. They
+/// have a contrast of at least 3 against the card.
 QColor bar(const Palette &colors);
 QColor oldBar(const Palette &colors);
+QColor baseline(const Palette &colors);
 
 /// Returns the colour at this fraction of the way between two colours.
 QColor mixed(const QColor &from, const QColor &to, float part);

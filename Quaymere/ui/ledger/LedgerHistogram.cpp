@@ -271,7 +271,7 @@ void LedgerHistogram::paintEvent(QPaintEvent *event)
     paintBars(painter, event->rect());
     const double line = DevicePixels::hairline(painter);
     painter.fillRect(QRectF(chart().left(), chart().bottom() + 1 - line, chart().width(), line),
-                     colors().ink3);
+                     isOld() ? colors().ink3 : LedgerDrawing::baseline(colors()));
     paintAverage(painter);
     paintFocus(painter);
 }
