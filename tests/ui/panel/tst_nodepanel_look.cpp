@@ -180,7 +180,7 @@ void TestNodePanelLook::fadesOldFigures()
     isStopping.phase = Phase::Stopping;
     for (const NodeStatus &status : {silent(), isStopping}) {
         PanelRig rig(current);
-        rig.panel.setDark(dark);
+        rig.panel.setScheme({dark});
         const auto strength = [&](const QWidget *row) {
             return contrast(inkColor(picture(row)), ground);
         };
