@@ -18,6 +18,7 @@
 #include <QLoggingCategory>
 #include <QPainter>
 #include <QShowEvent>
+#include <QStyle>
 
 #include <array>
 
@@ -180,6 +181,8 @@ void LedgerWindow::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         fit();
+    else if (event->type() == QEvent::LayoutDirectionChange)
+        arrange();
     else if (event->type() == QEvent::WindowStateChange)
         m_age.setShown(isVisible() && !isMinimized());
 }
@@ -221,7 +224,8 @@ void LedgerWindow::arrange()
     for (int i = 0; i < 3; ++i) {
         const int from = i * (width + metrics.gap) / 3;
         const int to = (i + 1) * (width + metrics.gap) / 3 - metrics.gap;
-        tiles.at(std::size_t(i))->setGeometry(left + from, top, to - from, metrics.tile);
+        const QRect tile(left + from, top, to - from, metrics.tile);
+        tiles.at(std::size_t(i))->setGeometry(QStyle::visualRect(layoutDirection(), rect(), tile));
     }
     top += metrics.tile + metrics.gap;
 

@@ -235,7 +235,7 @@ void TestTabularFigures::ledger()
     QApplication::setFont(uneven(12));
     const auto texts = [](qint64 id, qint64 txns) {
         LedgerRig rig({1000, 900});
-        for (int i = 0; i < 2; ++i) {
+        for (qint64 i = 0; i < 2; ++i) {
             rig.stream.close(id, txns, 4 * i);
             for (int k = 0; k < 11 && i == 0; ++k)
                 rig.stream.transact(QStringLiteral("%1").arg(k), QStringLiteral("Payment"), id);

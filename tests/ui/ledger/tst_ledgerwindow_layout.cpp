@@ -248,6 +248,8 @@ void TestLedgerWindowLayout::rightToLeft()
                      qPrintable(text.text));
         }
     }
+    QVERIFY(rig.named("This ledger").x() > rig.named("Per second").x());
+    QVERIFY(rig.named("Per second").x() > rig.named("Busiest").x());
     const QList<DrawnText> head = drawnTexts(rig.named("Ledger "));
     QCOMPARE(head.at(0).text, QStringLiteral("LIVE LEDGER"));
     QVERIFY(std::abs(head.at(2).rect.left() - head.at(1).rect.right()) <= 1);
