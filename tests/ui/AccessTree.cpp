@@ -78,7 +78,7 @@ bool isFrame(const QAccessibleInterface &object)
            && object.text(QAccessible::Description).isEmpty();
 }
 
-void addBranch(QString &tree, const QAccessibleInterface &object, int depth)
+void addBranch(QString &tree, const QAccessibleInterface &object, qsizetype depth)
 {
     if (!isShown(object) || object.role() == QAccessible::ScrollBar)
         return;

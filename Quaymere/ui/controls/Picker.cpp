@@ -3,6 +3,7 @@
 
 #include "ui/controls/Picker.h"
 
+#include "ui/controls/Announcer.h"
 #include "ui/controls/ControlMetrics.h"
 #include "ui/controls/ControlPaint.h"
 #include "ui/controls/PickerAccess.h"
@@ -16,7 +17,8 @@
 
 namespace tidewick {
 
-Picker::Picker(const QString &question, QWidget *parent) : QComboBox(parent)
+Picker::Picker(const QString &question, QWidget *parent)
+    : QComboBox(parent), m_announcer(new Announcer(parent))
 {
     PickerAccess::install();
     setAccessibleName(question);
@@ -48,6 +50,8 @@ void Picker::showPopup()
 {
     QComboBox::showPopup();
     PickerAccess::tellListState(*this);
+    // Qt 6.4 does not pass that on, and the entry may be the one that was spoken last.
+    m_announcer->say(QStringLiteral("expanded"));
     // Qt reports the entry first and then the list around it.
     PickerAccess::tellEntry(*this);
 }

@@ -7,6 +7,8 @@
 
 namespace tidewick {
 
+class Announcer;
+
 /// One entry of a picker.
 struct Choice
 {
@@ -50,6 +52,7 @@ private:
     int points(int measure) const;
 
     QList<Choice> m_choices;
+    Announcer *m_announcer;
 };
 
 } // namespace tidewick

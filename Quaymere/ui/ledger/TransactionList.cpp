@@ -178,8 +178,9 @@ void TransactionList::hoverAnew()
 /// ledger that happens twice a second, and a screen reader would do nothing but read rows aloud.
 void TransactionList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    if (m_isChanging)
-        QAbstractItemView::currentChanged(current, previous); // which tells screen readers nothing
+    // QListView's function tells screen readers, too.
+    if (m_isChanging) // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        QAbstractItemView::currentChanged(current, previous);
     else
         QListView::currentChanged(current, previous);
 }
@@ -250,7 +251,8 @@ void TransactionList::focusInEvent(QFocusEvent *event)
     QListView::focusInEvent(event);
     update(currentIndex());
     // After this event, Qt reports that the focus is at the whole list.
-    QMetaObject::invokeMethod(this, &TransactionList::tellCurrent, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { tellCurrent(); }, Qt::QueuedConnection);
 }
 
 void TransactionList::focusOutEvent(QFocusEvent *event)
