@@ -71,9 +71,10 @@ Figure trayImages(const QString &caption, const QColor &panel, const QColor &ink
     return {caption, picture};
 }
 
-Figure menu()
+Figure menu(const Scheme &scheme)
 {
     RowMenu rows(RowMenu::Drawing::ByUs);
+    rows.setScheme(scheme);
     rows.setRows(menuRows(sampleStatus()));
     rows.popup({});
     rows.setActiveAction(rows.actions().constLast());
@@ -134,6 +135,9 @@ void addLedger(std::vector<Figure> &figures, const Scheme &scheme)
     rig.pointAt(rig.bar(40));
     rig.window.resize(1300, 1000);
     figures.push_back(figureOf(QStringLiteral("ledger, wide"), rig.window));
+    rig.stream.fail();
+    rig.stream.clock().advance(std::chrono::minutes(2));
+    figures.push_back(figureOf(QStringLiteral("ledger, wide, lost"), rig.window));
     rig.window.resize(10, 10);
     figures.push_back(figureOf(QStringLiteral("ledger, smallest"), rig.window));
 }
@@ -168,7 +172,7 @@ std::vector<Figure> surfaces(const Scheme &scheme)
                                  StatusIcon::onLightPanel()));
     figures.push_back(trayImages(QStringLiteral("dark panel: 16, 22, 32, 48"), QColor(0x1e1f24),
                                  StatusIcon::onDarkPanel()));
-    figures.push_back(menu());
+    figures.push_back(menu(scheme));
     figures.push_back(panel(QStringLiteral("panel"), scheme, sampleStatus()));
     figures.push_back(panel(QStringLiteral("panel with advice"), scheme, withAdvice()));
     addSettings(figures, scheme);

@@ -9,8 +9,8 @@
 
 namespace tidewick {
 
-/// The application's icon, 64 points square, and larger beside larger texts. Icons come with empty margins of varying width. These
-/// are cropped, so that the icon lines up with the texts below it.
+/// The application's icon, 64 points square, and larger beside larger texts. Icons come with empty
+/// margins of varying width. These are cropped, so that the icon lines up with the texts below it.
 class AppIcon final : public QWidget
 {
     Q_OBJECT

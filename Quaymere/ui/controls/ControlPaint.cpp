@@ -101,7 +101,7 @@ void arrow(QPainter &painter, const QPointF &point, const QPointF &oneEnd, const
 void centered(QPainter &painter, const QRect &rect, const QString &text)
 {
     const int width = painter.fontMetrics().horizontalAdvance(text);
-    textAt(painter, rect.left() + (rect.width() - width) / 2, rect, text);
+    textAt(painter, rect.left() + (rect.width() - width) / 2.0, rect, text);
 }
 
 void line(QPainter &painter, const QRect &rect, int start, Qt::LayoutDirection direction,

@@ -132,4 +132,9 @@ QPalette controlPalette(const Scheme &scheme)
     return palette;
 }
 
+bool hasHighContrast(const QPalette &palette)
+{
+    return palette.color(QPalette::Dark).alpha() == 255;
+}
+
 } // namespace tidewick

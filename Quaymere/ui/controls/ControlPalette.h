@@ -27,4 +27,7 @@ namespace tidewick {
 /// the scheme is one of high contrast. Borders and hairlines then have at least 3.
 QPalette controlPalette(const Scheme &scheme);
 
+/// Whether a palette returned by controlPalette() is one of high contrast.
+bool hasHighContrast(const QPalette &palette);
+
 } // namespace tidewick

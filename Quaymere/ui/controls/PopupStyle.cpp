@@ -6,6 +6,7 @@
 #include "ui/controls/Compositing.h"
 #include "ui/controls/ControlMetrics.h"
 #include "ui/controls/ControlPaint.h"
+#include "ui/controls/ControlPalette.h"
 #include "ui/controls/DevicePixels.h"
 #include "ui/controls/Popups.h"
 #include "ui/controls/TextScale.h"
@@ -57,7 +58,8 @@ void PopupStyle::paintCurrentRow(QPainter &painter, const QRectF &row, const QFo
                                  const QPalette &colors)
 {
     ControlPaint::box(painter, row, TextScale::scaled(font, ControlMetrics::controlRadius),
-                      Popups::currentRow(colors), Qt::transparent);
+                      Popups::currentRow(colors),
+                      hasHighContrast(colors) ? colors.color(QPalette::Link) : Qt::transparent);
 }
 
 int PopupStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
@@ -194,6 +196,8 @@ void PopupStyle::drawRow(QPainter &painter, const QStyleOptionMenuItem &row)
     };
     const QPalette::ColorGroup group = isEnabled ? QPalette::Active : QPalette::Disabled;
     painter.save();
+    // In the reading direction of the text itself: its "…" stays behind it.
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.setFont(row.font);
     painter.setPen(colors.color(group, QPalette::ButtonText));
     painter.drawText(inside, alignment(Qt::AlignLeft), text);

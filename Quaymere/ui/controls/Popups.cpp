@@ -3,6 +3,7 @@
 
 #include "ui/controls/Popups.h"
 
+#include "ui/controls/ControlPalette.h"
 #include "ui/controls/PopupStyle.h"
 
 #include <QApplication>
@@ -80,7 +81,8 @@ QColor ground(const QPalette &colors)
 QColor currentRow(const QPalette &colors)
 {
     QColor row = colors.color(QPalette::Highlight);
-    row.setAlphaF(isDark(colors) ? 0.28F : 0.1F);
+    const float shown = hasHighContrast(colors) ? 2 : 1;
+    row.setAlphaF(shown * (isDark(colors) ? 0.28F : 0.1F));
     return row;
 }
 

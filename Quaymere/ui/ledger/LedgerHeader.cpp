@@ -118,7 +118,9 @@ void LedgerHeader::paintStatus(QPainter &painter, const QRect &pill) const
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(m_connected ? colors().accentSoft : colors().line);
+    QColor idle = colors().line;
+    idle.setAlphaF(std::min(idle.alphaF(), 0.2F)); // text is read on it
+    painter.setBrush(m_connected ? colors().accentSoft : idle);
     painter.drawRoundedRect(visual(pill), height / 2.0, height / 2.0);
     painter.setBrush(m_connected ? colors().accent : colors().ink3);
     const QRect room = visual(pill.adjusted(margin, 0, margin + dot - pill.width(), 0));

@@ -24,6 +24,8 @@ private slots:
     void isRoundedAndRaised();
     void rowsStandOut_data();
     void rowsStandOut();
+    void highContrast_data();
+    void highContrast();
     void followsTheAppearanceWhileOpen();
     void coversThePickersText_data();
     void coversThePickersText();
@@ -139,6 +141,30 @@ void TestPickerList::rowsStandOut()
     QVERIFY(distance(list.pixelColor(first.left() + 3, first.center().y()), ground) < 6);
     QVERIFY(distance(list.pixelColor(first.left() + 8, first.center().y()), ground) > 15);
     QVERIFY(distance(list.pixelColor(first.left() + 5, first.top()), ground) < 6);
+}
+
+void TestPickerList::highContrast_data()
+{
+    addRows();
+}
+
+/// The row under the cursor has an edge that everyone sees.
+void TestPickerList::highContrast()
+{
+    QFETCH(bool, dark);
+    Rig rig;
+    rig.window->setScheme({dark, true});
+    Picker *picker = rig.picker(Rig::AfterFull);
+    QWidget *popup = opened(picker);
+    const QImage list = popup->grab().toImage();
+    const QRect current = placeOf(picker, picker->currentIndex());
+    const QColor ground = list.pixelColor(list.width() / 2, 3);
+    double strongest = 1;
+    for (int y = current.top(); y < current.top() + 4; ++y)
+        strongest = std::max(strongest, contrast(list.pixelColor(current.center().x(), y), ground));
+    QVERIFY(strongest >= 4.5);
+    const QImage text = textOf(list, current);
+    QVERIFY(contrast(inkColor(text), text.pixelColor(0, 0)) >= 7);
 }
 
 void TestPickerList::followsTheAppearanceWhileOpen()

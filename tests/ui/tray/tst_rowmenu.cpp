@@ -26,6 +26,7 @@ private slots:
     void openMenuStaysOpen();
     void textsAreReadable_data();
     void textsAreReadable();
+    void textsKeepTheirDirection();
     void onlyCommandsAreHighlighted();
     void keyboardReachesEveryRow();
     void choosingATextDoesNothing();
@@ -38,6 +39,17 @@ QList<QAction *> shown(const RowMenu &menu)
     QList<QAction *> actions = menu.actions();
     actions.removeIf([](const QAction *action) { return !action->isVisible(); });
     return actions;
+}
+
+/// The part of a picture that differs from its first pixel.
+QRect inkOf(const QImage &picture)
+{
+    QRect ink;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            if (distance(picture.pixelColor(x, y), picture.pixelColor(0, 0)) > 100)
+                ink |= QRect(x, y, 1, 1);
+    return ink;
 }
 
 } // namespace
@@ -166,6 +178,27 @@ void TestRowMenu::textsAreReadable()
         const bool isFaded = action->text() == QLatin1String("Copy server_info JSON");
         QCOMPARE(contrast(inkColor(row), ground) < 4.5, isFaded);
     }
+}
+
+/// English texts in a mirrored menu.
+void TestRowMenu::textsKeepTheirDirection()
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    const auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+    RowMenu menu(RowMenu::Drawing::ByUs);
+    menu.setRows(menuRows(sampleStatus()));
+    menu.popup({10, 10});
+    QVERIFY(QTest::qWaitForWindowExposed(&menu));
+    const QList<QAction *> actions = shown(menu);
+    const auto clear = std::find_if(actions.begin(), actions.end(), [](const QAction *action) {
+        return action->text() == QStringLiteral("Clear Storage…");
+    });
+    QVERIFY(clear != actions.end());
+    const QImage row = menu.grab(menu.actionGeometry(*clear)).toImage();
+    const QRect text = inkOf(row);
+    // The dots of "…" are low, the letter "C" is not.
+    QVERIFY(inkOf(row.copy(text.adjusted(text.width() - 5, 0, 0, 0))).top() > text.height() / 2);
+    QVERIFY(inkOf(row.copy(text.adjusted(0, 0, 5 - text.width(), 0))).top() < text.height() / 2);
 }
 
 void TestRowMenu::onlyCommandsAreHighlighted()
