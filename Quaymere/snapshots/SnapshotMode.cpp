@@ -6,6 +6,7 @@
 #include "node/NodeController.h"
 #include "platform/files/Files.h"
 #include "platform/files/Folders.h"
+#include "platform/files/OutputFile.h"
 #include "platform/process/Descriptors.h"
 #include "platform/process/StandardStreams.h"
 #include "ui/about/AboutWindow.h"
@@ -21,8 +22,6 @@
 #include <QTimer>
 
 #include <chrono>
-
-#include <fcntl.h>
 
 namespace tidewick::SnapshotMode {
 
@@ -55,10 +54,16 @@ private:
     QByteArray m_before;
 };
 
-/// The name template of folders that are removed at the end.
-QString scratchTemplate()
+/// A folder that is removed at the end. Throws FileError if it cannot be created.
+std::unique_ptr<QTemporaryDir> makeScratch()
 {
-    return Files::display(Folders::temporary() / "quaymere-scratch-XXXXXX");
+    const std::filesystem::path temporary = Folders::temporary();
+    auto scratch =
+        std::make_unique<QTemporaryDir>(Files::display(temporary / "quaymere-scratch-XXXXXX"));
+    if (!scratch->isValid())
+        throw FileError(temporary,
+                        "no folder can be created here: " + scratch->errorString().toStdString());
+    return scratch;
 }
 
 /// Creates an application that renders into memory, whether or not there is a desktop.
@@ -66,8 +71,8 @@ std::unique_ptr<QApplication> makeApplication(int &argc, char **argv)
 {
     // Qt looks for a file in the runtime directory when it starts. If the directory is missing, Qt
     // creates one and leaves it behind.
-    const QTemporaryDir runtime(scratchTemplate());
-    const Variable runtimeVariable("XDG_RUNTIME_DIR", QFile::encodeName(runtime.path()));
+    const std::unique_ptr<QTemporaryDir> runtime = makeScratch();
+    const Variable runtimeVariable("XDG_RUNTIME_DIR", QFile::encodeName(runtime->path()));
     const Variable platformVariable("QT_QPA_PLATFORM", "offscreen");
     // The offscreen platform also warns about features it lacks, which is of no interest to
     // somebody who asked for a picture.
@@ -104,10 +109,15 @@ std::unique_ptr<QWidget> whole(std::unique_ptr<Window> window, Mode::Snapshot::T
 /// Works on a copy of the user's settings file, because the window corrects the values it finds.
 Scene makeSettings(NodeController &node, Mode::Snapshot::Theme theme)
 {
-    auto files = std::make_unique<QTemporaryDir>(scratchTemplate());
+    std::unique_ptr<QTemporaryDir> files = makeScratch();
     const std::filesystem::path copy = files->filePath(QStringLiteral("settings")).toStdString();
-    std::error_code thereAreNone;
-    std::filesystem::copy_file(Defaults::standard().file(), copy, thereAreNone);
+    const std::filesystem::path stored = Defaults::standard().file();
+    std::error_code error;
+    const std::filesystem::file_type type = std::filesystem::status(stored, error).type();
+    if (type == std::filesystem::file_type::regular)
+        Files::writeAtomically(copy, Files::read(stored));
+    else if (type != std::filesystem::file_type::not_found)
+        throw error ? FileError(stored, error) : FileError(stored, "is not a file");
     SettingsHost host;
     host.defaults = Defaults(copy);
     auto window = whole(std::make_unique<SettingsWindow>(node, std::move(host)), theme);
@@ -155,23 +165,12 @@ QByteArray picture(QWidget &window)
     return png;
 }
 
-/// Writes the file atomically, unless the path names something other than a regular file, such as a
-/// pipe.
-void write(const std::filesystem::path &path, const QByteArray &png)
-{
-    if (!std::filesystem::exists(path) || std::filesystem::is_regular_file(path))
-        return Files::writeAtomically(std::filesystem::weakly_canonical(path), png);
-    const UniqueDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
-    if (!file || !Files::writeAll(file.get(), png.constData(), std::size_t(png.size())))
-        throw FileError::fromErrno(path);
-}
-
 bool save(QWidget &window, const std::filesystem::path &path)
 {
     const QByteArray png = picture(window);
     try {
         if (!png.isEmpty())
-            write(path, png);
+            OutputFile::write(path, png);
         return !png.isEmpty();
     } catch (const std::exception &) {
         return false; // the message is the same, whatever the reason

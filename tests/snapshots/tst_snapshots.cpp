@@ -37,11 +37,14 @@ private slots:
     void createNoOtherFiles();
     void leaveTheSettingsAlone();
     void replaceAnExistingFile();
-    void followALink();
+    void writeLikeAnyProgram_data();
+    void writeLikeAnyProgram();
     void failures_data();
     void failures();
     void keepTheOldFileWhenTheDiskIsFull();
+    void failWithoutATemporaryFolder_data();
     void failWithoutATemporaryFolder();
+    void failIfTheSettingsCannotBeRead();
 
 private:
     Outcome run(std::vector<std::string> arguments, const ProcessEnvironment &variables = {}) const;
@@ -83,6 +86,16 @@ std::set<fs::path> filesBelow(const fs::path &folder)
     return files;
 }
 
+/// What Qt creates if TMPDIR is of no use.
+std::set<fs::path> runtimeFoldersInTheRoot()
+{
+    std::set<fs::path> found;
+    for (const auto &entry : fs::directory_iterator("/"))
+        if (entry.path().filename().string().starts_with("runtime-"))
+            found.insert(entry.path());
+    return found;
+}
+
 bool isShown(const QImage &picture, const QColor &color)
 {
     for (int y = 0; y < picture.height(); ++y)
@@ -90,6 +103,14 @@ bool isShown(const QImage &picture, const QColor &color)
             if (picture.pixelColor(x, y) == color)
                 return true;
     return false;
+}
+
+bool canMount()
+{
+    ChildSpec spec;
+    spec.executable = "/usr/bin/unshare";
+    spec.arguments = {"--map-root-user", "--mount", "true"};
+    return runProgram(spec).status == 0;
 }
 
 void addWindows()
@@ -267,13 +288,52 @@ void TestSnapshots::replaceAnExistingFile()
     QVERIFY(fs::file_size(m_path / "a.png") < 1'000'000);
 }
 
-void TestSnapshots::followALink()
+void TestSnapshots::writeLikeAnyProgram_data()
 {
-    writeFile(m_path / "picture.png", "old");
-    fs::create_symlink("picture.png", m_path / "link.png");
-    QCOMPARE(run({"--snapshot-about", "link.png"}).status, 0);
-    QVERIFY(fs::is_symlink(m_path / "link.png"));
-    QVERIFY(contentOf(m_path / "picture.png").startsWith("\x89PNG"));
+    QTest::addColumn<QByteArray>("prepare");
+    QTest::addColumn<QByteArray>("named");
+    QTest::addColumn<QByteArray>("written");
+    QTest::addColumn<QByteArray>("check");
+    const auto row = [](const char *name, const QByteArray &prepare, const QByteArray &named,
+                        const QByteArray &written, const QByteArray &check) {
+        QTest::newRow(name) << prepare << named << written << check;
+    };
+    row("link", "echo old >it.png; ln -s it.png link.png", "link.png", "it.png",
+        "test -L link.png");
+    row("chain of links", "mkdir a; ln -s a/b.png c.png; ln -s ../it.png a/b.png", "c.png",
+        "it.png", "test -L c.png && test -L a/b.png");
+    row("link to nothing", "ln -s it.png link.png", "link.png", "it.png", "test -L link.png");
+    row("its mode", "echo old >it.png; chmod 600 it.png", "it.png", "it.png",
+        "test $(stat -c %a it.png) = 600");
+    row("a new file's mode", "umask 026", "it.png", "it.png", "test $(stat -c %a it.png) = 640");
+    const QByteArray longest(251, 'n');
+    row("longest name", ":", longest + ".png", longest + ".png", "true");
+    row("mount point", "echo old >it.png; touch at.png; mount --bind it.png at.png", "at.png",
+        "it.png", "true");
+}
+
+void TestSnapshots::writeLikeAnyProgram()
+{
+    QFETCH(QByteArray, prepare);
+    QFETCH(QByteArray, named);
+    QFETCH(QByteArray, written);
+    QFETCH(QByteArray, check);
+    const bool mounts = prepare.contains("mount");
+    if (mounts && !canMount())
+        QSKIP("Nothing can be mounted here: it requires user namespaces");
+    const std::string script =
+        (prepare + "; \"$0\" --snapshot-about \"$1\"; " + check).toStdString();
+    ChildSpec spec;
+    spec.executable = "/bin/sh";
+    if (mounts) {
+        spec.executable = "/usr/bin/unshare";
+        spec.arguments = {"--map-root-user", "--mount", "sh"};
+    }
+    spec.arguments.insert(spec.arguments.end(),
+                          {"-euc", script, TIDEWICK_QUAYMERE_PATH, named.toStdString()});
+    spec.workingDirectory = m_path;
+    QCOMPARE(runProgram(spec), (Outcome{{}, {}, 0, false}));
+    QVERIFY(contentOf(m_path / written.toStdString()).startsWith("\x89PNG"));
 }
 
 void TestSnapshots::failures_data()
@@ -317,20 +377,50 @@ void TestSnapshots::keepTheOldFileWhenTheDiskIsFull()
     QCOMPARE(filesBelow(m_path).size(), 1U);
 }
 
-/// The temporary folder is relative to a working directory that no longer exists.
+void TestSnapshots::failWithoutATemporaryFolder_data()
+{
+    QTest::addColumn<QByteArray>("prepare");
+    QTest::addColumn<QByteArray>("folder");
+    QTest::newRow("relative to a folder that is gone")
+        << QByteArray("mkdir gone; cd gone; rmdir ../gone") << QByteArray("temporary");
+    QTest::newRow("missing") << QByteArray(":") << QByteArray("/nowhere/temporary");
+    QTest::newRow("a file") << QByteArray(":") << QByteArray("/dev/null");
+}
+
 void TestSnapshots::failWithoutATemporaryFolder()
 {
-    ChildSpec spec;
-    spec.executable = "/bin/sh";
-    spec.arguments = {"-euc",
-                      "mkdir gone; cd gone; rmdir ../gone; exec \"$0\" --snapshot-about a.png",
-                      TIDEWICK_QUAYMERE_PATH};
-    spec.workingDirectory = m_path;
-    spec.environment["TMPDIR"] = "temporary";
-    const Outcome outcome = runProgram(spec);
-    QVERIFY(!outcome.signaled);
+    QFETCH(QByteArray, prepare);
+    QFETCH(QByteArray, folder);
+    const auto before = runtimeFoldersInTheRoot();
+    for (const char *option : {"--snapshot-settings", "--snapshot-about"}) {
+        ChildSpec spec;
+        spec.executable = "/bin/sh";
+        spec.arguments = {"-euc", (prepare + "; exec \"$0\" \"$1\" a.png").toStdString(),
+                          TIDEWICK_QUAYMERE_PATH, option};
+        spec.workingDirectory = m_path;
+        spec.environment["TMPDIR"] = folder.toStdString();
+        const Outcome outcome = runProgram(spec);
+        QVERIFY(!outcome.signaled);
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(outcome.error.endsWith("No such file or directory\n")
+                     || outcome.error.endsWith("Not a directory\n"),
+                 outcome.error);
+        QVERIFY(filesBelow(m_path).empty());
+        QVERIFY(runtimeFoldersInTheRoot() == before);
+    }
+}
+
+/// They would otherwise look like the defaults.
+void TestSnapshots::failIfTheSettingsCannotBeRead()
+{
+    const fs::path file = m_path / "config/Tidewick/settings.ini";
+    fs::create_directories(file.parent_path());
+    fs::create_symlink(file.filename(), file);
+    const Outcome outcome =
+        run({"--snapshot-settings", "a.png"}, {{"XDG_CONFIG_HOME", (m_path / "config").string()}});
     QCOMPARE(outcome.status, 1);
-    QVERIFY2(outcome.error.endsWith("No such file or directory\n"), outcome.error);
+    QVERIFY(outcome.error.startsWith(QByteArray::fromStdString(file.string()) + ": "));
+    QVERIFY(!fs::exists(m_path / "a.png"));
 }
 
 TIDEWICK_LOOPBACK_TEST_MAIN(TestSnapshots)

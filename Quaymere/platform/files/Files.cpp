@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -124,20 +125,30 @@ mode_t newFileMode()
 
 void writeAtomically(const std::filesystem::path &path, const QByteArray &content)
 {
-    std::string temporary = path.string() + ".XXXXXX";
+    if (const auto error = replace(path, content, {::getegid(), newFileMode()}))
+        throw FileError(path, error);
+}
+
+std::error_code replace(const std::filesystem::path &path, const QByteArray &content,
+                        const Access &access)
+{
+    constexpr std::string_view ending = ".XXXXXX";
+    const std::string name = path.filename().string().substr(0, NAME_MAX - ending.size());
+    std::string temporary = (path.parent_path() / name).string().append(ending);
     UniqueDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!file)
-        throw FileError::fromErrno(path);
+        return {errno, std::generic_category()};
     // A network or quota error may appear only in close, so its result counts too.
     const bool written =
-        ::fchmod(file.get(), newFileMode()) == 0
+        (access.group == ::getegid() || ::fchown(file.get(), uid_t(-1), access.group) == 0)
+        && ::fchmod(file.get(), access.mode) == 0
         && writeAll(file.get(), content.constData(), static_cast<std::size_t>(content.size()))
         && ::close(file.release()) == 0 && ::rename(temporary.c_str(), path.c_str()) == 0;
-    if (!written) {
-        const FileError error = FileError::fromErrno(path);
-        ::unlink(temporary.c_str());
-        throw error;
-    }
+    if (written)
+        return {};
+    const std::error_code error(errno, std::generic_category());
+    ::unlink(temporary.c_str());
+    return error;
 }
 
 void createFolders(const std::filesystem::path &folder)

@@ -72,6 +72,18 @@ QString readText(const std::filesystem::path &path);
 /// temporary file is removed. The new file has mode 0644 before the umask. Throws FileError.
 void writeAtomically(const std::filesystem::path &path, const QByteArray &content);
 
+/// Who may do what with a file.
+struct Access
+{
+    gid_t group;
+    mode_t mode;
+};
+
+/// Like writeAtomically(), but gives the new file this access, and returns the reason of a failure
+/// instead of throwing it.
+std::error_code replace(const std::filesystem::path &path, const QByteArray &content,
+                        const Access &access);
+
 /// Creates the folder and any missing parents, inaccessible to other users. A folder that already
 /// exists is left unchanged, as is a link to one. Throws FileError.
 void createFolders(const std::filesystem::path &folder);
