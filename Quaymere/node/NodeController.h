@@ -59,6 +59,9 @@ class NodeController final : public QObject
     Q_OBJECT
 
 public:
+    /// How long a node has to stop before it is killed.
+    static constexpr std::chrono::seconds killAfter{90};
+
     /// Returns the user's choice. It may take any length of time, and must not outlive the
     /// controller's owner.
     using Confirm = std::function<QCoro::Task<bool>(Confirmation)>;

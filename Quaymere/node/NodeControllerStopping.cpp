@@ -8,14 +8,6 @@
 
 namespace tidewick {
 
-namespace {
-
-using namespace std::chrono_literals;
-
-constexpr std::chrono::seconds killAfter = 90s;
-
-} // namespace
-
 std::optional<QString> NodeController::checkLimits(NodeStatus &next) const
 {
     const SuspendingClock::time_point now = m_host.clock->suspendingNow();

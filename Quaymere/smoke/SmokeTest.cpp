@@ -97,6 +97,10 @@ void SmokeTest::interrupt(int signalNumber)
 {
     if (std::exchange(m_interrupted, true))
         return;
+    if (m_node.status().hasProcess) {
+        StandardStreams::printError("smoke: waiting for the node to stop, for at most "
+                                    + std::to_string(NodeController::killAfter.count()) + " s\n");
+    }
     stopInterrupted(signalNumber, m_task.renew());
 }
 

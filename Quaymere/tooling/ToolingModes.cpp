@@ -8,6 +8,9 @@
 #include "platform/files/Folders.h"
 #include "platform/json/JsonRead.h"
 #include "platform/process/StandardStreams.h"
+#include "platform/text/DisplayText.h"
+
+#include <unistd.h>
 
 namespace tidewick::ToolingModes {
 
@@ -58,7 +61,10 @@ int run(const Mode::DescribeStorage &mode)
     // A separate store, so that a script's trials do not change the application's own records.
     const auto suite = Defaults::suite(QStringLiteral("quaymere-describe-storage"));
     StorageStatus status(suite ? *suite : Defaults::standard());
-    return printResult(status.describe(*object, WallClock::now()).toStdString());
+    const QString line = status.describe(*object, WallClock::now());
+    // A text of the node's must not control a terminal, but a script wants it as it is.
+    const bool isForEyes = ::isatty(STDOUT_FILENO) == 1;
+    return printResult((isForEyes ? DisplayText::singleLine(line) : line).toStdString());
 }
 
 int run(const Mode::Usage &mode)

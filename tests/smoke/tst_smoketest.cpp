@@ -300,6 +300,9 @@ void TestSmokeTest::processInterrupted()
     const fs::path output = folder.path() / "output";
     const UniqueDescriptor file(::open(output.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
     spec.standardOutput = file.get();
+    const fs::path errors = folder.path() / "errors";
+    const UniqueDescriptor errorFile(::open(errors.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    spec.standardError = errorFile.get();
     const auto smoke = ChildProcess::start(spec);
     const QByteArray awaited = scenario == "listen=no" ? "smoke: data" : "answered";
     QTRY_VERIFY_WITH_TIMEOUT(contentOf(output).contains(awaited), patience);
@@ -311,6 +314,8 @@ void TestSmokeTest::processInterrupted()
     QVERIFY(exited.wait(patience));
     QCOMPARE(exited[0][0].toInt(), 128 + signalNumber);
     QCOMPARE(exited[0][1].toBool(), false);
+    QCOMPARE(contentOf(errors),
+             QByteArray("smoke: waiting for the node to stop, for at most 90 s\n"));
     QVERIFY(!nodeRuns());
     QVERIFY(nodeLog().contains("stopping"));
 }

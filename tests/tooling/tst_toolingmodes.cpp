@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/files/Defaults.h"
+#include "support/PseudoTerminal.h"
 #include "support/RunProgram.h"
 #include "support/Surroundings.h"
 #include "support/TestBundle.h"
@@ -39,6 +40,7 @@ private slots:
     void nodeVersionWithoutANode();
     void describe_data();
     void describe();
+    void describeToATerminal();
     void describeHasItsOwnSettings();
     void unwritableOutput_data();
     void unwritableOutput();
@@ -284,6 +286,23 @@ void TestToolingModes::describe()
     QFETCH(QByteArray, json);
     QFETCH(QByteArray, line);
     QVERIFY(run({"--describe-storage", json.toStdString()}) == (Outcome{line, "", 0, false}));
+}
+
+/// Into a pipe the text goes as it is, but nothing in it may control a terminal.
+void TestToolingModes::describeToATerminal()
+{
+    const char *hostile =
+        R"({"phase":"blocked","blocked":"a\u001b]0;title\u0007\u001b[2Jb\nc\u202ed"})";
+    PseudoTerminal terminal(80, 24);
+    ChildSpec spec;
+    spec.executable = TIDEWICK_QUAYMERE_PATH;
+    spec.arguments = {"--describe-storage", hostile};
+    spec.standardOutput = terminal.descriptor();
+    QCOMPARE(ChildProcess::start(spec)->wait().status, 0);
+    QCOMPARE(terminal.screen().screen().constFirst(),
+             QStringLiteral("Storage needs attention: a ]0;title  [2Jb cd"));
+    QCOMPARE(run({"--describe-storage", hostile}).output,
+             QByteArray("Storage needs attention: a\x1b]0;title\x07\x1b[2Jb\nc\u202ed\n"));
 }
 
 void TestToolingModes::describeHasItsOwnSettings()
