@@ -5,6 +5,7 @@
 
 #include "ui/Colors.h"
 #include "ui/controls/ControlPalette.h"
+#include "ui/ledger/LedgerDrawing.h"
 #include "ui/ledger/Palette.h"
 
 #include <array>
@@ -33,6 +34,24 @@ auto control(QPalette::ColorRole role)
 auto ledger(QColor Palette::*color)
 {
     return [color](const Scheme &scheme) { return Palette(scheme).*color; };
+}
+
+auto drawn(QColor (*color)(const Palette &))
+{
+    return [color](const Scheme &scheme) { return color(Palette(scheme)); };
+}
+
+QColor failure(const Scheme &scheme)
+{
+    const Palette colors(scheme);
+    return LedgerDrawing::mixed(colors.thread, colors.ink, 0.3F);
+}
+
+/// Translucent, with ink below it.
+QColor average(const Scheme &scheme)
+{
+    const Palette colors(scheme);
+    return LedgerDrawing::mixed(colors.ink, colors.thread, 0.8F);
 }
 
 /// The control's own colour with the fill of a control under the pointer on top.
@@ -70,8 +89,12 @@ const std::vector<Pair> &pairs()
         {"ledger: detail on a card", ledger(&Palette::ink3), ledger(&Palette::surface)},
         {"ledger: footnote", ledger(&Palette::ink3), ledger(&Palette::bg)},
         {"ledger: pill", ledger(&Palette::link), pill},
-        {"ledger: average line", ledger(&Palette::thread), ledger(&Palette::surface)},
-        {"ledger: bar", ledger(&Palette::accent), ledger(&Palette::surface)},
+        {"ledger: result of a failure", failure, ledger(&Palette::surface)},
+        {"ledger: bar", drawn(LedgerDrawing::bar), ledger(&Palette::surface)},
+        {"ledger: bar under the pointer", ledger(&Palette::link), ledger(&Palette::surface)},
+        {"ledger: bar of the past", drawn(LedgerDrawing::oldBar), ledger(&Palette::surface)},
+        {"ledger: line below the bars", drawn(LedgerDrawing::baseline), ledger(&Palette::surface)},
+        {"ledger: line at the average", average, ledger(&Palette::surface)},
     };
     return all;
 }
@@ -80,9 +103,9 @@ const std::vector<Pair> &pairs()
 
 QString contrastTable()
 {
-    QString table = QStringLiteral("%1  light   dark  light+  dark+\n").arg(QString(), -28);
+    QString table = QStringLiteral("%1  light   dark  light+  dark+\n").arg(QString(), -32);
     for (const Pair &pair : pairs()) {
-        table += QStringLiteral("%1").arg(QString::fromLatin1(pair.name), -28);
+        table += QStringLiteral("%1").arg(QString::fromLatin1(pair.name), -32);
         for (const Scheme &scheme : schemes) {
             const QColor ground = pair.ground(scheme);
             table += QStringLiteral("%1").arg(contrast(over(pair.drawn(scheme), ground), ground), 7,
