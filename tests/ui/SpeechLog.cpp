@@ -53,10 +53,9 @@ ScreenReaderDesktop::~ScreenReaderDesktop()
 
 void ScreenReaderDesktop::startReader()
 {
-    auto *reader = new ScreenReaderService(m_bus.connection(),
-                                           QString::fromUtf8(qgetenv("DBUS_SESSION_BUS_ADDRESS")));
-    reader->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::finished, reader, &QObject::deleteLater);
+    m_reader = std::make_unique<ScreenReaderService>(
+        m_bus.connection(), QString::fromUtf8(qgetenv("DBUS_SESSION_BUS_ADDRESS")));
+    m_reader->moveToThread(&m_thread);
     m_thread.start();
     if (!QTest::qWaitFor([] { return QAccessible::isActive(); }))
         qFatal("The windows do not report to the screen reader");

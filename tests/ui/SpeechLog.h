@@ -10,7 +10,11 @@
 #include <QStringList>
 #include <QThread>
 
+#include <memory>
+
 namespace tidewick {
+
+class ScreenReaderService;
 
 /// What screen readers learn from the windows of this process while this object exists. There can
 /// be only one.
@@ -52,8 +56,9 @@ public:
 private:
     SessionBus m_bus;
     XServer m_screen;
-    /// The windows wait for an answer from the screen reader.
+    /// The windows wait for an answer from the screen reader, which lives in this thread.
     QThread m_thread;
+    std::unique_ptr<ScreenReaderService> m_reader;
 };
 
 /// An object as a screen reader would name it: role, name and, if it has one, value.
